@@ -1,0 +1,21 @@
+// The one way in which a run ends early.
+#pragma once
+#include <new>
+
+/// Thrown by errfunc() after it has printed, caught once, in main(): buffers and files are released on the way, and a
+/// test or a fuzzer can call any part without losing its process.
+struct ExecutionTerminated {};
+
+/// End the run: print the message exactly as given (add "\n" where a whole line is meant), then the closing line.
+[[noreturn, gnu::format(printf, 1, 2)]] void errfunc(const char* format, ...);
+
+/// Run `step` and return its result; when memory runs out in it, end the run with the name of the buffer it was
+/// making, as a line: "let", "newpos 1".
+template <typename Step>
+auto allocating(const char* buffer, Step step) -> decltype(step()) {
+  try {
+    return step();
+  } catch (const std::bad_alloc&) {
+    errfunc("\nMemory allocation failure in %s\n", buffer);
+  }
+}

@@ -1,0 +1,41 @@
+// The entry: menus when there is nothing but a file name, one run without a question when there are options.
+#include <new>
+#include <optional>
+#include <utility>
+
+#include "driver/errfunc.h"
+#include "driver/options.h"
+#include "driver/run_state.h"
+#include "selection/calculate.h"
+
+namespace {
+
+void trimora(int argc, char* argv[]) {
+  RunState run;
+  std::optional<Alignment> loaded;
+  if (argc > 1) {
+    run.filename = argv[1];
+    loaded = openfile(run);
+  }
+  parseoptions(argc, argv, 2, run);
+  calculate(run, std::move(loaded));
+}
+
+}  // namespace
+
+/// The exit status is 1 at every end, a good one included: scripts have come to rely on it.
+int main(int argc, char* argv[]) {
+  constexpr int status = 1;
+  try {
+    trimora(argc, argv);
+  } catch (const ExecutionTerminated&) {
+    return status;
+  } catch (const std::bad_alloc&) {
+    try {
+      errfunc("\nMemory allocation failure\n");
+    } catch (const ExecutionTerminated&) {
+      return status;
+    }
+  }
+  return status;
+}

@@ -1,0 +1,70 @@
+// The alignment as the whole program holds it, and the stretches of positions into which later steps cut it.
+// Counting  sequences 1..numseq, positions 1..nupo; a stretch holds both of its ends
+#pragma once
+#include <cassert>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "driver/run_state.h"
+#include "input/table.h"
+
+/// Positions first to last, both included; empty when last < first.
+struct Stretch {
+  int first = 0;
+  int last = 0;
+  int length() const { return last - first + 1; }
+};
+
+/// The positions of all stretches together.
+int totallength(const std::vector<Stretch>& stretches);
+
+/// One sequence of the alignment: a view that lives as long as the alignment does.
+class Row {
+ public:
+  Row(const char* before, int nupo) : before_(before), nupo_(nupo) {}
+  char operator[](int p) const { return *from(p); }
+  /// Where position p stands; those up to nupo follow it. p = nupo + 1 is the end.
+  const char* from(int p) const {
+    assert(p >= 1 && p <= nupo_ + 1);
+    return before_ + p;
+  }
+
+ private:
+  const char* before_;  // one place before position 1
+  int nupo_;
+};
+
+/// The rows of an alignment, one behind the other in a single stretch of memory.
+class Rows {
+ public:
+  Rows() = default;
+  Rows(std::vector<char> letters, int nupo) : letters_(std::move(letters)), nupo_(nupo) {}
+  Row operator[](int i) const { return {letters_.data() + (static_cast<std::size_t>(i) - 1) * width(), nupo_}; }
+  /// Keep only the positions of `kept`, in place.
+  void keep(const std::vector<Stretch>& kept);
+
+ private:
+  std::size_t width() const { return static_cast<std::size_t>(nupo_); }
+  std::vector<char> letters_ = std::vector<char>(1);  // one unused place, then numseq x nupo letters
+  int nupo_ = 0;
+};
+
+/// One alignment. load() makes it; every later step only reads it.
+struct Alignment {
+  int numseq = 0;           // sequences, at least 2
+  int nupo = 0;             // positions, at least 2; none is a gap in every sequence
+  Rows let;                 // let[i][p]: the letter of sequence i at position p, as in the file but for '.' read as '-'
+  Table<std::string> name;  // [1..numseq] the rest of the name line as it was read, its line end included
+};
+
+/// Read the alignment `run.fichero1`, whose format is `run.fileformat`, and drop the positions that are gaps in every
+/// sequence. Fails through errfunc() on every error in the file: nothing is salvaged.
+Alignment load(const RunState& run);
+
+/// The readers behind load(): the alignment as it stands in the file.
+Alignment load_pir(const std::string& path);
+Alignment load_fasta(const std::string& path);
+
+/// A stored name without its last character, which is the line end of its name line.
+std::string withoutlineend(const std::string& name);

@@ -1,0 +1,81 @@
+#include "input/filetype.h"
+
+#include <cstdio>
+
+#include "driver/errfunc.h"
+#include "input/input_file.h"
+
+namespace {
+
+/// The number of alignments that a paths file lists. `line` is what the line buffer held before: a read at the end of
+/// the file leaves it as it is, so that the last line is counted twice when it ends with a line end. Users rely on what
+/// follows from that: the last path counts only with its line end, and without an empty line behind it.
+int countpaths(InputFile& pathsfile, std::string line) {
+  int numal = 1;
+  while (!pathsfile.ended()) {
+    pathsfile.readline(line);
+    if (!emptyline(line)) ++numal;
+  }
+  return numal - 2;
+}
+
+}  // namespace
+
+void checkfiletype(RunState& run) {
+  std::string line;
+  {
+    InputFile input(run.filename);
+    if (!input) {
+      std::puts("\n* File not opened *");
+      run.filename.clear();
+      return;
+    }
+    input.readnonempty(line);
+  }
+
+  const std::string firstpath = withoutnewline(line);
+  if (InputFile first(firstpath); first) {
+    run.tog_sb = 1;
+    run.tog_allungfile = 0;
+    run.warn = 1;
+    run.tog_allfile = 0;
+    run.tog_sub = 0;
+    run.tog_allfile_init = 0;
+    run.fichero1 = firstpath;
+    line.clear();
+    first.readnonempty(line);
+    checkformat(line, run);
+    InputFile pathsfile(run.filename);
+    if (!pathsfile) errfunc("\nFile not opened\n");
+    run.numal = countpaths(pathsfile, line);
+    const auto [path_file, name_file] = getpath(run.filename);
+    run.path_pathsfile = path_file;
+    run.name_pathsfile = name_file;
+  } else {
+    checkformat(line, run);
+    run.tog_sb = 0;
+    run.numal = 1;
+    run.fichero1 = run.filename;
+  }
+}
+
+void checkformat(const std::string& line, RunState& run) {
+  if (!line.starts_with('>')) errfunc("\nSequence not in NBRF/PIR or FASTA format\n");
+  if (line.size() < 4 || line[3] != ';') {
+    run.fileformat = fasta;
+    run.seq_type = 'P';
+    return;
+  }
+  run.fileformat = pir;
+  if (line[1] != 'P' && line[1] != 'D') {
+    errfunc(
+        "\nSequence not in correct NBRF/PIR format: a D (for DNA or rRNA sequences) or a P (for protein sequences) is "
+        "missing after the symbol > in the name line\n");
+  }
+  run.seq_type = line[1];
+}
+
+SplitPath getpath(const std::string& path) {
+  const std::size_t behind = path.rfind(separator) + 1;  // 0 when there is no separator
+  return {path.substr(0, behind), path.substr(behind)};
+}

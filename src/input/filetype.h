@@ -1,0 +1,21 @@
+// What the named file is: an alignment, in which format and of what type of sequence, or a paths file.
+#pragma once
+#include <string>
+
+#include "driver/run_state.h"
+
+/// Find out what `run.filename` is and set the input's part of the run state. A paths file is known by its first
+/// non-empty line, which names a file that can be opened. Choosing one switches the concatenations off.
+/// A file that cannot be opened is reported, and `filename` is empty afterwards. Fails through errfunc() when the
+/// alignment, or the first alignment of a paths file, is in neither format.
+void checkfiletype(RunState& run);
+
+/// Decide format and type of sequence by the first non-empty line of an alignment, or fail through errfunc().
+void checkformat(const std::string& line, RunState& run);
+
+/// A path, split behind its last separator.
+struct SplitPath {
+  std::string path_file;  // the directory with its final separator, or empty
+  std::string name_file;  // the rest
+};
+SplitPath getpath(const std::string& path);

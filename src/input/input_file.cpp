@@ -1,0 +1,61 @@
+#include "input/input_file.h"
+
+#include <algorithm>
+
+#include "driver/errfunc.h"
+
+namespace {
+constexpr std::size_t blocksize = 65536;  // stays in the second cache while it is copied to its place
+constexpr std::size_t linelength = 189;
+}  // namespace
+
+InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "r")) {
+  if (!file_) return;
+  std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
+  block_ = std::make_unique_for_overwrite<char[]>(blocksize);
+  next_ = block_.get();
+  limit_ = next_ + std::fread(block_.get(), 1, blocksize, file_.get());
+  if (std::ferror(file_.get()) != 0) file_.reset();
+}
+
+bool InputFile::refill() {
+  next_ = block_.get();
+  limit_ = next_ + std::fread(block_.get(), 1, blocksize, file_.get());
+  if (std::ferror(file_.get()) != 0) errfunc("\nFile not opened\n");  // half an alignment must not pass for a whole one
+  end_met_ = next_ == limit_;
+  return !end_met_;
+}
+
+std::size_t InputFile::size() const {
+  const long here = std::ftell(file_.get());
+  if (here < 0 || std::fseek(file_.get(), 0, SEEK_END) != 0) return 0;
+  const long bytes = std::ftell(file_.get());
+  std::fseek(file_.get(), here, SEEK_SET);
+  return bytes < 0 ? 0 : static_cast<std::size_t>(bytes);
+}
+
+void InputFile::readline(std::string& line) {
+  std::string text;
+  do {
+    if (next_ == limit_ && !refill()) break;
+    const std::size_t most = std::min(linelength - text.size(), static_cast<std::size_t>(limit_ - next_));
+    const void* newline = std::memchr(next_, '\n', most);
+    const char* last = newline != nullptr ? static_cast<const char*>(newline) + 1 : next_ + most;
+    text.append(next_, last);
+    next_ = last;
+  } while (text.size() < linelength && text.back() != '\n');
+  if (!text.empty()) line = text.c_str();
+}
+
+void InputFile::readnonempty(std::string& line) {
+  do readline(line);
+  while (!end_met_ && emptyline(line));
+}
+
+bool emptyline(const std::string& line) {
+  return line.starts_with('\n');
+}
+
+std::string withoutnewline(const std::string& line) {
+  return line.ends_with('\n') ? line.substr(0, line.size() - 1) : line;
+}

@@ -1,0 +1,62 @@
+// An input file, read in large blocks and handed out by line or by stretch of text.
+#pragma once
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+class InputFile {
+ public:
+  /// Open `path`. What cannot be read, such as a directory, counts as not opened.
+  explicit InputFile(const std::string& path);
+  explicit operator bool() const { return file_ != nullptr; }
+
+  /// True once a read has met the end of the file: not yet when the last byte has been read.
+  bool ended() const { return end_met_; }
+
+  /// Bytes in the file, 0 when that cannot be told.
+  std::size_t size() const;
+
+  /// Read the rest of a line, at most 189 characters of it, line end included. The text ends at its first NUL byte.
+  /// At the end of the file `line` stays as it is.
+  void readline(std::string& line);
+
+  /// Read lines until one is not empty (does not begin with a line end), or to the end of the file.
+  void readnonempty(std::string& line);
+
+  /// Hand the text up to the next `terminator` to `use(first, last)`, stretch by stretch, and step over the terminator.
+  /// Returns false when the file ended first.
+  template <typename Use>
+  bool readuntil(char terminator, Use use) {
+    for (;;) {
+      const void* found = std::memchr(next_, terminator, static_cast<std::size_t>(limit_ - next_));
+      const char* last = found != nullptr ? static_cast<const char*>(found) : limit_;
+      use(next_, last);
+      next_ = last;
+      if (found != nullptr) {
+        ++next_;
+        return true;
+      }
+      if (!refill()) return false;
+    }
+  }
+
+ private:
+  bool refill();
+
+  struct Closer {
+    void operator()(std::FILE* open) const { std::fclose(open); }
+  };
+  std::unique_ptr<std::FILE, Closer> file_;
+  std::unique_ptr<char[]> block_;
+  const char* next_ = nullptr;  // the unread part of the block: next to limit
+  const char* limit_ = nullptr;
+  bool end_met_ = false;
+};
+
+/// Whether a line read by InputFile::readline() is empty: it begins with its line end.
+bool emptyline(const std::string& line);
+
+/// `line` without its final line end, if it has one.
+std::string withoutnewline(const std::string& line);

@@ -1,0 +1,188 @@
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "driver/errfunc.h"
+#include "input/alignment.h"
+#include "input/input_file.h"
+
+namespace {
+
+constexpr std::size_t longestname = 74;  // of a name line, its line end included
+// Sequences and positions: a tile or a line of the report beyond the last one is still a number.
+constexpr int most = std::numeric_limits<int>::max() - 65536;
+
+/// What the two formats do not share. Everything else is readrecords().
+struct Format {
+  char terminator;                           // ends a sequence, wherever it stands
+  bool (*skipped)(const std::string& line);  // a line passed over where a name line is due
+  std::string (*takename)(const std::string& line);
+  bool described;   // a description line follows the name line
+  bool terminated;  // the last sequence needs its terminator as well
+};
+
+constexpr Format pirformat = {
+    '*',
+    [](const std::string& line) { return emptyline(line) || line.starts_with(' ') || line == "*\n"; },
+    [](const std::string& line) {
+      if (!line.starts_with('>')) errfunc("\nSequence not in NBRF/PIR format\n");
+      return line.size() <= 3 ? line : line.substr(4);  // behind ">P1;", whatever stands there
+    },
+    true,
+    true,
+};
+
+constexpr Format fastaformat = {
+    '>',
+    [](const std::string& line) { return emptyline(line); },
+    // The '>' of every record but the first was read as the terminator of the sequence before it.
+    [](const std::string& line) { return line.starts_with('>') ? line.substr(1) : line; },
+    false,
+    false,
+};
+
+/// Append a stretch of sequence text: everything but line ends and blanks is a letter, and '.' is a gap.
+void appendletters(std::vector<char>& letters, const char* first, const char* last) {
+  const std::size_t before = letters.size();
+  while (first < last) {
+    const void* newline = std::memchr(first, '\n', static_cast<std::size_t>(last - first));
+    const char* lineend = newline != nullptr ? static_cast<const char*>(newline) : last;
+    letters.insert(letters.end(), first, lineend);
+    first = lineend + 1;
+  }
+  const auto fresh = letters.begin() + static_cast<std::ptrdiff_t>(before);
+  if (std::memchr(letters.data() + before, ' ', letters.size() - before) != nullptr) {
+    letters.erase(std::remove(fresh, letters.end(), ' '), letters.end());
+  }
+  // Storing every letter, changed or not, lets the compiler turn the loop into vector code.
+  std::transform(fresh, letters.end(), fresh, [](char c) { return c == '.' ? '-' : c; });
+}
+
+Alignment readrecords(const std::string& path, const Format& format) {
+  InputFile file(path);
+  if (!file) errfunc("\nFile not opened\n");
+  Alignment ali;
+  std::vector<char> letters = allocating("let", [&] {
+    std::vector<char> empty;
+    empty.reserve(file.size() + 1);  // memory that no letter ever touches costs nothing
+    empty.push_back(0);
+    return empty;
+  });
+  std::size_t length = 0;  // of the first sequence, and so of all
+  std::string line;
+  while (!file.ended()) {
+    file.readline(line);
+    if (file.ended()) break;  // a name line that is not a whole line adds no sequence
+    if (format.skipped(line)) continue;
+    if (line.size() > longestname) errfunc("\nSequence name too long\n");
+    allocating("name", [&] {
+      if (ali.name.size() == most) throw std::bad_alloc();
+      ali.name.append(format.takename(line));
+    });
+    if (format.described) file.readline(line);
+
+    const int n = ali.name.size();
+    const std::size_t before = letters.size();
+    bool whole = false;
+    try {
+      whole = file.readuntil(format.terminator, [&](const char* first, const char* last) {
+        appendletters(letters, first, last);
+        if (letters.size() - before > most) throw std::bad_alloc();
+      });
+    } catch (const std::bad_alloc&) {
+      errfunc("\nMemory allocation failure in let\n%i\n", n);
+    }
+    if (format.terminated && !whole) errfunc("\nFile not in NBRF/PIR format\n");
+    if (n == 1) length = letters.size() - before;
+    if (letters.size() - before != length) errfunc("\nSequences with different number of positions\n");
+  }
+  ali.numseq = ali.name.size();
+  ali.nupo = static_cast<int>(length);
+  ali.let = Rows(std::move(letters), ali.nupo);
+  return ali;
+}
+
+/// The stretches of positions that are not a gap in every sequence; one stretch when there is no such position.
+/// Candidates come from the first sequence, a tile of positions at a time, and few sequences are looked at before none
+/// is left.
+std::vector<Stretch> keptpositions(const Alignment& ali) {
+  constexpr int tile = 4096;
+  int candidates[tile];
+  std::vector<Stretch> kept = {
+      {1, 0}
+  };
+  for (int start = 1; start <= ali.nupo; start += tile) {
+    const int width = std::min(tile, ali.nupo - start + 1);
+    int left = 0;
+    const char* text = ali.let[1].from(start);
+    for (int c = 0; c < width; ++c) {
+      candidates[left] = start + c;
+      left += text[c] == '-' ? 1 : 0;
+    }
+    for (int i = 2; i <= ali.numseq && left > 0; ++i) {
+      const Row row = ali.let[i];
+      left = static_cast<int>(std::remove_if(candidates, candidates + left, [&](int p) { return row[p] != '-'; }) -
+                              candidates);
+    }
+    for (int k = 0; k < left; ++k) {
+      kept.back().last = candidates[k] - 1;
+      kept.push_back({candidates[k] + 1, 0});
+    }
+  }
+  kept.back().last = ali.nupo;
+  return kept;
+}
+
+}  // namespace
+
+Alignment load_pir(const std::string& path) {
+  return readrecords(path, pirformat);
+}
+
+Alignment load_fasta(const std::string& path) {
+  return readrecords(path, fastaformat);
+}
+
+Alignment load(const RunState& run) {
+  Alignment ali;
+  if (run.fileformat == pir) ali = load_pir(run.fichero1);
+  if (run.fileformat == fasta) ali = load_fasta(run.fichero1);
+  if (ali.numseq < 2) {
+    // The wording names NBRF/PIR for FASTA input as well; scripts look for it.
+    errfunc("\nFile not in NBRF/PIR format or too few sequences in the alignment: %i\n", ali.numseq);
+  }
+  const std::vector<Stretch> kept = keptpositions(ali);
+  if (kept.size() > 1) {
+    ali.let.keep(kept);
+    ali.nupo = totallength(kept);
+  }
+  if (ali.nupo < 2) {
+    errfunc("\nToo few positions in the alignment (at least two positions are necessary): %i\n", ali.nupo);
+  }
+  return ali;
+}
+
+void Rows::keep(const std::vector<Stretch>& kept) {
+  char* to = letters_.data() + 1;
+  const std::size_t numseq = nupo_ == 0 ? 0 : (letters_.size() - 1) / width();
+  for (std::size_t i = 0; i < numseq; ++i) {
+    const char* before = letters_.data() + i * width();  // the text moves towards the front, so nothing unread is lost
+    for (const Stretch& stretch : kept) {
+      const auto length = static_cast<std::size_t>(stretch.length());
+      std::memmove(to, before + stretch.first, length);
+      to += length;
+    }
+  }
+  nupo_ = totallength(kept);
+  letters_.resize(static_cast<std::size_t>(to - letters_.data()));
+}
+
+int totallength(const std::vector<Stretch>& stretches) {
+  int length = 0;
+  for (const Stretch& stretch : stretches) length += stretch.length();
+  return length;
+}
+
+std::string withoutlineend(const std::string& name) {
+  return name.substr(0, name.empty() ? 0 : name.size() - 1);
+}

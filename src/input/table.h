@@ -1,0 +1,30 @@
+// "Counted from 1": the one container behind every list of sequences and positions.
+#pragma once
+#include <cassert>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+/// Entries 1 to size(); entry 0 exists and holds a default value. The index is checked in debug builds.
+template <typename Entry>
+class Table {
+ public:
+  Table() : entries_(1) {}
+  explicit Table(int size, Entry fill = Entry{}) : entries_(static_cast<std::size_t>(size) + 1, fill) {}
+
+  int size() const { return static_cast<int>(entries_.size()) - 1; }
+  void reserve(int size) { entries_.reserve(static_cast<std::size_t>(size) + 1); }
+  void append(Entry entry) { entries_.push_back(std::move(entry)); }
+  /// Append `count` entries that stand at `first`.
+  void append(const Entry* first, int count) { entries_.insert(entries_.end(), first, first + count); }
+
+  Entry& operator[](int index) { return entries_[checked(index)]; }
+  const Entry& operator[](int index) const { return entries_[checked(index)]; }
+
+ private:
+  std::size_t checked(int index) const {
+    assert(index >= 0 && index <= size());
+    return static_cast<std::size_t>(index);
+  }
+  std::vector<Entry> entries_;
+};

@@ -1,0 +1,27 @@
+#include "output/alignment_writers.h"
+
+#include "output/record.h"
+
+namespace {
+
+void savestretches(const std::string& path, const Alignment& ali, const std::vector<Stretch>& stretches,
+                   const RunState& run) {
+  OutputFile out(path);
+  for (int i = 1; i <= ali.numseq; ++i) {
+    writerecord(out, run, ali.name[i], [&](Body& body) { addstretches(body, ali.let[i], stretches); });
+  }
+}
+
+}  // namespace
+
+void saveseq(const Alignment& ali, const SelectedBlocks& blocks, const RunState& run) {
+  savestretches(run.fichero1 + run.exten, ali, blocks.newpos, run);
+}
+
+void savencb(const Alignment& ali, const SelectedBlocks& blocks, const RunState& run) {
+  savestretches(run.fichero1 + run.exten + "Comp", ali, unselected(blocks, ali.nupo), run);
+}
+
+void save_ung(const Alignment& ali, const Ungapped& ungapped, const RunState& run) {
+  savestretches(run.fichero1 + "--", ali, ungapped.newlet, run);
+}

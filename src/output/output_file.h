@@ -1,0 +1,45 @@
+// A file being written, through one large buffer.
+#pragma once
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class OutputFile {
+ public:
+  /// Create `path`, or empty it. Fails through errfunc() when it cannot be opened.
+  explicit OutputFile(const std::string& path);
+  /// Write what is left. An incomplete file (a full disk) is reported on standard error and changes nothing else.
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  /// Append text as it stands.
+  void put(std::string_view text);
+  void put(char c);
+
+  /// Append text made as printf() makes it.
+  [[gnu::format(printf, 2, 3)]] void print(const char* format, ...);
+
+  /// Room for `count` bytes (at most `mostroom`), to be filled from the returned place on and taken by filled().
+  char* room(std::size_t count) {
+    if (static_cast<std::size_t>(buffer_.get() + buffersize - next_) < count) flush();
+    return next_;
+  }
+  void filled(const char* end) { next_ += end - next_; }
+  static constexpr std::size_t mostroom = 4096;
+
+ private:
+  void flush();
+
+  static constexpr std::size_t buffersize = 65536;
+  struct Closer {
+    void operator()(std::FILE* open) const { std::fclose(open); }
+  };
+  std::string path_;
+  std::unique_ptr<std::FILE, Closer> file_;
+  std::unique_ptr<char[]> buffer_;
+  char* next_;  // where the next byte goes
+  bool complete_ = true;
+};

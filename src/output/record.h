@@ -1,0 +1,39 @@
+// The alignment record: the layout that every alignment file of the program is written with. Name line, body, end; the
+// body in groups of ten with a blank behind each, sixty letters a line. The blank is written behind every group of ten,
+// the last of the body included, and the line end behind every sixtieth letter: readers of these files know them so.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "driver/run_state.h"
+#include "input/alignment.h"
+#include "output/output_file.h"
+
+/// The start of a NBRF/PIR name line, by the type of sequence.
+const char* pirprefix(const RunState& run);
+
+/// A record body, written stretch by stretch: groups and lines run on from one to the next.
+class Body {
+ public:
+  explicit Body(OutputFile& out) : out_(out) {}
+  /// Append `count` letters that stand at `text`.
+  void add(const char* text, std::ptrdiff_t count);
+
+ private:
+  OutputFile& out_;
+  int column_ = 0;  // letters already on the line, 0 to 59
+};
+
+/// Append the letters of `row` at the positions of `stretches`.
+void addstretches(Body& body, const Row& row, const std::vector<Stretch>& stretches);
+
+/// Write one record in the format of the input. `addbody` is called with the Body to fill.
+template <typename AddBody>
+void writerecord(OutputFile& out, const RunState& run, const std::string& name, AddBody addbody) {
+  out.put(run.fileformat == pir ? pirprefix(run) : ">");
+  out.put(name);
+  if (run.fileformat == pir) out.put(" \n");  // stands for the description line
+  Body body(out);
+  addbody(body);
+  out.put(run.fileformat == pir ? "*\n\n" : "\n");
+}

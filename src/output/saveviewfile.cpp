@@ -1,0 +1,254 @@
+#include "output/saveviewfile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "driver/errfunc.h"
+#include "driver/version.h"
+#include "input/filetype.h"
+#include "output/output_file.h"
+
+namespace {
+
+constexpr int html = 1;
+constexpr int text = 2;
+constexpr int shorttext = 3;
+constexpr std::size_t namewidth = 15;
+
+/// A residue and the colour in which the report shows it where it is conserved.
+struct Class {
+  char residue;
+  const char* colour;
+};
+constexpr Class nucleotideclasses[] = {
+    {'A', "red"   },
+    {'C', "aqua"  },
+    {'G', "lime"  },
+    {'T', "orange"},
+    {'U', "orange"}
+};
+constexpr Class proteinclasses[] = {
+    {'A', "lime"   },
+    {'G', "lime"   },
+    {'S', "lime"   },
+    {'T', "lime"   },
+    {'C', "orange" },
+    {'P', "aqua"   },
+    {'D', "white"  },
+    {'E', "white"  },
+    {'Q', "white"  },
+    {'N', "white"  },
+    {'F', "yellow" },
+    {'W', "yellow" },
+    {'Y', "yellow" },
+    {'H', "red"    },
+    {'K', "red"    },
+    {'R', "red"    },
+    {'I', "fuchsia"},
+    {'L', "fuchsia"},
+    {'M', "fuchsia"},
+    {'V', "fuchsia"},
+};
+
+const char* sequencetype(char seq_type) {
+  return seq_type == 'P' ? "Protein" : seq_type == 'D' ? "DNA" : "Codons";
+}
+
+void headhtml(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
+              const RunState& run) {
+  out.put("<html>\n<head>\n<meta http-equiv=content-type content=text/html;charset=ISO-8859-1>\n");
+  out.print("<title>%s</title>\n", name_file.c_str());
+  out.put("<style media=screen type=text/css><!--\n");
+  out.put(".BL {background-color:navy;color:navy}\n");
+  const auto putclass = [&](const Class& c) {
+    out.print(".%c1 {background-color:black;color:%s}\n", c.residue, c.colour);
+  };
+  if (run.seq_type == 'P') {
+    std::for_each(std::begin(proteinclasses), std::end(proteinclasses), putclass);
+  } else {
+    std::for_each(std::begin(nucleotideclasses), std::end(nucleotideclasses), putclass);
+  }
+  out.put("--></style>\n</head>\n\n");
+  out.put("<body bgcolor=#f5f5a3>\n");
+  out.print("<h2>Trimora %s Results</h2>\n", version);
+  out.print("<p>\nProcessed file: <b>%s</b><br>\n", name_file.c_str());
+  out.print("Number of sequences: <b>%i</b><br>", ali.numseq);
+  out.print("Alignment assumed to be: <b>%s</b><br>\n", sequencetype(run.seq_type));
+  out.print("New number of positions: <b>%i</b> (selected positions are underlined in blue)\n", blocks.nupo3);
+  out.put("</p>\n<pre>\n");
+}
+
+void headtext(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
+              const RunState& run) {
+  out.print("Trimora %s Results\n\n\n", version);
+  out.print("Processed file: %s", name_file.c_str());
+  out.print("\nNumber of sequences: %i", ali.numseq);
+  out.print("\nAlignment assumed to be: %s", sequencetype(run.seq_type));
+  if (run.tog_viewfile == text) {
+    out.print("\nNew number of positions: %i (selected positions are underlined in blue)\n\n\n", blocks.nupo3);
+  }
+}
+
+/// What the display writes for one letter: itself, or in a span that colours it. Made once for each letter; written by
+/// copying the whole cell and keeping `length` bytes, which costs the same for both kinds and no branch.
+struct Cell {
+  char bytes[24];
+  int length;
+};
+using Cells = std::array<std::array<Cell, 256>, 2>;  // [conserved][letter]
+
+Cells makecells() {
+  Cells cells = {};
+  for (int letter = 0; letter < 256; ++letter) {
+    const char c = static_cast<char>(letter);
+    Cell& plain = cells[0][static_cast<std::size_t>(letter)];
+    plain.bytes[0] = c;
+    plain.length = 1;
+    Cell& spanned = cells[1][static_cast<std::size_t>(letter)];
+    constexpr char span[] = "<span class=?1>?</span>";
+    std::memcpy(spanned.bytes, span, sizeof span);
+    spanned.bytes[12] = spanned.bytes[15] = c;
+    spanned.length = sizeof span - 1;
+  }
+  return cells;
+}
+
+/// The display: rows of breakcount positions, each with its rulers, all sequences, and the line that marks what is
+/// selected.
+class Display {
+ public:
+  Display(const Alignment& ali, const PositionScores& scores, const Table<char>& lettrimora, const RunState& run)
+      : ali_(ali),
+        lettrimora_(lettrimora),
+        coloured_(run.tog_viewfile == html),
+        breakcount_(run.breakcount),
+        conserved_(coloured_ ? conservedresidues(scores, run) : Table<char>()),
+        newname_(displaynames(ali)) {}
+
+  void write(OutputFile& out) const {
+    for (int first = 1; first <= ali_.nupo; first = last(first) + 1) {
+      rulers(out, first);
+      for (int i = 1; i <= ali_.numseq; ++i) {
+        out.put(newname_[i]);
+        if (coloured_) {
+          colouredletters(out, ali_.let[i], first);
+        } else {
+          out.put({ali_.let[i].from(first), static_cast<std::size_t>(last(first) - first + 1)});
+        }
+        out.put('\n');
+      }
+      marks(out, first);
+      out.put("\n\n\n");
+    }
+  }
+
+ private:
+  /// Names as the display shows them: cut or padded to 15 characters, and two blanks.
+  static Table<std::string> displaynames(const Alignment& ali) {
+    return allocating("newname", [&] {
+      Table<std::string> newname(ali.numseq);
+      for (int i = 1; i <= ali.numseq; ++i) {
+        newname[i] = withoutlineend(ali.name[i]);
+        newname[i].resize(namewidth, ' ');
+        newname[i] += "  ";
+      }
+      return newname;
+    });
+  }
+
+  /// The last position of the row that begins at `first`.
+  int last(int first) const { return static_cast<int>(std::min<long long>(first + breakcount_ - 1LL, ali_.nupo)); }
+
+  void rulers(OutputFile& out, int first) const {
+    const std::string indent(namewidth + 2, ' ');
+    out.put(indent);
+    for (int p = (first + 9) / 10 * 10; p <= last(first); p += 10) out.print("%10i", p);
+    out.put('\n');
+    out.put(indent);
+    for (int p = first; p <= last(first); ++p) out.put(p % 10 == 0 ? '+' : '=');
+    out.put('\n');
+  }
+
+  void colouredletters(OutputFile& out, const Row& row, int first) const {
+    static const Cells cells = makecells();
+    const char* letter = row.from(first);
+    for (int p = first; p <= last(first); ++p, ++letter) {
+      const Cell& cell = cells[capital(*letter) == conserved_[p] ? 1 : 0][static_cast<unsigned char>(*letter)];
+      char* to = out.room(sizeof cell.bytes);
+      std::memcpy(to, cell.bytes, sizeof cell.bytes);
+      out.filled(to + cell.length);
+    }
+  }
+
+  void marks(OutputFile& out, int first) const {
+    out.put(coloured_ ? "                 " : "Trimora          ");
+    for (int p = first; p <= last(first); ++p) {
+      if (!coloured_) {
+        out.put(lettrimora_[p]);
+      } else {
+        out.put(lettrimora_[p] == '#' ? "<span class=BL>#</span>" : " ");
+      }
+    }
+  }
+
+  const Alignment& ali_;
+  const Table<char>& lettrimora_;
+  bool coloured_;
+  int breakcount_;
+  Table<char> conserved_;
+  Table<std::string> newname_;
+};
+
+void parameters(OutputFile& out, const RunState& run) {
+  out.put(run.tog_viewfile == html ? "\n</pre>\n<pre>\n\n\n<br><b>Parameters used</b>" : "\n\nParameters used");
+  out.print("\nMinimum Number Of Sequences For A Conserved Position: %i", run.negval);
+  out.print("\nMinimum Number Of Sequences For A Flanking Position: %i", run.flankval);
+  out.print("\nMaximum Number Of Contiguous Nonconserved Positions: %i", run.negblen);
+  if (run.tog_viewfile == shorttext) out.print("\nMinimum Length Of An Initial Block: %i", run.posblen);
+  out.print("\nMinimum Length Of A Block: %i", run.posblen2);
+  switch (run.tog_gaps) {
+    case 1: out.put("\nAllowed Gap Positions: None"); break;
+    case 2: out.put("\nAllowed Gap Positions: With Half"); break;
+    case 3: out.put("\nAllowed Gap Positions: All"); break;
+  }
+  if (run.seq_type == 'P')
+    out.put(run.tog_sim == 1 ? "\nUse Similarity Matrices: Yes" : "\nUse Similarity Matrices: No");
+}
+
+void flanks(OutputFile& out, const char* label, const std::vector<Stretch>& blocks) {
+  out.put(label);
+  for (const Stretch& block : blocks) out.print("[%i  %i]  ", block.first, block.last);
+}
+
+}  // namespace
+
+void saveviewfile(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+                  const Table<char>& lettrimora, const RunState& run) {
+  constexpr const char* extensions[] = {"", ".htm", ".txt", ".txts"};
+  const bool marked = run.tog_viewfile == html;
+  const std::string name_file = getpath(run.fichero1).name_file;
+  OutputFile out(run.fichero1 + run.exten + extensions[static_cast<int>(run.tog_viewfile)]);
+
+  (marked ? headhtml : headtext)(out, ali, blocks, name_file, run);
+  if (run.tog_viewfile != shorttext) Display(ali, scores, lettrimora, run).write(out);
+  parameters(out, run);
+
+  const int count = static_cast<int>(blocks.newpos.size());
+  out.print(marked ? "\n\n</pre><pre><b>Flank positions of the %i selected block(s)</b>\n"
+                   : "\n\nFlank positions of the %i selected block(s)\n",
+            count);
+  flanks(out, "Flanks: ", blocks.newpos);
+  if (run.tog_viewfile == shorttext && count > 0) {
+    out.print("\n\nFlank positions of the %i selected block(s) with respect to the first sequence of the alignment:\n",
+              count);
+    flanks(out, "Flanks_1: ", blocks.newposseq);
+  }
+
+  out.print(marked ? "\n\nNew number of positions in %s%s: <b> %i </b> (%i%% of the original %i positions)\n"
+                   : "\n\nNew number of positions in %s%s: *** %i *** (%i%% of the original %i positions)\n",
+            run.fichero1.c_str(), run.exten.c_str(), blocks.nupo3, blocks.nupo3per, ali.nupo);
+  if (marked) out.put("\n\n</body>\n</html>\n");
+}

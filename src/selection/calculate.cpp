@@ -1,0 +1,76 @@
+#include "selection/calculate.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "driver/errfunc.h"
+#include "input/filetype.h"
+#include "input/input_file.h"
+#include "output/alignment_writers.h"
+#include "output/saveviewfile.h"
+#include "selection/blocks.h"
+#include "selection/reduced_views.h"
+#include "selection/scores.h"
+
+namespace {
+
+/// Read the next path of a paths file into `run.fichero1`; empty lines do not count. False at the end of the file.
+bool nextpath(InputFile& pathsfile, RunState& run) {
+  std::string line = "\n";
+  pathsfile.readnonempty(line);
+  if (emptyline(line)) return false;
+  run.fichero1 = withoutnewline(line);
+  return true;
+}
+
+/// From the loaded alignment to its files.
+void process(const Alignment& ali, const RunState& run) {
+  std::puts(run.fichero1.c_str());
+  const PositionScores scores = assignval(ali, run);
+  const SelectedBlocks blocks = getpos(scores, ali, run);
+  const bool needsungapped = run.tog_ungappedfile == 1;
+  const Ungapped ungapped = needsungapped ? ungap(ali) : Ungapped{};
+  const bool needsmap = run.tog_viewfile == 1 || run.tog_viewfile == 2 || run.tog_maskfile == 1;
+  const Table<char> lettrimora = needsmap ? makelettrimora(blocks, ali.nupo) : Table<char>();
+
+  std::printf("Original alignment: %i positions\n", ali.nupo);
+  if (needsungapped) std::printf("Ungapped alignment: %i positions\n", ungapped.nupoung);
+  std::printf("Trimora alignment:  %i positions (%i %%) in %i selected block(s)\n\n", blocks.nupo3, blocks.nupo3per,
+              static_cast<int>(blocks.newpos.size()));
+
+  if (run.tog_seqfile == 1) saveseq(ali, blocks, run);
+  if (run.tog_viewfile > 0) saveviewfile(ali, scores, blocks, lettrimora, run);
+  if (run.tog_ncbfile == 1) savencb(ali, blocks, run);
+  if (run.tog_ungappedfile == 1) save_ung(ali, ungapped, run);
+}
+
+}  // namespace
+
+std::optional<Alignment> openfile(RunState& run) {
+  checkfiletype(run);
+  if (run.filename.empty()) return std::nullopt;
+  Alignment ali = load(run);
+  run.numseq = ali.numseq;
+  std::printf("\n%i sequences and %i positions in the first alignment file:\n%s", ali.numseq, ali.nupo,
+              run.fichero1.c_str());
+  std::puts("\n");
+  derivedefaults(run);
+  return ali;
+}
+
+void calculate(RunState& run, std::optional<Alignment> loaded) {
+  const bool batch = run.tog_sb == 1;
+  std::optional<InputFile> pathsfile;
+  if (batch && !pathsfile.emplace(run.filename)) errfunc("\nFile not opened\n");
+
+  int reference = 0;  // sequences of the first alignment
+  for (int c = 1; c <= run.numal; ++c) {
+    if (batch && !nextpath(*pathsfile, run)) break;
+    const Alignment ali = loaded ? *std::exchange(loaded, std::nullopt) : load(run);
+    run.numseq = ali.numseq;
+    if (c == 1) reference = ali.numseq;
+    if (batch && run.tog_sub == 0) derivedefaults(run);
+    if (run.tog_sub == 1 && ali.numseq != reference) errfunc("\nAlignments with different number of sequences\n");
+    process(ali, run);
+  }
+}

@@ -1,0 +1,16 @@
+// The run driver: carries one alignment, or every alignment of a paths file, from loading to its files.
+#pragma once
+#include <optional>
+
+#include "driver/run_state.h"
+#include "input/alignment.h"
+
+/// Recognise and load `run.filename`, say what was found, and derive b1 and b2 from it.
+/// Returns  the alignment, or the first one of a paths file; nothing when the file cannot be opened (`filename` is then
+///          empty).
+std::optional<Alignment> openfile(RunState& run);
+
+/// Make one run. `loaded` is the first alignment when it has just been read: a command-line run takes it as it is. From
+/// the menus each run reads its file again, since it may have been edited in between.
+/// In a batch the run leaves in `run` the path of the last alignment and, as long as they are not fixed, its b1 and b2.
+void calculate(RunState& run, std::optional<Alignment> loaded);

@@ -1,0 +1,32 @@
+// Position scores: how many sequences carry the most frequent residue of each position.
+// Words     residue: a letter of the alphabet "UACGTDEFHIKLMNPQRSVWY" | scored: the position's gaps are allowed (b5)
+//           gap position: score 0, be it for its gaps or because no residue of the alphabet stands there
+#pragma once
+#include "driver/run_state.h"  // seq_type, negval b1, tog_gaps b5, tog_sim b6, initnegval
+#include "input/alignment.h"
+
+/// The scores of one alignment. assignval() makes them; every later step only reads them.
+struct PositionScores {
+  Table<float> val;    // [1..nupo] score, in sequences; weighted by similarity it need not be a whole number
+  Table<char> val_aa;  // [1..nupo] most frequent residue, upper case; '?' where none was chosen
+};
+
+/// Score every position of `ali`. Letters count in either case; what is not in the alphabet counts nowhere.
+/// Returns  the scores, owned by the caller.
+/// Fails    only when memory runs out, through errfunc().
+PositionScores assignval(const Alignment& ali, const RunState& run);
+
+/// Conserved: at least b1 sequences carry the residue.
+inline bool conserved(const PositionScores& scores, int p, const RunState& run) {
+  return scores.val[p] >= static_cast<float>(run.negval);  // single precision on both sides, on purpose
+}
+
+/// For each position the residue that the report colours and the mask marks in every sequence that carries it: the most
+/// frequent one where the position is conserved, elsewhere `nocapital`, which no capital equals.
+inline constexpr char nocapital = 'a';
+Table<char> conservedresidues(const PositionScores& scores, const RunState& run);
+
+/// The capital of an ASCII letter; any other byte as it is. The same in every locale.
+constexpr char capital(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
