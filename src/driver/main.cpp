@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "driver/errfunc.h"
+#include "driver/menus.h"
 #include "driver/options.h"
 #include "driver/run_state.h"
 #include "selection/calculate.h"
@@ -17,8 +18,13 @@ void trimora(int argc, char* argv[]) {
     run.filename = argv[1];
     loaded = openfile(run);
   }
-  parseoptions(argc, argv, 2, run);
-  calculate(run, std::move(loaded));
+  if (argc > 2) {
+    parseoptions(argc, argv, 2, run);
+    calculate(run, std::move(loaded));
+    return;
+  }
+  loaded.reset();  // from here on the file is read again for each run
+  while (run.menu != 'q') menu_main(run);
 }
 
 }  // namespace

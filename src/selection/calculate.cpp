@@ -3,10 +3,13 @@
 #include <cstdio>
 #include <utility>
 
+#include "batch/concatenation.h"
 #include "driver/errfunc.h"
 #include "input/filetype.h"
 #include "input/input_file.h"
 #include "output/alignment_writers.h"
+#include "output/savemask.h"
+#include "output/saveps.h"
 #include "output/saveviewfile.h"
 #include "selection/blocks.h"
 #include "selection/reduced_views.h"
@@ -23,12 +26,12 @@ bool nextpath(InputFile& pathsfile, RunState& run) {
   return true;
 }
 
-/// From the loaded alignment to its files.
-void process(const Alignment& ali, const RunState& run) {
+/// From the loaded alignment to its files and its place in the concatenations.
+void process(const Alignment& ali, const RunState& run, Concatenations& all) {
   std::puts(run.fichero1.c_str());
   const PositionScores scores = assignval(ali, run);
   const SelectedBlocks blocks = getpos(scores, ali, run);
-  const bool needsungapped = run.tog_ungappedfile == 1;
+  const bool needsungapped = run.tog_ungappedfile == 1 || concatenatesungapped(run);
   const Ungapped ungapped = needsungapped ? ungap(ali) : Ungapped{};
   const bool needsmap = run.tog_viewfile == 1 || run.tog_viewfile == 2 || run.tog_maskfile == 1;
   const Table<char> lettrimora = needsmap ? makelettrimora(blocks, ali.nupo) : Table<char>();
@@ -40,8 +43,11 @@ void process(const Alignment& ali, const RunState& run) {
 
   if (run.tog_seqfile == 1) saveseq(ali, blocks, run);
   if (run.tog_viewfile > 0) saveviewfile(ali, scores, blocks, lettrimora, run);
+  if (run.tog_maskfile == 1) savemask(ali, scores, lettrimora, run);
+  if (run.tog_psfile == 1) saveps(blocks, ali.nupo, run);
   if (run.tog_ncbfile == 1) savencb(ali, blocks, run);
   if (run.tog_ungappedfile == 1) save_ung(ali, ungapped, run);
+  allconcat(all, ali, blocks, ungapped);
 }
 
 }  // namespace
@@ -63,14 +69,21 @@ void calculate(RunState& run, std::optional<Alignment> loaded) {
   std::optional<InputFile> pathsfile;
   if (batch && !pathsfile.emplace(run.filename)) errfunc("\nFile not opened\n");
 
-  int reference = 0;  // sequences of the first alignment
+  Concatenations all;
+  Table<std::string> name;  // of the last alignment
+  int reference = 0;        // sequences of the first alignment
   for (int c = 1; c <= run.numal; ++c) {
     if (batch && !nextpath(*pathsfile, run)) break;
-    const Alignment ali = loaded ? *std::exchange(loaded, std::nullopt) : load(run);
+    Alignment ali = loaded ? *std::exchange(loaded, std::nullopt) : load(run);
     run.numseq = ali.numseq;
-    if (c == 1) reference = ali.numseq;
+    if (c == 1) {
+      reference = ali.numseq;
+      all = allalloc(run);
+    }
     if (batch && run.tog_sub == 0) derivedefaults(run);
     if (run.tog_sub == 1 && ali.numseq != reference) errfunc("\nAlignments with different number of sequences\n");
-    process(ali, run);
+    process(ali, run, all);
+    name = std::move(ali.name);
   }
+  allsaveseq(all, name, run);
 }

@@ -1,0 +1,72 @@
+#include "batch/concatenation.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "driver/errfunc.h"
+#include "input/filetype.h"
+#include "output/record.h"
+
+void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& stretches) {
+  const int width = totallength(stretches);
+  allocating(buffer_, [&] {
+    std::vector<char> letters;
+    letters.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(ali.numseq) + 1);
+    letters.push_back(0);
+    for (int i = 1; i <= ali.numseq; ++i) {
+      const Row row = ali.let[i];
+      for (const Stretch& stretch : stretches) {
+        const char* first = row.from(stretch.first);
+        letters.insert(letters.end(), first, first + stretch.length());
+      }
+    }
+    parts_.push_back({Rows(std::move(letters), width), width});
+  });
+  columns_ += width;
+}
+
+void Concatenation::save(const std::string& path, const Table<std::string>& name, const RunState& run) const {
+  OutputFile out(path);
+  for (int i = 1; i <= name.size(); ++i) {
+    writerecord(out, run, name[i], [&](Body& body) {
+      for (const Part& part : parts_) body.add(part.rows[i].from(1), part.width);
+    });
+  }
+}
+
+namespace {
+bool concatenates(const RunState& run) {
+  return run.tog_sb == 1 && run.tog_sub == 1;
+}
+}  // namespace
+
+bool concatenatesungapped(const RunState& run) {
+  return concatenates(run) && run.tog_allungfile == 1;
+}
+
+Concatenations allalloc(const RunState& run) {
+  Concatenations all;
+  if (concatenates(run) && run.tog_allfile == 1) all.letall.emplace("letall");
+  if (concatenates(run) && run.tog_allfile_init == 1) all.letall_init.emplace("letall_init");
+  if (concatenatesungapped(run)) all.newletall.emplace("newletall");
+  return all;
+}
+
+void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& blocks, const Ungapped& ungapped) {
+  if (all.letall) all.letall->append(ali, blocks.newpos);
+  if (all.newletall) all.newletall->append(ali, ungapped.newlet);
+  if (all.letall_init)
+    all.letall_init->append(ali, {
+                                     {1, ali.nupo}
+    });
+}
+
+void allsaveseq(const Concatenations& all, const Table<std::string>& name, const RunState& run) {
+  const std::string path = getpath(run.fichero1).path_file + run.name_pathsfile;
+  if (all.letall) {
+    all.letall->save(path + run.exten + ".seq", name, run);
+    std::printf("Trimora alignment in batch: %lld positions\n\n", all.letall->columns());
+  }
+  if (all.letall_init) all.letall_init->save(path + ".seq", name, run);
+  if (all.newletall) all.newletall->save(path + "--.seq", name, run);
+}

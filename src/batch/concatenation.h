@@ -1,0 +1,56 @@
+// Concatenations across the alignments of a batch: sequence i of one alignment behind sequence i of the one before.
+// Sequences are matched by their order alone; names play no part.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "driver/run_state.h"
+#include "input/alignment.h"
+#include "selection/blocks.h"
+#include "selection/reduced_views.h"
+
+/// One concatenation. What each alignment adds is kept as it came, so that nothing is moved when the next one comes.
+class Concatenation {
+ public:
+  /// `buffer` is the name of its rows in the message when memory runs out.
+  explicit Concatenation(const char* buffer) : buffer_(buffer) {}
+
+  /// Append the positions of `stretches` of every sequence.
+  void append(const Alignment& ali, const std::vector<Stretch>& stretches);
+
+  /// Write the concatenation as one alignment file, headed by the names of the last alignment.
+  void save(const std::string& path, const Table<std::string>& name, const RunState& run) const;
+
+  long long columns() const { return columns_; }
+
+ private:
+  struct Part {
+    Rows rows;
+    int width;
+  };
+  const char* buffer_;
+  std::vector<Part> parts_;
+  long long columns_ = 0;  // appended so far
+};
+
+/// The concatenations of a batch, as far as they are switched on.
+struct Concatenations {
+  std::optional<Concatenation> letall;       // the selected blocks
+  std::optional<Concatenation> letall_init;  // the input alignments as loaded
+  std::optional<Concatenation> newletall;    // the ungapped alignments
+};
+
+/// Whether the ungapped alignments of the input are to be concatenated.
+bool concatenatesungapped(const RunState& run);
+
+/// Start the concatenations that `run` asks for: none outside a batch, or while the alignments of a batch may differ in
+/// their number of sequences.
+Concatenations allalloc(const RunState& run);
+
+/// Append one alignment to each of them.
+void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& blocks, const Ungapped& ungapped);
+
+/// Write their files, named after the paths file, into the directory of the last alignment, and print the length of the
+/// concatenated blocks. `name` holds the names of the last alignment, which head the records.
+void allsaveseq(const Concatenations& all, const Table<std::string>& name, const RunState& run);

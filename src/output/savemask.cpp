@@ -1,0 +1,27 @@
+#include "output/savemask.h"
+
+#include <algorithm>
+
+#include "output/record.h"
+
+void savemask(const Alignment& ali, const PositionScores& scores, const Table<char>& lettrimora, const RunState& run) {
+  OutputFile out(run.fichero1 + run.exten + "Mask");
+  // The description line of every record is empty.
+  const auto record = [&](const char* prefix, const std::string& name, const char* letters) {
+    out.put(prefix);
+    out.put(name);
+    out.put('\n');
+    Body(out).add(letters, ali.nupo);
+    out.put("*\n\n");
+  };
+  const Table<char> conserved = conservedresidues(scores, run);
+  std::string mask(static_cast<std::size_t>(ali.nupo), '?');
+  for (int i = 1; i <= ali.numseq; ++i) {
+    const char* sequence = ali.let[i].from(1);
+    record(pirprefix(run), ali.name[i], sequence);
+    std::transform(sequence, sequence + ali.nupo, &conserved[1], mask.begin(),
+                   [](char c, char residue) { return capital(c) == residue ? '@' : '?'; });
+    record(pirprefix(run), withoutlineend(ali.name[i]) + "#Mask\n", mask.data());
+  }
+  record(">P1;", "Trimora\n", &lettrimora[1]);
+}
