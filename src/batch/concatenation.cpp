@@ -55,10 +55,7 @@ Concatenations allalloc(const RunState& run) {
 void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& blocks, const Ungapped& ungapped) {
   if (all.letall) all.letall->append(ali, blocks.newpos);
   if (all.newletall) all.newletall->append(ali, ungapped.newlet);
-  if (all.letall_init)
-    all.letall_init->append(ali, {
-                                     {1, ali.nupo}
-    });
+  if (all.letall_init) all.letall_init->append(ali, {{1, ali.nupo}});
 }
 
 void allsaveseq(const Concatenations& all, const Table<std::string>& name, const RunState& run) {

@@ -38,7 +38,7 @@ void readchoice(RunState& run) {
 std::string readanswer() {
   std::string answer;
   for (int c = firstcharacter(); c != '\n' && c != EOF; c = std::getchar()) answer += static_cast<char>(c);
-  return answer;
+  return answer.substr(0, answer.find('\0'));
 }
 
 std::optional<long long> readnumber() {
@@ -54,7 +54,7 @@ std::string readword() {
   int c = firstvisible();
   for (; c != EOF && std::isspace(c) == 0; c = std::getchar()) word += static_cast<char>(c);
   droprest(c);
-  return word;
+  return word.substr(0, word.find('\0'));
 }
 
 void askexten(RunState& run) {

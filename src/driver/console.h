@@ -10,7 +10,7 @@
 /// followed by two empty lines.
 void readchoice(RunState& run);
 
-/// Read a whole line, without its line end.
+/// Read a whole line, without its line end. It ends at its first NUL byte, as does a word.
 std::string readanswer();
 
 /// Read a number as the "%i" conversion does: 010 is eight and 0x1F is 31. Nothing when the answer is not a number.

@@ -40,7 +40,7 @@ void askfile(RunState& run) {
   const std::string current = run.filename;
   std::puts("Please enter a DNA or protein alignment in NBRF/PIR or FASTA format or a paths file.");
   std::printf("File Name: ");
-  run.filename = readanswer().c_str();  // up to its first NUL byte, as every path
+  run.filename = readanswer();
   if (run.filename.size() > longestfilename) run.filename.clear();
   openfile(run);
   if (run.filename.empty()) run.filename = current;

@@ -9,7 +9,7 @@ namespace {
 void show(const RunState& run) {
   const auto toggle = [](const char* line, char value) {
     constexpr const char* saved[] = {"Don't Save", "Save", "Save Text", "Save Short"};
-    std::printf("%s%s", line, saved[static_cast<int>(value)]);
+    std::printf("%s%s", line, saved[static_cast<unsigned char>(value)]);
   };
   if (run.menu == '\n') std::puts("\n");
   std::puts("SAVING OPTIONS");

@@ -44,12 +44,13 @@ void InputFile::readline(std::string& line) {
     text.append(next_, last);
     next_ = last;
   } while (text.size() < linelength && text.back() != '\n');
-  if (!text.empty()) line = text.c_str();
+  if (!text.empty()) line = text.substr(0, text.find('\0'));
 }
 
 void InputFile::readnonempty(std::string& line) {
-  do readline(line);
-  while (!end_met_ && emptyline(line));
+  do {
+    readline(line);
+  } while (!end_met_ && emptyline(line));
 }
 
 bool emptyline(const std::string& line) {

@@ -108,9 +108,7 @@ Alignment readrecords(const std::string& path, const Format& format) {
 std::vector<Stretch> keptpositions(const Alignment& ali) {
   constexpr int tile = 4096;
   int candidates[tile];
-  std::vector<Stretch> kept = {
-      {1, 0}
-  };
+  std::vector<Stretch> kept = {{1, 0}};
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
     int left = 0;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdarg>
-#include <cstring>
 
 #include "driver/errfunc.h"
 
@@ -24,8 +23,7 @@ void OutputFile::put(std::string_view text) {
   while (!text.empty()) {
     const std::string_view piece = text.substr(0, mostroom);
     char* to = room(piece.size());
-    std::memcpy(to, piece.data(), piece.size());
-    filled(to + piece.size());
+    filled(std::copy(piece.begin(), piece.end(), to));
     text.remove_prefix(piece.size());
   }
 }

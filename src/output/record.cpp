@@ -5,9 +5,6 @@
 
 namespace {
 constexpr int group = 10;
-constexpr int linelength = 60;
-constexpr int groups = linelength / group;
-constexpr int laidout = linelength + groups;  // bytes of a whole line: a blank or the line end behind each group
 }  // namespace
 
 const char* pirprefix(const RunState& run) {
@@ -15,34 +12,41 @@ const char* pirprefix(const RunState& run) {
 }
 
 void Body::add(const char* text, std::ptrdiff_t count) {
-  while (count > 0) {
-    if (column_ == 0 && count >= linelength) {
-      char* to = out_.room(laidout);
-      for (int k = 0; k < groups; ++k) {
-        std::memcpy(to, text, group);
-        to[group] = k + 1 < groups ? ' ' : '\n';
-        text += group;
-        to += group + 1;
-      }
-      out_.filled(to);
-      count -= linelength;
-      continue;
-    }
-    const auto piece = std::min<std::ptrdiff_t>(group - column_ % group, count);
-    char* to = out_.room(group + 1);
-    std::memcpy(to, text, static_cast<std::size_t>(piece));
-    to += piece;
-    text += piece;
-    count -= piece;
-    column_ += static_cast<int>(piece);
-    if (column_ == linelength) {
-      *to++ = '\n';
+  while (column_ + count >= linelength) {
+    const int missing = linelength - column_;
+    if (column_ == 0) {
+      putline(text);
+    } else {
+      std::memcpy(line_ + column_, text, static_cast<std::size_t>(missing));
+      putline(line_);
       column_ = 0;
-    } else if (column_ % group == 0) {
-      *to++ = ' ';
     }
-    out_.filled(to);
+    text += missing;
+    count -= missing;
   }
+  if (count <= 0) return;
+  std::memcpy(line_ + column_, text, static_cast<std::size_t>(count));
+  column_ += static_cast<int>(count);
+}
+
+void Body::putline(const char* text) {
+  constexpr int groups = linelength / group;
+  char* to = out_.room(linelength + groups);
+  for (int k = 0; k < groups; ++k) {
+    std::memcpy(to, text, group);  // of known length: a few moves, no call
+    to[group] = k + 1 < groups ? ' ' : '\n';
+    text += group;
+    to += group + 1;
+  }
+  out_.filled(to);
+}
+
+void Body::end() {
+  for (int c = 0; c < column_; ++c) {
+    out_.put(line_[c]);
+    if (c % group == group - 1) out_.put(' ');
+  }
+  column_ = 0;
 }
 
 void addstretches(Body& body, const Row& row, const std::vector<Stretch>& stretches) {

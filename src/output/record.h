@@ -18,10 +18,16 @@ class Body {
   explicit Body(OutputFile& out) : out_(out) {}
   /// Append `count` letters that stand at `text`.
   void add(const char* text, std::ptrdiff_t count);
+  /// Write the last line, which may be shorter than the others.
+  void end();
 
  private:
+  static constexpr int linelength = 60;
+  void putline(const char* text);
+
   OutputFile& out_;
-  int column_ = 0;  // letters already on the line, 0 to 59
+  int column_ = 0;         // letters already on the line, 0 to 59
+  char line_[linelength];  // those letters: a line is laid out when it is whole
 };
 
 /// Append the letters of `row` at the positions of `stretches`.
@@ -35,5 +41,6 @@ void writerecord(OutputFile& out, const RunState& run, const std::string& name, 
   if (run.fileformat == pir) out.put(" \n");  // stands for the description line
   Body body(out);
   addbody(body);
+  body.end();
   out.put(run.fileformat == pir ? "*\n\n" : "\n");
 }

@@ -11,7 +11,9 @@ void savemask(const Alignment& ali, const PositionScores& scores, const Table<ch
     out.put(prefix);
     out.put(name);
     out.put('\n');
-    Body(out).add(letters, ali.nupo);
+    Body body(out);
+    body.add(letters, ali.nupo);
+    body.end();
     out.put("*\n\n");
   };
   const Table<char> conserved = conservedresidues(scores, run);

@@ -18,40 +18,14 @@ constexpr int text = 2;
 constexpr int shorttext = 3;
 constexpr std::size_t namewidth = 15;
 
-/// A residue and the colour in which the report shows it where it is conserved.
-struct Class {
-  char residue;
+/// Residues and the colour in which the report shows them where they are conserved.
+struct Palette {
+  std::string_view residues;
   const char* colour;
 };
-constexpr Class nucleotideclasses[] = {
-    {'A', "red"   },
-    {'C', "aqua"  },
-    {'G', "lime"  },
-    {'T', "orange"},
-    {'U', "orange"}
-};
-constexpr Class proteinclasses[] = {
-    {'A', "lime"   },
-    {'G', "lime"   },
-    {'S', "lime"   },
-    {'T', "lime"   },
-    {'C', "orange" },
-    {'P', "aqua"   },
-    {'D', "white"  },
-    {'E', "white"  },
-    {'Q', "white"  },
-    {'N', "white"  },
-    {'F', "yellow" },
-    {'W', "yellow" },
-    {'Y', "yellow" },
-    {'H', "red"    },
-    {'K', "red"    },
-    {'R', "red"    },
-    {'I', "fuchsia"},
-    {'L', "fuchsia"},
-    {'M', "fuchsia"},
-    {'V', "fuchsia"},
-};
+constexpr Palette nucleotidecolours[] = {{"A", "red"}, {"C", "aqua"}, {"G", "lime"}, {"TU", "orange"}};
+constexpr Palette proteincolours[] = {{"AGST", "lime"},  {"C", "orange"}, {"P", "aqua"},      {"DEQN", "white"},
+                                      {"FWY", "yellow"}, {"HKR", "red"},  {"ILMV", "fuchsia"}};
 
 const char* sequencetype(char seq_type) {
   return seq_type == 'P' ? "Protein" : seq_type == 'D' ? "DNA" : "Codons";
@@ -63,13 +37,15 @@ void headhtml(OutputFile& out, const Alignment& ali, const SelectedBlocks& block
   out.print("<title>%s</title>\n", name_file.c_str());
   out.put("<style media=screen type=text/css><!--\n");
   out.put(".BL {background-color:navy;color:navy}\n");
-  const auto putclass = [&](const Class& c) {
-    out.print(".%c1 {background-color:black;color:%s}\n", c.residue, c.colour);
+  const auto putclasses = [&](const Palette& palette) {
+    for (const char residue : palette.residues) {
+      out.print(".%c1 {background-color:black;color:%s}\n", residue, palette.colour);
+    }
   };
   if (run.seq_type == 'P') {
-    std::for_each(std::begin(proteinclasses), std::end(proteinclasses), putclass);
+    std::for_each(std::begin(proteincolours), std::end(proteincolours), putclasses);
   } else {
-    std::for_each(std::begin(nucleotideclasses), std::end(nucleotideclasses), putclass);
+    std::for_each(std::begin(nucleotidecolours), std::end(nucleotidecolours), putclasses);
   }
   out.put("--></style>\n</head>\n\n");
   out.put("<body bgcolor=#f5f5a3>\n");
@@ -214,8 +190,7 @@ void parameters(OutputFile& out, const RunState& run) {
     case 2: out.put("\nAllowed Gap Positions: With Half"); break;
     case 3: out.put("\nAllowed Gap Positions: All"); break;
   }
-  if (run.seq_type == 'P')
-    out.put(run.tog_sim == 1 ? "\nUse Similarity Matrices: Yes" : "\nUse Similarity Matrices: No");
+  if (run.seq_type == 'P') out.print("\nUse Similarity Matrices: %s", run.tog_sim == 1 ? "Yes" : "No");
 }
 
 void flanks(OutputFile& out, const char* label, const std::vector<Stretch>& blocks) {
@@ -230,7 +205,7 @@ void saveviewfile(const Alignment& ali, const PositionScores& scores, const Sele
   constexpr const char* extensions[] = {"", ".htm", ".txt", ".txts"};
   const bool marked = run.tog_viewfile == html;
   const std::string name_file = getpath(run.fichero1).name_file;
-  OutputFile out(run.fichero1 + run.exten + extensions[static_cast<int>(run.tog_viewfile)]);
+  OutputFile out(run.fichero1 + run.exten + extensions[static_cast<unsigned char>(run.tog_viewfile)]);
 
   (marked ? headhtml : headtext)(out, ali, blocks, name_file, run);
   if (run.tog_viewfile != shorttext) Display(ali, scores, lettrimora, run).write(out);

@@ -9,9 +9,9 @@
 #include "driver/errfunc.h"
 #include "selection/similarity_matrix.h"
 
-// One source, several instruction sets: the compiler makes a version of the function for each and the loader picks.
-// Integer counts alone are made this way, so that every machine finds the same numbers.
-#if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__SANITIZE_ADDRESS__) && !defined(__clang__)
+// One source, several instruction sets: the compiler makes a version of the function for each and the loader picks one.
+// What is made this way counts, converts and compares, so that every machine finds the same numbers.
+#if defined(__x86_64__) && defined(__gnu_linux__) && __has_attribute(target_clones) && !defined(TRIMORA_SANITIZED)
 #define TRIMORA_VECTOR_CLONES __attribute__((target_clones("avx2", "default")))
 #else
 #define TRIMORA_VECTOR_CLONES
@@ -52,6 +52,7 @@ void countstrip(const Letters& letters, std::string_view alphabet, int width, Co
 }
 
 /// Move the narrow counters into the wide ones.
+TRIMORA_VECTOR_CLONES
 void widen(std::size_t size, int width, Counts& counts) {
   for (std::size_t a = 0; a < size; ++a) {
     for (int c = 0; c < width; ++c) counts.wide[a][c] += counts.narrow[a][c];
@@ -70,10 +71,12 @@ void counttile(const Alignment& ali, int start, int width, std::string_view alph
   int counted = 0;  // sequences in the narrow counters
   for (int i = 1; i <= ali.numseq; i += strip) {
     for (int k = 0; k < strip; ++k) {
-      const int filled = i + k <= ali.numseq ? width : 0;
-      if (filled > 0)
-        std::transform(ali.let[i + k].from(start), ali.let[i + k].from(start) + width, letters[k], capital);
-      std::memset(letters[k] + filled, 0, static_cast<std::size_t>(vectors - filled));
+      std::uint8_t* end = letters[k];
+      if (i + k <= ali.numseq) {
+        const char* text = ali.let[i + k].from(start);
+        end = std::transform(text, text + width, end, capital);
+      }
+      std::fill(end, letters[k] + vectors, std::uint8_t{0});
     }
     countstrip(letters, alphabet, vectors, counts);
     counted += strip;
@@ -85,24 +88,56 @@ void counttile(const Alignment& ali, int start, int width, std::string_view alph
   widen(alphabet.size(), width, counts);
 }
 
-/// Whether the gaps of a position allow it to be scored.
-bool scored(std::int32_t gaps, const RunState& run) {
+/// The most gaps that a position may hold to be scored.
+std::int32_t mostgaps(const Alignment& ali, const RunState& run) {
   switch (run.tog_gaps) {
-    case 1: return gaps == 0;
-    case 2: return gaps < run.initnegval;
-    default: return true;
+    case 1: return 0;
+    case 2: return run.initnegval - 1;
+    default: return ali.numseq;
   }
 }
 
-/// The score of position c of a tile by the similarity of all its residues to the most frequent one, `prevailing`. Each
-/// product is rounded before it is added, in the order of the alphabet: blocks hang on the last bit.
-float assingval_similarity(const Counts& counts, int c, std::size_t prevailing) {
-  float score = 0;
-  for (std::size_t k = 0; k < proteins.size(); ++k) {
-    const float product = similarity[prevailing][k] * static_cast<float>(counts.wide[k][c]);
-    score += product;
+/// The scores of one tile, in plain arrays: whole loops over them become vector code.
+struct TileScores {
+  float val[tile];
+  std::int32_t residue[tile];  // val_aa, as wide as the counts beside it
+};
+
+/// Score `width` positions by their most frequent residue; one with more than `mostgaps` gaps is not scored.
+TRIMORA_VECTOR_CLONES
+void scoretile(const Counts& counts, std::string_view residues, std::int32_t mostgaps, int width, TileScores& scores) {
+  std::fill_n(scores.val, width, 0.0F);
+  std::fill_n(scores.residue, width, '?');
+  for (std::size_t a = 0; a < residues.size(); ++a) {
+    const std::int32_t letter = residues[a];
+    for (int c = 0; c < width; ++c) {
+      const auto count = static_cast<float>(counts.wide[a][c]);
+      const float best = scores.val[c];
+      const std::int32_t residue = scores.residue[c];
+      scores.val[c] = best < count ? count : best;  // on a tie the earlier residue stays
+      scores.residue[c] = best < count ? letter : residue;
+    }
   }
-  return score;
+  const std::int32_t* gaps = counts.wide[residues.size()];
+  for (int c = 0; c < width; ++c) {
+    scores.val[c] = gaps[c] <= mostgaps ? scores.val[c] : 0.0F;
+    scores.residue[c] = gaps[c] <= mostgaps ? scores.residue[c] : '?';
+  }
+}
+
+/// Score the positions that more than half of the sequences agree on anew, by the similarity of all their residues to
+/// the most frequent one. Each product is rounded before it is added, in the order of the alphabet: blocks hang on the
+/// last bit.
+void assingval_similarity(const Counts& counts, int initnegval, int width, TileScores& scores) {
+  for (int c = 0; c < width; ++c) {
+    if (scores.val[c] < static_cast<float>(initnegval)) continue;
+    const float* weights = similarity[proteins.find(static_cast<char>(scores.residue[c]))];
+    scores.val[c] = 0;
+    for (std::size_t k = 0; k < proteins.size(); ++k) {
+      const float product = weights[k] * static_cast<float>(counts.wide[k][c]);
+      scores.val[c] += product;
+    }
+  }
 }
 
 }  // namespace
@@ -111,39 +146,20 @@ PositionScores assignval(const Alignment& ali, const RunState& run) {
   const bool protein = run.seq_type == 'P';
   const std::string_view residues = protein ? proteins : nucleotides;
   const std::string_view alphabet = protein ? "ACGTDEFHIKLMNPQRSVWY-" : "UACGT-";
-  const std::size_t gap = residues.size();  // its place in the alphabet
-
   PositionScores scores;
   allocating("val", [&] { scores.val.reserve(ali.nupo); });
   allocating("val_aa", [&] { scores.val_aa.reserve(ali.nupo); });
-  const auto counts = allocating("bb", [] { return std::make_unique<Counts>(); });
-  float best[tile];
-  std::int32_t prevailing[tile];
-  char residue[tile];
+  const auto counts = allocating("bb", [] { return std::make_unique_for_overwrite<Counts>(); });
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
     counttile(ali, start, width, alphabet, *counts);
-    std::fill_n(best, width, 0.0F);
-    std::fill_n(prevailing, width, -1);
-    for (std::size_t a = 0; a < residues.size(); ++a) {
-      for (int c = 0; c < width; ++c) {
-        const auto count = static_cast<float>(counts->wide[a][c]);
-        prevailing[c] = best[c] < count ? static_cast<std::int32_t>(a) : prevailing[c];
-        best[c] = best[c] < count ? count : best[c];
-      }
-    }
-    for (int c = 0; c < width; ++c) {
-      if (!scored(counts->wide[gap][c], run)) {
-        best[c] = 0;
-        prevailing[c] = -1;
-      }
-      residue[c] = prevailing[c] < 0 ? '?' : residues[static_cast<std::size_t>(prevailing[c])];
-      if (protein && run.tog_sim == 1 && prevailing[c] >= 0 && best[c] >= static_cast<float>(run.initnegval)) {
-        best[c] = assingval_similarity(*counts, c, static_cast<std::size_t>(prevailing[c]));
-      }
-    }
-    scores.val.append(best, width);
-    scores.val_aa.append(residue, width);
+    TileScores ofthistile;
+    scoretile(*counts, residues, mostgaps(ali, run), width, ofthistile);
+    if (protein && run.tog_sim == 1) assingval_similarity(*counts, run.initnegval, width, ofthistile);
+    scores.val.append(ofthistile.val, width);
+    char val_aa[tile];
+    std::copy_n(ofthistile.residue, width, val_aa);
+    scores.val_aa.append(val_aa, width);
   }
   return scores;
 }

@@ -1,0 +1,50 @@
+# Sourced by the other scripts: where the project stands, and how missing build tools get installed.
+
+project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# need PACKAGE...: the Debian or Ubuntu packages without which the caller cannot go on. Installs those that are missing
+# when it may (as root, or with sudo), and otherwise says which they are.
+need() {
+  local missing=() package
+  for package in "$@"; do present "$package" || missing+=("$package"); done
+  [ ${#missing[@]} -eq 0 ] && return
+  echo "Missing: ${missing[*]}" >&2
+  local root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null && root=(sudo) || give_up "${missing[@]}"
+  fi
+  command -v apt-get >/dev/null || give_up "${missing[@]}"
+  "${root[@]}" apt-get update -qq >&2; "${root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || give_up "${missing[@]}"
+}
+
+# Whether what a package brings is there, wherever it came from.
+present() {
+  case $1 in
+    g++) command -v c++ >/dev/null ;;
+    libgtest-dev) header gtest/gtest.h ;;
+    libbenchmark-dev) header benchmark/benchmark.h ;;
+    *) command -v "$1" >/dev/null ;;
+  esac
+}
+
+header() {
+  echo "#include <$1>" | c++ -std=c++20 -fsyntax-only -x c++ - 2>/dev/null
+}
+
+give_up() {
+  echo "Please install these packages (Debian and Ubuntu names) and try again: $*" >&2
+  exit 2
+}
+
+# configure ARGUMENT...: cmake, and anew where the build folder was made for another place.
+configure() {
+  local log
+  log=$(cmake "$@" 2>&1) || log=$(cmake --fresh "$@" 2>&1) || { echo "$log" >&2; exit 2; }
+}
+
+# build FOLDER [TARGET]: quiet unless it fails.
+build() {
+  local log
+  log=$(cmake --build "$1" --parallel "$(nproc)" ${2:+--target "$2"} 2>&1) || { echo "$log" >&2; exit 2; }
+}
