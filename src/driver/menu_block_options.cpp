@@ -68,15 +68,12 @@ void askconserved(RunState& run) {
     std::printf(notallowed);
     if (v && *v < run.initnegval) {
       std::printf(
-          "\nThe minimum number of sequences for a conserved position must be bigger than or equal to %i (half the "
-          "number of sequences + 1)",
+          "\nThe minimum number of sequences for a conserved position must be bigger than or equal to %i (half the number of sequences + 1)",
           run.initnegval);
     }
     if (v && *v > run.flankval) {
       std::printf(
-          "\nThe minimum number of sequences for a conserved position must be lower than or equal to the minimum "
-          "number "
-          "of sequences for a flank position");
+          "\nThe minimum number of sequences for a conserved position must be lower than or equal to the minimum number of sequences for a flank position");
       if (run.flankval < run.numseq) {
         std::printf("\nTry increasing the Minimum Number Of Sequences For A Flank Position");
       }
@@ -102,15 +99,12 @@ void askflank(RunState& run) {
     std::printf(notallowed);
     if (v && *v > run.numseq) {
       std::printf(
-          "\nThe minimum number of sequences for a flank position must be lower than or equal to %i (the number of "
-          "sequences)",
+          "\nThe minimum number of sequences for a flank position must be lower than or equal to %i (the number of sequences)",
           run.numseq);
     }
     if (v && *v < run.negval) {
       std::printf(
-          "\nThe minimum number of sequences for a flank position must be bigger than or equal to the minimum number "
-          "of "
-          "sequences for a conserved position");
+          "\nThe minimum number of sequences for a flank position must be bigger than or equal to the minimum number of sequences for a conserved position");
       if (run.initnegval < run.negval) {
         std::printf("\nTry decreasing the minimum number of sequences for a conserved position");
       }

@@ -42,9 +42,7 @@ void changeconcatenation(char& toggle, RunState& run) {
   if (std::exchange(run.warn, 0) == 0) return;
   std::printf("\nWARNING: You have selected to concatenate the input files. ");
   std::printf(
-      "You should be sure that all files have sequences in correlated order and that your alignment program didn't "
-      "change "
-      "the order of the sequences. ");
+      "You should be sure that all files have sequences in correlated order and that your alignment program didn't change the order of the sequences. ");
   std::puts("Sequence names of the last file in the paths file will be used for the concatenated files \n");
 }
 

@@ -102,14 +102,12 @@ void conservedsequences(const char* value, RunState& run) {
   warn("b1");
   if (v < run.initnegval) {
     std::printf(
-        "The minimum number of sequences for a conserved position must be bigger than or equal to %i (half the number "
-        "of sequences + 1)\n",
+        "The minimum number of sequences for a conserved position must be bigger than or equal to %i (half the number of sequences + 1)\n",
         run.initnegval);
   }
   if (v > run.flankval) {
     std::puts(
-        "The minimum number of sequences for a conserved position must be lower than or equal to the minimum number of "
-        "sequences for a flank position");
+        "The minimum number of sequences for a conserved position must be lower than or equal to the minimum number of sequences for a flank position");
   }
 }
 
@@ -128,14 +126,12 @@ void flanksequences(const char* value, RunState& run) {
   warn("b2");
   if (v > run.numseq) {
     std::printf(
-        "The minimum number of sequences for a flank position must be lower than or equal to %i (the number of "
-        "sequences)\n",
+        "The minimum number of sequences for a flank position must be lower than or equal to %i (the number of sequences)\n",
         run.numseq);
   }
   if (v < run.negval) {
     std::puts(
-        "The minimum number of sequences for a flank position must be bigger than or equal to the minimum number of "
-        "sequences for a conserved position");
+        "The minimum number of sequences for a flank position must be bigger than or equal to the minimum number of sequences for a conserved position");
   }
 }
 

@@ -1,6 +1,6 @@
-// The run state: what the user has set, and what is known of the input. Options, menus and file-type detection write
-// it, everyone else reads it. The member initialisers are the table of defaults. Words     b0 .. b6: the block
-// parameters, under the letters of their options | toggle: a switch, 1 on and 0 off
+// The run state: what the user has set, and what is known of the input. Options, menus and file-type detection write it,
+// everyone else reads it. The member initialisers are the table of defaults.
+// Words     b0 .. b6: the block parameters, under the letters of their options | toggle: a switch, 1 on and 0 off
 #pragma once
 #include <string>
 
@@ -60,13 +60,14 @@ inline constexpr Range posblenrange = {2, 32000};       // b0 and b4
 inline constexpr Range codonposblenrange = {5, 32000};  // b4 in the menus, for codons: one whole codon remains
 inline constexpr Range negblenrange = {0, 32000};       // b3
 inline constexpr Range breakcountrange = {50, 32000};
+inline constexpr std::size_t longestexten = 5;  // characters of a suffix
+/// The same of b1 and b2, which depend on each other and on the alignment.
 inline Range negvalrange(const RunState& run) {
   return {run.initnegval, run.flankval};
-}  // b1
+}
 inline Range flankvalrange(const RunState& run) {
   return {run.negval, run.numseq};
-}  // b2
-inline constexpr std::size_t longestexten = 5;  // characters of a suffix
+}
 
 /// Values of RunState::fileformat.
 inline constexpr int pir = 1;

@@ -69,8 +69,7 @@ void checkformat(const std::string& line, RunState& run) {
   run.fileformat = pir;
   if (line[1] != 'P' && line[1] != 'D') {
     errfunc(
-        "\nSequence not in correct NBRF/PIR format: a D (for DNA or rRNA sequences) or a P (for protein sequences) is "
-        "missing after the symbol > in the name line\n");
+        "\nSequence not in correct NBRF/PIR format: a D (for DNA or rRNA sequences) or a P (for protein sequences) is missing after the symbol > in the name line\n");
   }
   run.seq_type = line[1];
 }
