@@ -56,13 +56,3 @@ std::string readword() {
   droprest(c);
   return word.substr(0, word.find('\0'));
 }
-
-void askexten(RunState& run) {
-  std::printf("(Five Characters Maximum)\nFile Extension: ");
-  const std::string word = readword();
-  if (word.size() > longestexten) {
-    std::printf("\n* String too long *");
-  } else {
-    run.exten = word;
-  }
-}

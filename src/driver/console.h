@@ -19,6 +19,3 @@ std::optional<long long> readnumber();
 
 /// Read a word, up to white space. Blanks and empty lines before it and the rest of its line are dropped.
 std::string readword();
-
-/// Choice e of both submenus: ask for a new suffix, and refuse one that is too long.
-void askexten(RunState& run);

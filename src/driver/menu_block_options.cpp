@@ -44,8 +44,10 @@ void show(const RunState& run) {
   std::printf("\n\nz. Extended Block Options\nm. Go To Main Menu\n\n\nYour Choice: ");
 }
 
-/// Say once that alignments of a batch should have the same number of sequences.
-void warnofsequences(RunState& run) {
+/// Take b1 or b2, which then holds for every alignment of a batch, and say once what that asks of them.
+void take(long long v, int& parameter, RunState& run) {
+  parameter = static_cast<int>(v);
+  run.tog_sub = 1;
   if (std::exchange(run.warn, 0) == 0) return;
   std::printf("\nWARNING: you have changed a parameter that is related to the number of sequences. ");
   std::puts("You should be sure that all alignments have the same number of sequences \n");
@@ -61,9 +63,7 @@ void askconserved(RunState& run) {
   std::printf("Minimum Number Of Sequences For A Conserved Position [%i-%i]: ", run.initnegval, run.flankval);
   const auto v = readnumber();
   if (v && negvalrange(run).holds(*v)) {
-    run.negval = static_cast<int>(*v);
-    run.tog_sub = 1;
-    warnofsequences(run);
+    take(*v, run.negval, run);
   } else {
     std::printf(notallowed);
     if (v && *v < run.initnegval) {
@@ -92,9 +92,7 @@ void askflank(RunState& run) {
   std::printf("Minimum Number Of Sequences For A Flank Position [%i-%i]: ", run.negval, run.numseq);
   const auto v = readnumber();
   if (v && flankvalrange(run).holds(*v)) {
-    run.flankval = static_cast<int>(*v);
-    run.tog_sub = 1;
-    warnofsequences(run);
+    take(*v, run.flankval, run);
   } else {
     std::printf(notallowed);
     if (v && *v > run.numseq) {

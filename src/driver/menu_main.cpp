@@ -79,9 +79,3 @@ void menu_main(RunState& run) {
     }
   } while (run.menu != 'g' && run.menu != 'q');
 }
-
-void getblocks(RunState& run) {
-  if (!run.filename.empty()) return calculate(run, std::nullopt);
-  std::printf("%s", nofile);
-  run.menu = '\n';
-}

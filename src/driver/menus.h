@@ -13,5 +13,10 @@ void menu_block_options(RunState& run);
 /// The saving options menu, until the user leaves it.
 void menu_saving_options(RunState& run);
 
+// Choices that stand in more than one menu.
+
 /// Choice g: make a run, or ask for a file first when there is none; the menu is then shown behind a blank line.
 void getblocks(RunState& run);
+
+/// Choice e: ask for a new suffix, and refuse one that is too long.
+void askexten(RunState& run);

@@ -1,0 +1,22 @@
+#include "driver/menus.h"
+
+#include <cstdio>
+
+#include "driver/console.h"
+#include "selection/calculate.h"
+
+void getblocks(RunState& run) {
+  if (!run.filename.empty()) return calculate(run, std::nullopt);
+  std::printf("%s", nofile);
+  run.menu = '\n';
+}
+
+void askexten(RunState& run) {
+  std::printf("(Five Characters Maximum)\nFile Extension: ");
+  const std::string word = readword();
+  if (word.size() > longestexten) {
+    std::printf("\n* String too long *");
+  } else {
+    run.exten = word;
+  }
+}
