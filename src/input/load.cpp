@@ -149,7 +149,7 @@ Alignment load(const RunState& run) {
     // The wording names NBRF/PIR for FASTA input as well; scripts look for it.
     errfunc("\nFile not in NBRF/PIR format or too few sequences in the alignment: %i\n", ali.numseq);
   }
-  const std::vector<Stretch> kept = keptpositions(ali);
+  const std::vector<Stretch> kept = allocating("let", [&] { return keptpositions(ali); });
   if (kept.size() > 1) {
     ali.let.keep(kept);
     ali.nupo = totallength(kept);

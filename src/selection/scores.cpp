@@ -19,9 +19,10 @@
 
 namespace {
 
-constexpr std::string_view proteins = "ACGTDEFHIKLMNPQRSVWY";  // on a tie the first in this order prevails
-constexpr std::string_view nucleotides = "UACGT";
-constexpr int mostletters = 21;  // the protein alphabet and the gap
+// The residues that score, in the order in which they prevail on a tie, and the gap.
+constexpr std::string_view proteins = "ACGTDEFHIKLMNPQRSVWY-";
+constexpr std::string_view nucleotides = "UACGT-";
+constexpr std::size_t mostletters = proteins.size();
 
 // The alignment is counted a tile of positions at a time, a strip of sequences after the other: the letters of a strip
 // and the narrow counters of a tile stay in the first cache, and a counter is loaded once per strip.
@@ -105,11 +106,12 @@ struct TileScores {
 
 /// Score `width` positions by their most frequent residue; one with more than `mostgaps` gaps is not scored.
 TRIMORA_VECTOR_CLONES
-void scoretile(const Counts& counts, std::string_view residues, std::int32_t mostgaps, int width, TileScores& scores) {
+void scoretile(const Counts& counts, std::string_view alphabet, std::int32_t mostgaps, int width, TileScores& scores) {
+  const std::size_t gap = alphabet.size() - 1;
   std::fill_n(scores.val, width, 0.0F);
   std::fill_n(scores.residue, width, '?');
-  for (std::size_t a = 0; a < residues.size(); ++a) {
-    const std::int32_t letter = residues[a];
+  for (std::size_t a = 0; a < gap; ++a) {
+    const std::int32_t letter = alphabet[a];
     for (int c = 0; c < width; ++c) {
       const auto count = static_cast<float>(counts.wide[a][c]);
       const float best = scores.val[c];
@@ -118,7 +120,7 @@ void scoretile(const Counts& counts, std::string_view residues, std::int32_t mos
       scores.residue[c] = best < count ? letter : residue;
     }
   }
-  const std::int32_t* gaps = counts.wide[residues.size()];
+  const std::int32_t* gaps = counts.wide[gap];
   for (int c = 0; c < width; ++c) {
     scores.val[c] = gaps[c] <= mostgaps ? scores.val[c] : 0.0F;
     scores.residue[c] = gaps[c] <= mostgaps ? scores.residue[c] : '?';
@@ -133,7 +135,7 @@ void assingval_similarity(const Counts& counts, int initnegval, int width, TileS
     if (scores.val[c] < static_cast<float>(initnegval)) continue;
     const float* weights = similarity[proteins.find(static_cast<char>(scores.residue[c]))];
     scores.val[c] = 0;
-    for (std::size_t k = 0; k < proteins.size(); ++k) {
+    for (std::size_t k = 0; k < std::size(similarity); ++k) {
       const float product = weights[k] * static_cast<float>(counts.wide[k][c]);
       scores.val[c] += product;
     }
@@ -144,8 +146,7 @@ void assingval_similarity(const Counts& counts, int initnegval, int width, TileS
 
 PositionScores assignval(const Alignment& ali, const RunState& run) {
   const bool protein = run.seq_type == 'P';
-  const std::string_view residues = protein ? proteins : nucleotides;
-  const std::string_view alphabet = protein ? "ACGTDEFHIKLMNPQRSVWY-" : "UACGT-";
+  const std::string_view alphabet = protein ? proteins : nucleotides;
   PositionScores scores;
   allocating("val", [&] { scores.val.reserve(ali.nupo); });
   allocating("val_aa", [&] { scores.val_aa.reserve(ali.nupo); });
@@ -154,7 +155,7 @@ PositionScores assignval(const Alignment& ali, const RunState& run) {
     const int width = std::min(tile, ali.nupo - start + 1);
     counttile(ali, start, width, alphabet, *counts);
     TileScores ofthistile;
-    scoretile(*counts, residues, mostgaps(ali, run), width, ofthistile);
+    scoretile(*counts, alphabet, mostgaps(ali, run), width, ofthistile);
     if (protein && run.tog_sim == 1) assingval_similarity(*counts, run.initnegval, width, ofthistile);
     scores.val.append(ofthistile.val, width);
     char val_aa[tile];
