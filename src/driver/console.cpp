@@ -1,7 +1,12 @@
 #include "driver/console.h"
 
+#include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdio>
+#include <limits>
+#include <string_view>
+#include <system_error>
 
 #include "driver/errfunc.h"
 
@@ -22,37 +27,54 @@ int firstvisible() {
   return c;
 }
 
-void droprest(int c) {
-  while (c != '\n' && c != EOF) c = std::getchar();
+/// The rest of a line that goes on with `c`, without its line end.
+std::string restofline(int c) {
+  std::string rest;
+  for (; c != '\n' && c != EOF; c = std::getchar()) rest += static_cast<char>(c);
+  return rest;
+}
+
+std::string uptonul(const std::string& text) {
+  return text.substr(0, text.find('\0'));
 }
 
 }  // namespace
 
 void readchoice(RunState& run) {
   const int c = firstcharacter();
-  droprest(c);
+  restofline(c);
   run.menu = static_cast<char>(std::tolower(c));
   if (c != '\n') std::puts("\n");
 }
 
 std::string readanswer() {
-  std::string answer;
-  for (int c = firstcharacter(); c != '\n' && c != EOF; c = std::getchar()) answer += static_cast<char>(c);
-  return answer.substr(0, answer.find('\0'));
+  return uptonul(restofline(firstcharacter()));
 }
 
+// Not scanf(): what it makes of "0x" and "0b1" depends on the library and its age.
 std::optional<long long> readnumber() {
-  std::ungetc(firstvisible(), stdin);
-  long long number = 0;
-  const bool read = std::scanf("%lli", &number) == 1;
-  droprest(std::getchar());
-  return read ? std::optional(number) : std::nullopt;
+  const std::string line = restofline(firstvisible());
+  const char* first = line.data();
+  const char* last = first + line.size();
+  const bool negative = line.starts_with('-');
+  if (negative || line.starts_with('+')) ++first;
+  int base = 10;
+  if (std::string_view(first, last).starts_with("0x") || std::string_view(first, last).starts_with("0X")) {
+    base = 16;
+    first += 2;
+  } else if (first < last && *first == '0') {
+    base = 8;
+  }
+  unsigned long long digits = 0;
+  const std::errc error = std::from_chars(first, last, digits, base).ec;
+  if (error == std::errc::invalid_argument) return std::nullopt;
+  constexpr long long beyond = std::numeric_limits<long long>::max();  // every range
+  const long long number = error == std::errc{} && digits < beyond ? static_cast<long long>(digits) : beyond;
+  return negative ? -number : number;
 }
 
 std::string readword() {
-  std::string word;
-  int c = firstvisible();
-  for (; c != EOF && std::isspace(c) == 0; c = std::getchar()) word += static_cast<char>(c);
-  droprest(c);
-  return word.substr(0, word.find('\0'));
+  const std::string line = restofline(firstvisible());
+  const auto blank = std::find_if(line.begin(), line.end(), [](unsigned char c) { return std::isspace(c) != 0; });
+  return uptonul(std::string(line.begin(), blank));
 }

@@ -1,6 +1,7 @@
 // The one way in which a run ends early.
 #pragma once
 #include <new>
+#include <stdexcept>
 
 /// Thrown by errfunc() after it has printed, caught once, in main(): buffers and files are released on the way, and a
 /// test or a fuzzer can call any part without losing its process.
@@ -16,6 +17,7 @@ auto allocating(const char* buffer, Step step) -> decltype(step()) {
   try {
     return step();
   } catch (const std::bad_alloc&) {
-    errfunc("\nMemory allocation failure in %s\n", buffer);
+  } catch (const std::length_error&) {  // more than any memory could hold
   }
+  errfunc("\nMemory allocation failure in %s\n", buffer);
 }

@@ -14,7 +14,7 @@ void getblocks(RunState& run) {
 void askexten(RunState& run) {
   std::printf("(Five Characters Maximum)\nFile Extension: ");
   const std::string word = readword();
-  if (word.size() > longestexten) {
+  if (word.empty() || word.size() > longestexten) {  // without a suffix the blocks would replace the input
     std::printf("\n* String too long *");
   } else {
     run.exten = word;

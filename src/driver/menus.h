@@ -18,5 +18,5 @@ void menu_saving_options(RunState& run);
 /// Choice g: make a run, or ask for a file first when there is none; the menu is then shown behind a blank line.
 void getblocks(RunState& run);
 
-/// Choice e: ask for a new suffix, and refuse one that is too long.
+/// Choice e: ask for a new suffix, and refuse one that is too long, or that a NUL byte makes empty.
 void askexten(RunState& run);

@@ -31,8 +31,8 @@ class Row {
   }
 
  private:
-  const char* before_;  // one place before position 1
-  int nupo_;
+  const char* before_;         // one place before position 1
+  [[maybe_unused]] int nupo_;  // for the check alone
 };
 
 /// The rows of an alignment, one behind the other in a single stretch of memory.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "driver/errfunc.h"
 #include "output/record.h"
 
 void savemask(const Alignment& ali, const PositionScores& scores, const Table<char>& lettrimora, const RunState& run) {
@@ -17,7 +18,7 @@ void savemask(const Alignment& ali, const PositionScores& scores, const Table<ch
     out.put("*\n\n");
   };
   const Table<char> conserved = conservedresidues(scores, run);
-  std::string mask(static_cast<std::size_t>(ali.nupo), '?');
+  std::string mask = allocating("lettrimora", [&] { return std::string(static_cast<std::size_t>(ali.nupo), '?'); });
   for (int i = 1; i <= ali.numseq; ++i) {
     const char* sequence = ali.let[i].from(1);
     record(pirprefix(run), ali.name[i], sequence);

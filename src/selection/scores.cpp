@@ -166,7 +166,7 @@ PositionScores assignval(const Alignment& ali, const RunState& run) {
 }
 
 Table<char> conservedresidues(const PositionScores& scores, const RunState& run) {
-  Table<char> residues(scores.val.size(), nocapital);
+  Table<char> residues = allocating("val_aa", [&] { return Table<char>(scores.val.size(), nocapital); });
   for (int p = 1; p <= scores.val.size(); ++p) {
     if (conserved(scores, p, run)) residues[p] = scores.val_aa[p];
   }
