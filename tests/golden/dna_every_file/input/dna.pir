@@ -1,0 +1,14 @@
+
+>DL;Alpha
+first
+ATGGCTNNNAAA-TTAGGCCTTAGATATCGA*
+
+>DL;Beta
+second
+ATGGCTACGAAACTTAGGCATTAGUTATCGA*
+>DL;Gamma
+third
+atggctagcaaacttaggatttagatatcga*
+>DL;Delta
+fourth
+ATGGCTGTAAAACTTAGGTTTTAG-TATCTA*

@@ -1,0 +1,55 @@
+// What the tests share: alignments drawn as rows, a folder of their own, and what a step prints.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "driver/errfunc.h"
+#include "input/alignment.h"
+
+/// The alignment with these rows.
+inline Alignment alignment(const std::vector<std::string>& rows) {
+  Alignment ali;
+  std::vector<char> letters(1);
+  for (const std::string& row : rows) letters.insert(letters.end(), row.begin(), row.end());
+  ali.numseq = static_cast<int>(rows.size());
+  ali.nupo = static_cast<int>(rows.front().size());
+  ali.let = Rows(std::move(letters), ali.nupo);
+  return ali;
+}
+
+/// Stretches as "first..last ", one behind the other.
+inline std::string listed(const std::vector<Stretch>& stretches) {
+  std::string list;
+  for (const Stretch& s : stretches) list += std::to_string(s.first) + ".." + std::to_string(s.last) + " ";
+  return list;
+}
+
+/// What `step` prints, the message of a fatal error included.
+template <typename Step>
+std::string printedby(Step step) {
+  testing::internal::CaptureStdout();
+  try {
+    step();
+  } catch (const ExecutionTerminated&) {
+    std::fflush(stdout);  // the message tells
+  }
+  return testing::internal::GetCapturedStdout();
+}
+
+/// A test that works in a fresh folder.
+class FolderTest : public testing::Test {
+ protected:
+  FolderTest() { std::filesystem::current_path(mkdtemp(folder_.data())); }
+  ~FolderTest() override {
+    std::filesystem::current_path("/");
+    std::filesystem::remove_all(folder_);
+  }
+  static void write(const std::string& path, const std::string& text) { std::ofstream(path) << text; }
+
+ private:
+  std::string folder_ = (std::filesystem::temp_directory_path() / "trimora-XXXXXX").string();
+};
