@@ -19,18 +19,8 @@ OutputFile::~OutputFile() {
   if (!complete_) std::fprintf(stderr, "trimora: %s could not be written completely\n", path_.c_str());
 }
 
-void OutputFile::put(std::string_view text) {
-  while (!text.empty()) {
-    const std::string_view piece = text.substr(0, mostroom);
-    char* to = room(piece.size());
-    filled(std::copy(piece.begin(), piece.end(), to));
-    text.remove_prefix(piece.size());
-  }
-}
-
-void OutputFile::put(char c) {
-  *room(1) = c;
-  ++next_;
+void OutputFile::putpieces(std::string_view text) {
+  for (; !text.empty(); text.remove_prefix(std::min(mostroom, text.size()))) put(text.substr(0, mostroom));
 }
 
 void OutputFile::print(const char* format, ...) {

@@ -1,5 +1,6 @@
 // A file being written, through one large buffer.
 #pragma once
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <memory>
@@ -16,8 +17,14 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
 
   /// Append text as it stands.
-  void put(std::string_view text);
-  void put(char c);
+  void put(std::string_view text) {
+    if (text.size() > mostroom) return putpieces(text);
+    filled(std::copy(text.begin(), text.end(), room(text.size())));
+  }
+  void put(char c) {
+    *room(1) = c;
+    ++next_;
+  }
 
   /// Append text made as printf() makes it.
   [[gnu::format(printf, 2, 3)]] void print(const char* format, ...);
@@ -28,12 +35,14 @@ class OutputFile {
     return next_;
   }
   void filled(const char* end) { next_ += end - next_; }
-  static constexpr std::size_t mostroom = 4096;
+  static constexpr std::size_t mostroom = 65536;
 
  private:
+  void putpieces(std::string_view text);
   void flush();
 
-  static constexpr std::size_t buffersize = 65536;
+  // Large: the fewer and longer the writes, the less each page costs the system.
+  static constexpr std::size_t buffersize = 524288;
   struct Closer {
     void operator()(std::FILE* open) const { std::fclose(open); }
   };

@@ -17,7 +17,6 @@ constexpr int html = 1;
 constexpr int text = 2;
 constexpr int shorttext = 3;
 constexpr std::size_t namewidth = 15;
-constexpr int ahead = 8;  // sequences between the one that is written and the one that is fetched
 
 /// Residues and the colour in which the report shows them where they are conserved.
 struct Palette {
@@ -109,9 +108,7 @@ class Display {
     for (int first = 1; first <= ali_.nupo; first = last(first) + 1) {
       rulers(out, first);
       for (int i = 1; i <= ali_.numseq; ++i) {
-        // The rows lie far apart in memory, so that each begins with a wait, unless it is asked for early.
-        __builtin_prefetch(ali_.let[std::min(i + ahead, ali_.numseq)].from(first));
-        out.put(newname_[i]);
+        out.put({newname_[i].data(), sizeof(Name)});
         if (coloured_) {
           colouredletters(out, ali_.let[i], first);
         } else {
@@ -125,15 +122,14 @@ class Display {
   }
 
  private:
-  /// Names as the display shows them: cut or padded to 15 characters, and two blanks.
-  static Table<std::string> displaynames(const Alignment& ali) {
+  /// A name as the display shows it: cut or padded to 15 characters, and two blanks.
+  using Name = std::array<char, namewidth + 2>;
+  static Table<Name> displaynames(const Alignment& ali) {
     return allocating("newname", [&] {
-      Table<std::string> newname(ali.numseq);
-      for (int i = 1; i <= ali.numseq; ++i) {
-        newname[i] = withoutlineend(ali.name[i]);
-        newname[i].resize(namewidth, ' ');
-        newname[i] += "  ";
-      }
+      Name blank;
+      blank.fill(' ');
+      Table<Name> newname(ali.numseq, blank);
+      for (int i = 1; i <= ali.numseq; ++i) withoutlineend(ali.name[i]).copy(newname[i].data(), namewidth);
       return newname;
     });
   }
@@ -178,7 +174,7 @@ class Display {
   bool coloured_;
   int breakcount_;
   Table<char> conserved_;
-  Table<std::string> newname_;
+  Table<Name> newname_;
 };
 
 void parameters(OutputFile& out, const RunState& run) {

@@ -62,6 +62,7 @@ void widen(std::size_t size, int width, Counts& counts) {
 }
 
 /// Count the letters of `alphabet` at positions start .. start + width - 1.
+TRIMORA_VECTOR_CLONES
 void counttile(const Alignment& ali, int start, int width, std::string_view alphabet, Counts& counts) {
   Letters letters;
   const int vectors = (width + vectorwidth - 1) / vectorwidth * vectorwidth;
@@ -108,22 +109,23 @@ struct TileScores {
 TRIMORA_VECTOR_CLONES
 void scoretile(const Counts& counts, std::string_view alphabet, std::int32_t mostgaps, int width, TileScores& scores) {
   const std::size_t gap = alphabet.size() - 1;
-  std::fill_n(scores.val, width, 0.0F);
+  std::int32_t best[tile];
+  std::fill_n(best, width, 0);
   std::fill_n(scores.residue, width, '?');
   for (std::size_t a = 0; a < gap; ++a) {
     const std::int32_t letter = alphabet[a];
     for (int c = 0; c < width; ++c) {
-      const auto count = static_cast<float>(counts.wide[a][c]);
-      const float best = scores.val[c];
-      const std::int32_t residue = scores.residue[c];
-      scores.val[c] = best < count ? count : best;  // on a tie the earlier residue stays
-      scores.residue[c] = best < count ? letter : residue;
+      // As a score holds it: from 2^24 on, neighbouring counts are the same score. Compared as whole numbers, since of
+      // floats the compiler would make a masked store, which is slow.
+      const auto count = static_cast<std::int32_t>(static_cast<float>(counts.wide[a][c]));
+      scores.residue[c] = best[c] < count ? letter : scores.residue[c];  // on a tie the earlier one stays
+      best[c] = std::max(best[c], count);
     }
   }
-  const std::int32_t* gaps = counts.wide[gap];
   for (int c = 0; c < width; ++c) {
-    scores.val[c] = gaps[c] <= mostgaps ? scores.val[c] : 0.0F;
-    scores.residue[c] = gaps[c] <= mostgaps ? scores.residue[c] : '?';
+    const bool scored = counts.wide[gap][c] <= mostgaps;
+    scores.val[c] = scored ? static_cast<float>(best[c]) : 0.0F;
+    scores.residue[c] = scored ? scores.residue[c] : '?';
   }
 }
 
