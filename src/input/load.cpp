@@ -103,28 +103,27 @@ Alignment readrecords(const std::string& path, const Format& format) {
 }
 
 /// The stretches of positions that are not a gap in every sequence; one stretch when there is no such position.
-/// Candidates come from the first sequence, a tile of positions at a time, and few sequences are looked at before none
-/// is left.
+/// A tile of positions at a time: few sequences are looked at before each of its positions has a letter.
 std::vector<Stretch> keptpositions(const Alignment& ali) {
   constexpr int tile = 4096;
-  int candidates[tile];
+  char allgap[tile];  // 1 as long as the position is a gap in every sequence looked at
   std::vector<Stretch> kept = {{1, 0}};
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
-    int left = 0;
-    const char* text = ali.let[1].from(start);
-    for (int c = 0; c < width; ++c) {
-      candidates[left] = start + c;
-      left += text[c] == '-' ? 1 : 0;
+    std::fill_n(allgap, width, '\1');
+    char left = 1;
+    for (int i = 1; i <= ali.numseq && left != 0; ++i) {
+      const char* text = ali.let[i].from(start);
+      left = 0;
+      for (int c = 0; c < width; ++c) {
+        allgap[c] = text[c] == '-' ? allgap[c] : '\0';
+        left = std::max(left, allgap[c]);
+      }
     }
-    for (int i = 2; i <= ali.numseq && left > 0; ++i) {
-      const Row row = ali.let[i];
-      left = static_cast<int>(std::remove_if(candidates, candidates + left, [&](int p) { return row[p] != '-'; }) -
-                              candidates);
-    }
-    for (int k = 0; k < left; ++k) {
-      kept.back().last = candidates[k] - 1;
-      kept.push_back({candidates[k] + 1, 0});
+    for (int c = 0; c < width && left != 0; ++c) {
+      if (allgap[c] == 0) continue;
+      kept.back().last = start + c - 1;
+      kept.push_back({start + c + 1, 0});
     }
   }
   kept.back().last = ali.nupo;

@@ -34,7 +34,7 @@ using Letters = std::uint8_t[strip][tile];
 
 /// Counters of one tile, for each letter of the alphabet, the gap last, and each position.
 struct Counts {
-  std::uint8_t narrow[mostletters][tile];  // widened before they can overflow
+  std::uint8_t narrow[mostletters][tile];  // widened before they can overflow; 0 again afterwards
   std::int32_t wide[mostletters][tile];
 };
 
@@ -52,12 +52,12 @@ void countstrip(const Letters& letters, std::string_view alphabet, int width, Co
   }
 }
 
-/// Move the narrow counters into the wide ones.
+/// Move the narrow counters into the wide ones, which begin with them when they are the `first` of a tile.
 TRIMORA_VECTOR_CLONES
-void widen(std::size_t size, int width, Counts& counts) {
+void widen(std::size_t size, int width, bool first, Counts& counts) {
   for (std::size_t a = 0; a < size; ++a) {
-    for (int c = 0; c < width; ++c) counts.wide[a][c] += counts.narrow[a][c];
-    std::memset(counts.narrow[a], 0, static_cast<std::size_t>(width));
+    for (int c = 0; c < width; ++c) counts.wide[a][c] = (first ? 0 : counts.wide[a][c]) + counts.narrow[a][c];
+    std::memset(counts.narrow[a], 0, sizeof counts.narrow[a]);
   }
 }
 
@@ -66,11 +66,8 @@ TRIMORA_VECTOR_CLONES
 void counttile(const Alignment& ali, int start, int width, std::string_view alphabet, Counts& counts) {
   Letters letters;
   const int vectors = (width + vectorwidth - 1) / vectorwidth * vectorwidth;
-  for (std::size_t a = 0; a < alphabet.size(); ++a) {
-    std::memset(counts.narrow[a], 0, sizeof counts.narrow[a]);
-    std::memset(counts.wide[a], 0, sizeof counts.wide[a]);
-  }
   int counted = 0;  // sequences in the narrow counters
+  bool first = true;
   for (int i = 1; i <= ali.numseq; i += strip) {
     for (int k = 0; k < strip; ++k) {
       std::uint8_t* end = letters[k];
@@ -83,11 +80,12 @@ void counttile(const Alignment& ali, int start, int width, std::string_view alph
     countstrip(letters, alphabet, vectors, counts);
     counted += strip;
     if (counted + strip > UINT8_MAX) {
-      widen(alphabet.size(), width, counts);
+      widen(alphabet.size(), width, first, counts);
+      first = false;
       counted = 0;
     }
   }
-  widen(alphabet.size(), width, counts);
+  widen(alphabet.size(), width, first, counts);
 }
 
 /// The most gaps that a position may hold to be scored.
@@ -152,7 +150,7 @@ PositionScores assignval(const Alignment& ali, const RunState& run) {
   PositionScores scores;
   allocating("val", [&] { scores.val.reserve(ali.nupo); });
   allocating("val_aa", [&] { scores.val_aa.reserve(ali.nupo); });
-  const auto counts = allocating("bb", [] { return std::make_unique_for_overwrite<Counts>(); });
+  const auto counts = allocating("bb", [] { return std::make_unique<Counts>(); });
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
     counttile(ali, start, width, alphabet, *counts);
