@@ -17,6 +17,7 @@ constexpr int html = 1;
 constexpr int text = 2;
 constexpr int shorttext = 3;
 constexpr std::size_t namewidth = 15;
+constexpr int ahead = 12;  // sequences between the one that is written and the one that is asked for
 
 /// Residues and the colour in which the report shows them where they are conserved.
 struct Palette {
@@ -108,6 +109,9 @@ class Display {
     for (int first = 1; first <= ali_.nupo; first = last(first) + 1) {
       rulers(out, first);
       for (int i = 1; i <= ali_.numseq; ++i) {
+        // The rows lie far apart in memory: ask early for the end of one to come. Its beginning is still in the cache,
+        // from the row of the display above.
+        __builtin_prefetch(ali_.let[std::min(i + ahead, ali_.numseq)].from(last(first)));
         out.put({newname_[i].data(), sizeof(Name)});
         if (coloured_) {
           colouredletters(out, ali_.let[i], first);
