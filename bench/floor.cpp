@@ -21,9 +21,8 @@
 constexpr char alphabet[] = "UACGTDEFHIKLMNPQRSVWY-";
 constexpr std::size_t letters = sizeof alphabet - 1;
 constexpr std::size_t block = 64 << 10;  // bytes read or written at once: few calls, and still in cache when used
-constexpr std::size_t tile =
-    512;  // columns counted together: their counters and a pass of their rows stay in the first level
-constexpr std::size_t pass = 8;  // rows counted together: a counter is loaded and stored once for all of them
+constexpr std::size_t tile = 512;  // columns counted together: counters and a pass of rows stay in the first level
+constexpr std::size_t pass = 8;    // rows counted together: a counter is loaded and stored once for all of them
 constexpr std::size_t line = 60, shortest = 10;  // letters written on a line, columns of a run worth writing
 constexpr std::size_t slack = 64;  // bytes behind the letters: a piece of a line is copied as 64, without a call
 

@@ -12,7 +12,7 @@ need g++ cmake make libbenchmark-dev
 cd "$project"
 folder=$project/build/bench # of its own, so that build/release stays what the user made it
 configure --preset release -B "$folder" -DTRIMORA_BENCHMARKS=ON
-for target in trimora floor generate measure; do build "$folder" "$target"; done
+for target in trimora floor generate measure stages; do build "$folder" "$target"; done
 trimora=$folder/trimora
 floor=$folder/bench/floor
 
