@@ -2,7 +2,7 @@
 // Usage     generate KIND SEQUENCES POSITIONS SEED [FILE]    KIND as in `kinds`; to standard output without FILE
 //           generate genes DIRECTORY COUNT SEED
 // Words     stretch: neighbouring columns of one make | residue: the letter that most sequences carry in a column
-// Counting  positions and sequences count from 0 here, since no name or number of theirs is written
+// Counting  positions and sequences count from 0 here, the names written count from 1
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -132,7 +132,7 @@ void draw(const Plan& plan, std::size_t sequence, Random& random, char* row) {
   for (const Gap& gap : plan.gaps) {
     const std::uint64_t bits = random.word();
     const bool gapped = sequence == gap.always || (sequence != gap.never && (bits & 0xFF) < 102);  // 40 %
-    if (gapped) {  // the ends differ by up to 3 columns between sequences, which every length leaves room for
+    if (gapped) {  // the ends differ by up to 3 columns between sequences; the last stretch may be too short for that
       const std::size_t first = gap.first + ((bits >> 8) & 3);
       const std::size_t last = gap.last - ((bits >> 10) & 3);
       if (first <= last && last <= gap.last) std::memset(row + first, '-', last - first + 1);

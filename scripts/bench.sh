@@ -42,7 +42,7 @@ generate() {
 keep() {
   find . -type f >../before
   "$@" >../output || true # it ends with 1, always
-  find . -type f | grep -vxFf ../before | xargs sh -c 'mv "$@" ../written' mv
+  find . -type f | { grep -vxFf ../before || true; } | xargs -r sh -c 'mv "$@" ../written' mv
   [ -n "$(ls ../written)" ] || { cat ../output >&2; echo "Nothing was written by: $*" >&2; exit 2; }
 }
 
@@ -99,7 +99,7 @@ base=(500 20000) # of the growth rows: so much that starting the program does no
 # ---- The table
 
 compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$folder/CMakeCache.txt")
-cpu=$(sed -n 's/^model name[^:]*: *//p' /proc/cpuinfo 2>/dev/null | head -n 1)
+cpu=$(sed -n '/^model name/{s/^[^:]*: *//p;q;}' /proc/cpuinfo 2>/dev/null) || true
 echo "CPU       ${cpu:-$(uname -m)}, $(nproc) of them"
 echo "System    $(uname -sr)"
 echo "Compiler  $("$compiler" --version | head -n 1)"

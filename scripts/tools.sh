@@ -14,7 +14,8 @@ need() {
     command -v sudo >/dev/null && root=(sudo) || give_up "${missing[@]}"
   fi
   command -v apt-get >/dev/null || give_up "${missing[@]}"
-  "${root[@]}" apt-get update -qq >&2; "${root[@]}" env DEBIAN_FRONTEND=noninteractive \
+  "${root[@]}" apt-get update -qq >&2 || true # an old list may do
+  "${root[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2 || give_up "${missing[@]}"
 }
 

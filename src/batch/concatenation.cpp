@@ -4,7 +4,8 @@
 #include <utility>
 
 #include "driver/errfunc.h"
-#include "input/filetype.h"
+#include "input/path.h"
+#include "output/output_file.h"
 #include "output/record.h"
 
 void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& stretches) {

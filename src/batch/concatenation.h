@@ -7,6 +7,7 @@
 
 #include "driver/run_state.h"
 #include "input/alignment.h"
+#include "input/table.h"
 #include "selection/blocks.h"
 #include "selection/reduced_views.h"
 

@@ -1,9 +1,9 @@
-// The one way in which a run ends early.
+// How a run ends early.
 #pragma once
 #include <new>
 #include <stdexcept>
 
-/// Thrown by errfunc() after it has printed, caught once, in main(): buffers and files are released on the way, and a
+/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught in main() alone: buffers and files are released on the way, and a
 /// test or a fuzzer can call any part without losing its process.
 struct ExecutionTerminated {};
 

@@ -7,6 +7,7 @@
 #include "driver/menus.h"
 #include "driver/options.h"
 #include "driver/run_state.h"
+#include "input/alignment.h"
 #include "selection/calculate.h"
 
 namespace {

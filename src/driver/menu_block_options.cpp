@@ -3,10 +3,9 @@
 
 #include "driver/console.h"
 #include "driver/menus.h"
+#include "driver/reasons.h"
 
 namespace {
-
-constexpr char notallowed[] = "\n* Value not allowed *\n";
 
 bool loaded(const RunState& run) {
   return !run.filename.empty();
@@ -15,8 +14,7 @@ bool loaded(const RunState& run) {
 void show(const RunState& run) {
   if (run.menu == '\n') std::puts("\n");
   std::puts(loaded(run) ? "BLOCK PARAMETERS" : "BLOCK PARAMETERS (Missing values will be set after opening a file)");
-  // Of b1 and b2 there is nothing to show without a file, and not one value while each alignment of a batch has its
-  // own.
+  // Without a file b1 and b2 have no value, and not a single one while each alignment of a batch has its own.
   const auto sequences = [&](const char* line, int value) {
     std::printf("%s", line);
     if (!loaded(run)) return;
@@ -67,13 +65,11 @@ void askconserved(RunState& run) {
   } else {
     std::printf(notallowed);
     if (v && *v < run.initnegval) {
-      std::printf(
-          "\nThe minimum number of sequences for a conserved position must be bigger than or equal to %i (half the number of sequences + 1)",
-          run.initnegval);
+      std::printf("\n");
+      std::printf(negvaltoolow, run.initnegval);
     }
     if (v && *v > run.flankval) {
-      std::printf(
-          "\nThe minimum number of sequences for a conserved position must be lower than or equal to the minimum number of sequences for a flank position");
+      std::printf("\n%s", negvaltoohigh);
       if (run.flankval < run.numseq) {
         std::printf("\nTry increasing the Minimum Number Of Sequences For A Flank Position");
       }
@@ -96,13 +92,11 @@ void askflank(RunState& run) {
   } else {
     std::printf(notallowed);
     if (v && *v > run.numseq) {
-      std::printf(
-          "\nThe minimum number of sequences for a flank position must be lower than or equal to %i (the number of sequences)",
-          run.numseq);
+      std::printf("\n");
+      std::printf(flankvaltoohigh, run.numseq);
     }
     if (v && *v < run.negval) {
-      std::printf(
-          "\nThe minimum number of sequences for a flank position must be bigger than or equal to the minimum number of sequences for a conserved position");
+      std::printf("\n%s", flankvaltoolow);
       if (run.initnegval < run.negval) {
         std::printf("\nTry decreasing the minimum number of sequences for a conserved position");
       }
@@ -120,7 +114,7 @@ void asknonconserved(RunState& run) {
     run.negblen = static_cast<int>(*v);
   } else {
     std::printf(notallowed);
-    if (v && *v < negblenrange.most) {
+    if (v && *v < negblenrange.least) {
       std::printf("\nThe maximum number of contiguous nonconserved positions must be positive");
     }
   }
@@ -140,7 +134,7 @@ void asklength(RunState& run) {
     if (v && range.holds(*v)) {
       run.posblen = run.posblen2 = static_cast<int>(*v);
     } else {
-      std::puts("\n* Value not allowed *");
+      std::printf(notallowed);
       if (v && *v < range.least) {
         std::printf("The minimum length of a block after gap cleaning must be %lld or bigger%s\n", range.least,
                     codons ? " for codon sequences" : "");

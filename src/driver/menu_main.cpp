@@ -1,4 +1,6 @@
+#include <cstddef>
 #include <cstdio>
+#include <string>
 
 #include "driver/console.h"
 #include "driver/menus.h"

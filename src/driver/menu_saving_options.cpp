@@ -53,7 +53,7 @@ void askbreakcount(RunState& run) {
   if (v && breakcountrange.holds(*v)) {
     run.breakcount = static_cast<int>(*v);
   } else {
-    std::printf("\n* Value not allowed *\n");
+    std::printf(notallowed);
   }
 }
 

@@ -1,6 +1,8 @@
 #include "driver/menus.h"
 
 #include <cstdio>
+#include <optional>
+#include <string>
 
 #include "driver/console.h"
 #include "selection/calculate.h"

@@ -2,6 +2,7 @@
 #pragma once
 #include "driver/run_state.h"
 
+inline constexpr char notallowed[] = "\n* Value not allowed *\n";
 inline constexpr char nofile[] = "* Please enter first an alignment in NBRF/PIR or FASTA format *";
 
 /// The main menu, until a run has been made or the user quits: `run.menu` is then 'g' or 'q'.

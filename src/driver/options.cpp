@@ -1,11 +1,15 @@
 #include "driver/options.h"
 
 #include <cctype>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <variant>
+
+#include "driver/reasons.h"
 
 namespace {
 
@@ -101,14 +105,10 @@ void conservedsequences(const char* value, RunState& run) {
   }
   warn("b1");
   if (v < run.initnegval) {
-    std::printf(
-        "The minimum number of sequences for a conserved position must be bigger than or equal to %i (half the number of sequences + 1)\n",
-        run.initnegval);
+    std::printf(negvaltoolow, run.initnegval);
+    std::puts("");
   }
-  if (v > run.flankval) {
-    std::puts(
-        "The minimum number of sequences for a conserved position must be lower than or equal to the minimum number of sequences for a flank position");
-  }
+  if (v > run.flankval) std::puts(negvaltoohigh);
 }
 
 void flanksequences(const char* value, RunState& run) {
@@ -125,14 +125,10 @@ void flanksequences(const char* value, RunState& run) {
   }
   warn("b2");
   if (v > run.numseq) {
-    std::printf(
-        "The minimum number of sequences for a flank position must be lower than or equal to %i (the number of sequences)\n",
-        run.numseq);
+    std::printf(flankvaltoohigh, run.numseq);
+    std::puts("");
   }
-  if (v < run.negval) {
-    std::puts(
-        "The minimum number of sequences for a flank position must be bigger than or equal to the minimum number of sequences for a conserved position");
-  }
+  if (v < run.negval) std::puts(flankvaltoolow);
 }
 
 void suffix(const char* value, RunState& run) {

@@ -1,7 +1,8 @@
-// The run state: what the user has set, and what is known of the input. Options, menus and file-type detection write it,
-// everyone else reads it. The member initialisers are the table of defaults.
+// The run state: what the user has set, and what is known of the input. Options, menus, file-type detection and the run
+// driver write it, everyone else reads it. The member initialisers are the table of defaults.
 // Words     b0 .. b6: the block parameters, under the letters of their options | toggle: a switch, 1 on and 0 off
 #pragma once
+#include <cstddef>
 #include <string>
 
 /// What one run needs to know besides the alignment itself.
@@ -19,7 +20,6 @@ struct RunState {
   // The input.
   std::string filename;        // the file named by the user: an alignment or a paths file; empty: none is loaded
   std::string fichero1;        // path of the alignment in work: the input itself, or the path read from the paths file
-  std::string path_pathsfile;  // directory of the paths file, with its final separator
   std::string name_pathsfile;  // the paths file's own name
   int fileformat = 0;          // pir or fasta (below); 0: not known yet
   char seq_type = '-';         // 'P' protein, 'D' DNA, 'C' codons, '-' not known yet
@@ -60,8 +60,7 @@ inline constexpr Range posblenrange = {2, 32000};       // b0 and b4
 inline constexpr Range codonposblenrange = {5, 32000};  // b4 in the menus, for codons: one whole codon remains
 inline constexpr Range negblenrange = {0, 32000};       // b3
 inline constexpr Range breakcountrange = {50, 32000};
-inline constexpr std::size_t longestexten = 5;  // characters of a suffix
-/// The same of b1 and b2, which depend on each other and on the alignment.
+/// The ranges of b1 and b2, which depend on each other and on the alignment.
 inline Range negvalrange(const RunState& run) {
   return {run.initnegval, run.flankval};
 }
@@ -69,12 +68,11 @@ inline Range flankvalrange(const RunState& run) {
   return {run.negval, run.numseq};
 }
 
+inline constexpr std::size_t longestexten = 5;  // characters of a suffix
+
 /// Values of RunState::fileformat.
 inline constexpr int pir = 1;
 inline constexpr int fasta = 2;
-
-/// Separates directory and file name in a path.
-inline constexpr char separator = '/';
 
 /// Derive b1 and b2 (and the lower bound of b1) from `run.numseq`: more than half and 85 % of the sequences.
 void derivedefaults(RunState& run);

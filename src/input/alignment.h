@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "driver/run_state.h"
@@ -66,5 +67,6 @@ Alignment load(const RunState& run);
 Alignment load_pir(const std::string& path);
 Alignment load_fasta(const std::string& path);
 
-/// A stored name without its last character, which is the line end of its name line.
+/// A stored name without its last character: the line end of its name line or, where a NUL byte cut the line before that,
+/// whatever stands there. An empty name stays empty.
 std::string withoutlineend(const std::string& name);

@@ -4,6 +4,7 @@
 
 #include "driver/errfunc.h"
 #include "input/input_file.h"
+#include "input/path.h"
 
 namespace {
 
@@ -11,12 +12,12 @@ namespace {
 /// the file leaves it as it is, so that the last line is counted twice when it ends with a line end. Users rely on what
 /// follows from that: the last path counts only with its line end, and without an empty line behind it.
 int countpaths(InputFile& pathsfile, std::string line) {
-  int numal = 1;
+  int numal = 0;
   while (!pathsfile.ended()) {
     pathsfile.readline(line);
     if (!emptyline(line)) ++numal;
   }
-  return numal - 2;
+  return numal - 1;
 }
 
 }  // namespace
@@ -48,9 +49,7 @@ void checkfiletype(RunState& run) {
     InputFile pathsfile(run.filename);
     if (!pathsfile) errfunc("\nFile not opened\n");
     run.numal = countpaths(pathsfile, line);
-    const auto [path_file, name_file] = getpath(run.filename);
-    run.path_pathsfile = path_file;
-    run.name_pathsfile = name_file;
+    run.name_pathsfile = getpath(run.filename).name_file;
   } else {
     checkformat(line, run);
     run.tog_sb = 0;
@@ -72,9 +71,4 @@ void checkformat(const std::string& line, RunState& run) {
         "\nSequence not in correct NBRF/PIR format: a D (for DNA or rRNA sequences) or a P (for protein sequences) is missing after the symbol > in the name line\n");
   }
   run.seq_type = line[1];
-}
-
-SplitPath getpath(const std::string& path) {
-  const std::size_t behind = path.rfind(separator) + 1;  // 0 when there is no separator
-  return {path.substr(0, behind), path.substr(behind)};
 }

@@ -12,10 +12,3 @@ void checkfiletype(RunState& run);
 
 /// Decide format and type of sequence by the first non-empty line of an alignment, or fail through errfunc().
 void checkformat(const std::string& line, RunState& run);
-
-/// A path, split behind its last separator.
-struct SplitPath {
-  std::string path_file;  // the directory with its final separator, or empty
-  std::string name_file;  // the rest
-};
-SplitPath getpath(const std::string& path);

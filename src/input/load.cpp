@@ -1,6 +1,11 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <limits>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "driver/errfunc.h"
 #include "input/alignment.h"
@@ -9,7 +14,7 @@
 namespace {
 
 constexpr std::size_t longestname = 74;  // of a name line, its line end included
-// Sequences and positions: a tile or a line of the report beyond the last one is still a number.
+// Sequences and positions: loops step up to a tile, or a line of the report, past the last one.
 constexpr int most = std::numeric_limits<int>::max() - 65536;
 
 /// What the two formats do not share. Everything else is readrecords().
@@ -102,7 +107,8 @@ Alignment readrecords(const std::string& path, const Format& format) {
   return ali;
 }
 
-/// The stretches of positions that are not a gap in every sequence; one stretch when there is no such position.
+/// The stretches that are left when the positions that are gaps in every sequence are taken out: the whole alignment as
+/// one stretch when there are none. Some may be empty.
 /// A tile of positions at a time: few sequences are looked at before each of its positions has a letter.
 std::vector<Stretch> keptpositions(const Alignment& ali) {
   constexpr int tile = 4096;
@@ -157,29 +163,4 @@ Alignment load(const RunState& run) {
     errfunc("\nToo few positions in the alignment (at least two positions are necessary): %i\n", ali.nupo);
   }
   return ali;
-}
-
-void Rows::keep(const std::vector<Stretch>& kept) {
-  char* to = letters_.data() + 1;
-  const std::size_t numseq = nupo_ == 0 ? 0 : (letters_.size() - 1) / width();
-  for (std::size_t i = 0; i < numseq; ++i) {
-    const char* before = letters_.data() + i * width();  // the text moves towards the front, so nothing unread is lost
-    for (const Stretch& stretch : kept) {
-      const auto length = static_cast<std::size_t>(stretch.length());
-      std::memmove(to, before + stretch.first, length);
-      to += length;
-    }
-  }
-  nupo_ = totallength(kept);
-  letters_.resize(static_cast<std::size_t>(to - letters_.data()));
-}
-
-int totallength(const std::vector<Stretch>& stretches) {
-  int length = 0;
-  for (const Stretch& stretch : stretches) length += stretch.length();
-  return length;
-}
-
-std::string withoutlineend(const std::string& name) {
-  return name.substr(0, name.empty() ? 0 : name.size() - 1);
 }

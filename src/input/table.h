@@ -1,11 +1,11 @@
-// "Counted from 1": the one container behind every list of sequences and positions.
+// "Counted from 1": the container behind every list with one entry per sequence or position.
 #pragma once
 #include <cassert>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
-/// Entries 1 to size(); entry 0 exists and holds a default value. The index is checked in debug builds.
+/// Entries 1 to size(); entry 0 exists and is not used. The index is checked in debug builds.
 template <typename Entry>
 class Table {
  public:
@@ -23,7 +23,7 @@ class Table {
 
  private:
   std::size_t checked(int index) const {
-    assert(index >= 0 && index <= size());
+    assert(index >= 1 && index <= size());
     return static_cast<std::size_t>(index);
   }
   std::vector<Entry> entries_;

@@ -1,5 +1,9 @@
 #include "output/alignment_writers.h"
 
+#include <string>
+#include <vector>
+
+#include "output/output_file.h"
 #include "output/record.h"
 
 namespace {

@@ -1,7 +1,8 @@
 // The alignment record: the layout that every alignment file of the program is written with. Name line, body, end; the
-// body in groups of ten with a blank behind each, sixty letters a line. The blank is written behind every group of ten,
-// the last of the body included, and the line end behind every sixtieth letter: readers of these files know them so.
+// body in groups of ten letters, sixty letters a line. A blank stands behind each of the first five groups of a line, also
+// where the body ends; behind the sixth stands the line end. Readers of these files know them so.
 #pragma once
+#include <cstddef>
 #include <string>
 #include <vector>
 

@@ -1,8 +1,10 @@
 #include "output/savemask.h"
 
 #include <algorithm>
+#include <string>
 
 #include "driver/errfunc.h"
+#include "output/output_file.h"
 #include "output/record.h"
 
 void savemask(const Alignment& ali, const PositionScores& scores, const Table<char>& lettrimora, const RunState& run) {
@@ -17,12 +19,12 @@ void savemask(const Alignment& ali, const PositionScores& scores, const Table<ch
     body.end();
     out.put("*\n\n");
   };
-  const Table<char> conserved = conservedresidues(scores, run);
-  std::string mask = allocating("lettrimora", [&] { return std::string(static_cast<std::size_t>(ali.nupo), '?'); });
+  const Table<char> residues = conservedresidues(scores, run);
+  std::string mask = allocating("mask", [&] { return std::string(static_cast<std::size_t>(ali.nupo), '?'); });
   for (int i = 1; i <= ali.numseq; ++i) {
     const char* sequence = ali.let[i].from(1);
     record(pirprefix(run), ali.name[i], sequence);
-    std::transform(sequence, sequence + ali.nupo, &conserved[1], mask.begin(),
+    std::transform(sequence, sequence + ali.nupo, &residues[1], mask.begin(),
                    [](char c, char residue) { return capital(c) == residue ? '@' : '?'; });
     record(pirprefix(run), withoutlineend(ali.name[i]) + "#Mask\n", mask.data());
   }

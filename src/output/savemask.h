@@ -2,6 +2,7 @@
 #pragma once
 #include "driver/run_state.h"
 #include "input/alignment.h"
+#include "input/table.h"
 #include "selection/scores.h"
 
 /// Write the mask to fichero1 + exten + "Mask", always as NBRF/PIR: each sequence, followed by a record that marks

@@ -1,9 +1,10 @@
 #include "output/saveps.h"
 
 #include <algorithm>
+#include <string>
 
 #include "driver/version.h"
-#include "input/filetype.h"
+#include "input/path.h"
 #include "output/output_file.h"
 
 namespace {

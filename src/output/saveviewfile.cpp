@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <memory>
+#include <iterator>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "driver/errfunc.h"
 #include "driver/version.h"
-#include "input/filetype.h"
+#include "input/path.h"
 #include "output/output_file.h"
 
 namespace {
@@ -102,7 +104,7 @@ class Display {
         lettrimora_(lettrimora),
         coloured_(run.tog_viewfile == html),
         breakcount_(run.breakcount),
-        conserved_(coloured_ ? conservedresidues(scores, run) : Table<char>()),
+        residues_(coloured_ ? conservedresidues(scores, run) : Table<char>()),
         newname_(displaynames(ali)) {}
 
   void write(OutputFile& out) const {
@@ -155,7 +157,7 @@ class Display {
     static const Cells cells = makecells();
     const char* letter = row.from(first);
     for (int p = first; p <= last(first); ++p, ++letter) {
-      const Cell& cell = cells[capital(*letter) == conserved_[p] ? 1 : 0][static_cast<unsigned char>(*letter)];
+      const Cell& cell = cells[capital(*letter) == residues_[p] ? 1 : 0][static_cast<unsigned char>(*letter)];
       char* to = out.room(sizeof cell.bytes);
       std::memcpy(to, cell.bytes, sizeof cell.bytes);
       out.filled(to + cell.length);
@@ -177,7 +179,7 @@ class Display {
   const Table<char>& lettrimora_;
   bool coloured_;
   int breakcount_;
-  Table<char> conserved_;
+  Table<char> residues_;
   Table<Name> newname_;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 #include "driver/run_state.h"
 #include "input/alignment.h"
+#include "input/table.h"
 #include "selection/blocks.h"
 #include "selection/scores.h"
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "input/alignment.h"
+#include "input/table.h"
 #include "selection/blocks.h"
 
 /// The map of the selected positions: [1..nupo] '#' inside a block, '.' outside.

@@ -1,9 +1,11 @@
 // Position scores: how many sequences carry the most frequent residue of each position.
-// Words     residue: a letter of the alphabet "UACGTDEFHIKLMNPQRSVWY" | scored: the position's gaps are allowed (b5)
+// Words     residue: a letter of "ACGTDEFHIKLMNPQRSVWY" (proteins) or "UACGT" (DNA, codons)
+//           scored: the position's gaps are allowed (b5)
 //           gap position: score 0, be it for its gaps or because no residue of the alphabet stands there
 #pragma once
 #include "driver/run_state.h"  // seq_type, negval b1, tog_gaps b5, tog_sim b6, initnegval
 #include "input/alignment.h"
+#include "input/table.h"
 
 /// The scores of one alignment. assignval() makes them; every later step only reads them.
 struct PositionScores {

@@ -1,5 +1,5 @@
 // The weights with which similar residues count towards a position's most frequent residue. Row r, column k: how much a
-// residue k counts where r is the most frequent. Rows and columns follow the alphabet from A to Y; U has neither. The
+// residue k counts where r is the most frequent. Rows and columns follow the alphabet of proteins. The
 // matrix is not symmetric: the weight depends on which of the two residues prevails.
 #pragma once
 

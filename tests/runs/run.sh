@@ -26,5 +26,5 @@ status=0
 "$program" "$@" <"$script" >stdout 2>"$scratch/stderr" || status=$?
 cat "$scratch/stderr"
 cd "$scratch"
-diff -ruN expected found
-if [ $status -ne 1 ] || [ -s stderr ]; then echo "exit status $status"; exit 1; fi
+diff -ru expected found
+if [ $status -ne 1 ] || [ -s stderr ]; then echo "exit status $status, or text on standard error"; exit 1; fi

@@ -1,0 +1,28 @@
+#include "input/alignment.h"
+
+#include <cstring>
+
+void Rows::keep(const std::vector<Stretch>& kept) {
+  char* to = letters_.data() + 1;
+  const std::size_t numseq = nupo_ == 0 ? 0 : (letters_.size() - 1) / width();
+  for (std::size_t i = 0; i < numseq; ++i) {
+    const char* before = letters_.data() + i * width();  // the text moves towards the front, so nothing unread is lost
+    for (const Stretch& stretch : kept) {
+      const auto length = static_cast<std::size_t>(stretch.length());
+      std::memmove(to, before + stretch.first, length);
+      to += length;
+    }
+  }
+  nupo_ = totallength(kept);
+  letters_.resize(static_cast<std::size_t>(to - letters_.data()));
+}
+
+int totallength(const std::vector<Stretch>& stretches) {
+  int length = 0;
+  for (const Stretch& stretch : stretches) length += stretch.length();
+  return length;
+}
+
+std::string withoutlineend(const std::string& name) {
+  return name.substr(0, name.empty() ? 0 : name.size() - 1);
+}
