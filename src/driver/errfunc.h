@@ -3,8 +3,8 @@
 #include <new>
 #include <stdexcept>
 
-/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught in main() alone: buffers and files are released on the way, and a
-/// test or a fuzzer can call any part without losing its process.
+/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught in main() alone. Buffers
+/// and files are released on the way, and a test or a fuzzer can call any part without losing its process.
 struct ExecutionTerminated {};
 
 /// End the run: print the message exactly as given (add "\n" where a whole line is meant), then the closing line.

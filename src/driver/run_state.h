@@ -60,6 +60,7 @@ inline constexpr Range posblenrange = {2, 32000};       // b0 and b4
 inline constexpr Range codonposblenrange = {5, 32000};  // b4 in the menus, for codons: one whole codon remains
 inline constexpr Range negblenrange = {0, 32000};       // b3
 inline constexpr Range breakcountrange = {50, 32000};
+
 /// The ranges of b1 and b2, which depend on each other and on the alignment.
 inline Range negvalrange(const RunState& run) {
   return {run.initnegval, run.flankval};

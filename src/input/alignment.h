@@ -67,6 +67,6 @@ Alignment load(const RunState& run);
 Alignment load_pir(const std::string& path);
 Alignment load_fasta(const std::string& path);
 
-/// A stored name without its last character: the line end of its name line or, where a NUL byte cut the line before that,
-/// whatever stands there. An empty name stays empty.
+/// A stored name without its last character: the line end of its name line or, where a NUL byte cut the line before
+/// that, whatever stands there. An empty name stays empty.
 std::string withoutlineend(const std::string& name);

@@ -1,6 +1,6 @@
 // The alignment record: the layout that every alignment file of the program is written with. Name line, body, end; the
-// body in groups of ten letters, sixty letters a line. A blank stands behind each of the first five groups of a line, also
-// where the body ends; behind the sixth stands the line end. Readers of these files know them so.
+// body in groups of ten letters, sixty letters a line. A blank stands behind each of the first five groups of a line,
+// also where the body ends; behind the sixth stands the line end. Readers of these files know them so.
 #pragma once
 #include <cstddef>
 #include <string>

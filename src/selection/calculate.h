@@ -6,7 +6,7 @@
 #include "input/alignment.h"
 
 /// Recognise and load `run.filename`, say what was found, and derive b1 and b2 from it.
-/// Returns  the alignment, or the first one of a paths file; nothing, and an empty `filename`, when it cannot be opened.
+/// Returns  the alignment, or the first one of a paths file; nothing, with `filename` empty, if it cannot be opened.
 std::optional<Alignment> openfile(RunState& run);
 
 /// Make one run. `loaded` is the first alignment when it has just been read: a command-line run takes it as it is. From

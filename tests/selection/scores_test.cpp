@@ -28,7 +28,7 @@ TEST(Scores, OfOneColumn) {
     {"tie_goes_to_first_in_alphabet", 'P', 1, 0, "SSSSAAAA",                         4,                   'A'},
     {"T_stands_before_D",             'P', 1, 0, "DDTT",                             2,                   'T'},
     {"lower_case_counts",             'P', 1, 0, "aAcyY",                            2,                   'A'},
-    {"others_count_nowhere",          'P', 1, 0, "XXX?*BZJUUA",                      1,                   'A'},
+    {"others_count_nowhere",          'P', 1, 0, "X?X*XBZJUUA",                      1,                   'A'},
     {"none_one_gap",                  'P', 1, 0, "AAA-",                             0,                   '?'},
     {"half_5_of_10_gaps",             'P', 2, 0, "AAAAC-----",                       4,                   'A'},
     {"half_6_of_10_gaps",             'P', 2, 0, "AAAA------",                       0,                   '?'},
