@@ -3,8 +3,8 @@
 #include <new>
 #include <stdexcept>
 
-/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught in main() alone. Buffers
-/// and files are released on the way, and a test or a fuzzer can call any part without losing its process.
+/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught by wentthrough() alone.
+/// Buffers and files are released on the way, and a test or a fuzzer can call any part without losing its process.
 struct ExecutionTerminated {};
 
 /// End the run: print the message exactly as given (add "\n" where a whole line is meant), then the closing line.
@@ -20,4 +20,19 @@ auto allocating(const char* buffer, Step step) -> decltype(step()) {
   } catch (const std::length_error&) {  // more than any memory could hold
   }
   errfunc("\nMemory allocation failure in %s\n", buffer);
+}
+
+/// Carry out `run` and tell whether it came to its end. When memory runs out where no buffer has a name, that is said.
+template <typename Run>
+bool wentthrough(Run run) {
+  try {
+    try {
+      run();
+      return true;
+    } catch (const std::bad_alloc&) {
+      errfunc("\nMemory allocation failure\n");
+    }
+  } catch (const ExecutionTerminated&) {
+    return false;
+  }
 }
