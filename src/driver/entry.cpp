@@ -8,6 +8,7 @@
 #include "driver/options.h"
 #include "driver/run_state.h"
 #include "input/alignment.h"
+#include "output/output_file.h"
 #include "selection/calculate.h"
 
 int trimora(int argc, char* argv[]) {
@@ -26,5 +27,6 @@ int trimora(int argc, char* argv[]) {
     loaded.reset();  // from here on the file is read again for each run
     while (run.menu != 'q') menu_main(run);
   });
+  OutputFile::flushstandardoutput();
   return 1;
 }

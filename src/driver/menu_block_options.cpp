@@ -64,10 +64,7 @@ void askconserved(RunState& run) {
     take(*v, run.negval, run);
   } else {
     std::printf(notallowed);
-    if (v && *v < run.initnegval) {
-      std::printf("\n");
-      std::printf(negvaltoolow, run.initnegval);
-    }
+    if (v && *v < run.initnegval) std::printf("\n%s", negvaltoolow(run.initnegval).c_str());
     if (v && *v > run.flankval) {
       std::printf("\n%s", negvaltoohigh);
       if (run.flankval < run.numseq) {
@@ -91,10 +88,7 @@ void askflank(RunState& run) {
     take(*v, run.flankval, run);
   } else {
     std::printf(notallowed);
-    if (v && *v > run.numseq) {
-      std::printf("\n");
-      std::printf(flankvaltoohigh, run.numseq);
-    }
+    if (v && *v > run.numseq) std::printf("\n%s", flankvaltoohigh(run.numseq).c_str());
     if (v && *v < run.negval) {
       std::printf("\n%s", flankvaltoolow);
       if (run.initnegval < run.negval) {

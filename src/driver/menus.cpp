@@ -8,9 +8,12 @@
 #include "selection/calculate.h"
 
 void getblocks(RunState& run) {
-  if (!run.filename.empty()) return calculate(run, std::nullopt);
-  std::printf("%s", nofile);
-  run.menu = '\n';
+  if (!run.filename.empty()) {
+    calculate(run, std::nullopt);
+  } else {
+    std::printf("%s", nofile);
+    run.menu = '\n';
+  }
 }
 
 void askexten(RunState& run) {

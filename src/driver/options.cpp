@@ -1,13 +1,16 @@
 #include "driver/options.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <variant>
+#include <vector>
 
 #include "driver/reasons.h"
 
@@ -44,18 +47,27 @@ constexpr Option options[] = {
 };
 // clang-format on
 
-void warn(std::string_view name, const char* advice = "") {
-  std::printf("\nWARNING: Parameter -%s not properly entered.%s\n", std::string(name).c_str(), advice);
+Answer refused(std::string_view name, const std::string& advice, const std::string& reasons = "") {
+  return {Answer::refused,
+          "\nWARNING: Parameter -" + std::string(name) + " not properly entered." + advice + "\n" + reasons};
 }
 
 char upper(char c) {
   return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
 }
 
-/// The number at the start of `value`: leading blanks and a sign allowed, 0 without digits. One beyond 64 bits becomes
+/// A number as an option gives it.
+struct Number {
+  long long value;
+  Answer::Kind kind;  // taken or misspelled
+};
+
+/// The number at the start of `text`: leading blanks and a sign allowed, 0 without digits. One beyond 64 bits becomes
 /// the nearest that fits, out of every range as well.
-long long number(const char* value) {
-  return std::strtoll(value, nullptr, 10);
+Number number(const char* text) {
+  char* end = nullptr;
+  const long long value = std::strtoll(text, &end, 10);
+  return {value, end != text && *end == '\0' ? Answer::taken : Answer::misspelled};
 }
 
 /// The letter that `value` begins with, as a capital; only the first one counts.
@@ -63,107 +75,118 @@ char letter(const char* value) {
   return upper(value[0]);
 }
 
-void apply(const Option& option, const char* value, RunState& run) {
-  int setting = 0;
+Answer apply(const Option& option, const char* value, RunState& run) {
+  Number setting = {0, Answer::taken};
   if (option.letters.empty()) {
-    if (!option.numbers.holds(number(value))) return warn(option.name, option.advice);
-    setting = static_cast<int>(number(value));
+    setting = number(value);
+    if (!option.numbers.holds(setting.value)) return refused(option.name, option.advice);
   } else {
     std::size_t k = 0;
     while (k < option.letters.size() && option.letters[k] != letter(value)) k += 2;
-    if (k >= option.letters.size()) return warn(option.name, option.advice);
-    setting = option.letters[k + 1] - '0';
+    if (k >= option.letters.size()) return refused(option.name, option.advice);
+    setting.value = option.letters[k + 1] - '0';
   }
-  std::visit([&](auto member) { run.*member = static_cast<std::decay_t<decltype(run.*member)>>(setting); },
+  std::visit([&](auto member) { run.*member = static_cast<std::decay_t<decltype(run.*member)>>(setting.value); },
              option.sets);
+  return {setting.kind, ""};
 }
 
-void type(const char* value, RunState& run) {
+Answer type(const char* value, RunState& run) {
   const char c = letter(value);
-  if (c != 'P' && c != 'C' && c != 'D') return warn("t", " It has to be P (Proteins), C (Codons) or D (DNA)");
+  if (c != 'P' && c != 'C' && c != 'D') return refused("t", " It has to be P (Proteins), C (Codons) or D (DNA)");
   run.seq_type = c;
+  return {Answer::taken, ""};
 }
 
-/// b0 and b4: whether the length was accepted.
-bool blocklength(std::string_view name, const char* value, int& length) {
-  const long long v = number(value);
+/// b0 and b4.
+Answer blocklength(std::string_view name, const char* value, int& length) {
+  const auto [v, kind] = number(value);
   if (posblenrange.holds(v)) {
     length = static_cast<int>(v);
-    return true;
+    return {kind, ""};
   }
-  warn(name);
-  if (v < posblenrange.least) std::puts("The minimum length of a block must be 2 or bigger");
-  return false;
+  return refused(name, "", v < posblenrange.least ? "The minimum length of a block must be 2 or bigger\n" : "");
 }
 
-void conservedsequences(const char* value, RunState& run) {
-  const long long v = number(value);
+Answer conservedsequences(const char* value, RunState& run) {
+  const auto [v, kind] = number(value);
   if (negvalrange(run).holds(v)) {
     run.negval = static_cast<int>(v);
     run.tog_sub = 1;
-    return;
+    return {kind, ""};
   }
-  warn("b1");
-  if (v < run.initnegval) {
-    std::printf(negvaltoolow, run.initnegval);
-    std::puts("");
-  }
-  if (v > run.flankval) std::puts(negvaltoohigh);
+  std::string reasons;
+  if (v < run.initnegval) reasons += negvaltoolow(run.initnegval) + "\n";
+  if (v > run.flankval) reasons += std::string(negvaltoohigh) + "\n";
+  return refused("b1", "", reasons);
 }
 
-void flanksequences(const char* value, RunState& run) {
-  const long long v = number(value);
+Answer flanksequences(const char* value, RunState& run) {
+  const auto [v, kind] = number(value);
   if (flankvalrange(run).holds(v)) {
     run.flankval = static_cast<int>(v);
     run.tog_sub = 1;
-    return;
+    return {kind, ""};
   }
   if (v == 0) {  // "as few as possible": the one improper value that sets something
     run.flankval = run.negval;
-    std::puts("\nWARNING: minimum number of sequences for a flank position set to the minimum possible value.");
-    return;
+    return {kind, "\nWARNING: minimum number of sequences for a flank position set to the minimum possible value.\n"};
   }
-  warn("b2");
-  if (v > run.numseq) {
-    std::printf(flankvaltoohigh, run.numseq);
-    std::puts("");
-  }
-  if (v < run.negval) std::puts(flankvaltoolow);
+  std::string reasons;
+  if (v > run.numseq) reasons += flankvaltoohigh(run.numseq) + "\n";
+  if (v < run.negval) reasons += std::string(flankvaltoolow) + "\n";
+  return refused("b2", "", reasons);
 }
 
-void suffix(const char* value, RunState& run) {
+Answer suffix(const char* value, RunState& run) {
   const std::string_view text = value;
   if (text.empty() || text.size() > longestexten) {
-    warn("e");
-    std::puts("The string has to have 5 characters maximum");
-    return;
+    return refused("e", "", "The string has to have 5 characters maximum\n");
   }
   run.exten = text;
+  return {Answer::taken, ""};
+}
+
+/// One argument. `b0accepted` tells whether a b0 was taken before it.
+Answer applyoption(const char* text, bool& b0accepted, RunState& run) {
+  const std::string_view argument = text;
+  const std::size_t equals = argument.find('=');
+  if (!argument.starts_with('-') || equals == std::string_view::npos) return {};
+  std::string name(argument.substr(1, equals - 1));
+  const char* value = text + equals + 1;
+  if (name.empty() || name == "T") return {};  // -t is the one option whose case counts
+  name[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[0])));
+
+  if (name == "t") return type(value, run);
+  if (name == "b0") {
+    const Answer answer = blocklength(name, value, run.posblen);
+    b0accepted |= answer.kind != Answer::refused;
+    return answer;
+  }
+  if (name == "b1") return conservedsequences(value, run);
+  if (name == "b2") return flanksequences(value, run);
+  if (name == "b4") {
+    const Answer answer = blocklength(name, value, run.posblen2);
+    if (answer.kind != Answer::refused && !b0accepted) run.posblen = run.posblen2;
+    return answer;
+  }
+  if (name == "e") return suffix(value, run);
+  // Once a concatenation is asked for, the parameters of the first alignment hold for all.
+  if ((name == "a" || name == "c" || name == "w") && letter(value) == 'Y') run.tog_sub = 1;
+  const auto* option =
+      std::find_if(std::begin(options), std::end(options), [&](const Option& o) { return o.name == name; });
+  return option == std::end(options) ? Answer{} : apply(*option, value, run);
 }
 
 }  // namespace
 
-void parseoptions(int argc, char* argv[], int first, RunState& run) {
+std::vector<Answer> applyoptions(int argc, char* argv[], int first, RunState& run) {
+  std::vector<Answer> answers;
   bool b0accepted = false;
-  for (int k = first; k < argc; ++k) {
-    const std::string_view argument = argv[k];
-    const std::size_t equals = argument.find('=');
-    if (!argument.starts_with('-') || equals == std::string_view::npos) continue;
-    std::string name(argument.substr(1, equals - 1));
-    const char* value = argv[k] + equals + 1;
-    if (name.empty() || name == "T") continue;  // -t is the one option whose case counts
-    name[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[0])));
+  for (int k = first; k < argc; ++k) answers.push_back(applyoption(argv[k], b0accepted, run));
+  return answers;
+}
 
-    if (name == "t") type(value, run);
-    if (name == "b0") b0accepted |= blocklength(name, value, run.posblen);
-    if (name == "b1") conservedsequences(value, run);
-    if (name == "b2") flanksequences(value, run);
-    if (name == "b4" && blocklength(name, value, run.posblen2) && !b0accepted) run.posblen = run.posblen2;
-    if (name == "e") suffix(value, run);
-    for (const Option& option : options) {
-      if (name == option.name) apply(option, value, run);
-    }
-    const bool concatenates = name == "a" || name == "c" || name == "w";
-    if (concatenates && letter(value) == 'Y') run.tog_sub = 1;  // the parameters of the first alignment hold for all
-  }
+void parseoptions(int argc, char* argv[], int first, RunState& run) {
+  for (const Answer& answer : applyoptions(argc, argv, first, run)) std::printf("%s", answer.warning.c_str());
 }

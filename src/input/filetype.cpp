@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "driver/errfunc.h"
-#include "input/input_file.h"
 #include "input/path.h"
 
 namespace {
@@ -71,4 +70,20 @@ void checkformat(const std::string& line, RunState& run) {
         "\nSequence not in correct NBRF/PIR format: a D (for DNA or rRNA sequences) or a P (for protein sequences) is missing after the symbol > in the name line\n");
   }
   run.seq_type = line[1];
+}
+
+bool readpath(InputFile& pathsfile, std::string& path) {
+  std::string line = "\n";
+  pathsfile.readnonempty(line);
+  if (emptyline(line)) return false;
+  path = withoutnewline(line);
+  return true;
+}
+
+int listedpaths(const std::string& filename) {
+  InputFile pathsfile(filename);
+  std::string path;
+  int listed = 0;
+  while (pathsfile && readpath(pathsfile, path)) ++listed;
+  return listed;
 }

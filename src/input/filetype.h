@@ -3,6 +3,7 @@
 #include <string>
 
 #include "driver/run_state.h"
+#include "input/input_file.h"
 
 /// Find out what `run.filename` is and set the input's part of the run state. A paths file is known by its first
 /// non-empty line, which names a file that can be opened. Choosing one switches the concatenations off.
@@ -12,3 +13,9 @@ void checkfiletype(RunState& run);
 
 /// Decide format and type of sequence by the first non-empty line of an alignment, or fail through errfunc().
 void checkformat(const std::string& line, RunState& run);
+
+/// Read the next path of a paths file; empty lines do not count. Returns false, with `path` as it was, at the end.
+bool readpath(InputFile& pathsfile, std::string& path);
+
+/// The number of paths that the paths file `filename` lists, those that are not processed included; 0 when it is gone.
+int listedpaths(const std::string& filename);

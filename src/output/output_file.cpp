@@ -1,22 +1,43 @@
 #include "output/output_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdarg>
+#include <cstring>
+#include <exception>
 
 #include "driver/errfunc.h"
 
+int OutputFile::incomplete_ = 0;
+
 OutputFile::OutputFile(const std::string& path)
     : path_(path),
-      file_(std::fopen(path.c_str(), "w")),
       buffer_(std::make_unique_for_overwrite<char[]>(buffersize)),
+      file_(std::fopen(path.c_str(), "w")),
       next_(buffer_.get()) {
-  if (!file_) errfunc("\nFile not opened\n");
-  std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the buffer is ours
+  if (file_ == nullptr) errfunc("\nFile not opened\n");
+  std::setvbuf(file_, nullptr, _IONBF, 0);  // the buffer is ours
 }
 
 OutputFile::~OutputFile() {
   flush();
-  if (!complete_) std::fprintf(stderr, "trimora: %s could not be written completely\n", path_.c_str());
+  if (std::fclose(file_) != 0 && error_ == 0) error_ = errno;  // some file systems tell only now
+  if (error_ != 0) {
+    nameincomplete(path_.c_str(), std::strerror(error_));
+  } else if (std::uncaught_exceptions() != 0) {
+    nameincomplete(path_.c_str(), "the run ended early");
+  }
+}
+
+void OutputFile::flushstandardoutput() {
+  errno = 0;
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
+  nameincomplete("standard output", errno != 0 ? std::strerror(errno) : "an earlier write failed");
+}
+
+void OutputFile::nameincomplete(const char* file, const char* reason) {
+  ++incomplete_;
+  std::fprintf(stderr, "trimora: %s could not be written completely: %s\n", file, reason);
 }
 
 void OutputFile::putpieces(std::string_view text) {
@@ -38,6 +59,6 @@ void OutputFile::print(const char* format, ...) {
 
 void OutputFile::flush() {
   const auto count = static_cast<std::size_t>(next_ - buffer_.get());
-  if (std::fwrite(buffer_.get(), 1, count, file_.get()) != count) complete_ = false;
+  if (std::fwrite(buffer_.get(), 1, count, file_) != count && error_ == 0) error_ = errno;
   next_ = buffer_.get();
 }

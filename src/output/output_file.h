@@ -11,7 +11,8 @@ class OutputFile {
  public:
   /// Create `path`, or empty it. Fails through errfunc() when it cannot be opened.
   explicit OutputFile(const std::string& path);
-  /// Write what is left. An incomplete file (a full disk) is reported on standard error and changes nothing else.
+  /// Write what is left. A file that is incomplete, since a write failed or the run ended in the middle of it, is named
+  /// on standard error with the reason; nothing else changes.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -37,18 +38,24 @@ class OutputFile {
   void filled(const char* end) { next_ += end - next_; }
   static constexpr std::size_t mostroom = 65536;
 
+  /// Write what standard output still holds, and name it like a file when it is incomplete.
+  static void flushstandardoutput();
+
+  /// How many files have been named as incomplete: by this process, to which standard error belongs.
+  static int incomplete() { return incomplete_; }
+
  private:
   void putpieces(std::string_view text);
   void flush();
 
   // Large: the fewer and longer the writes, the less each page costs the system.
   static constexpr std::size_t buffersize = 524288;
-  struct Closer {
-    void operator()(std::FILE* open) const { std::fclose(open); }
-  };
+  static void nameincomplete(const char* file, const char* reason);
+  static int incomplete_;
+
   std::string path_;
-  std::unique_ptr<std::FILE, Closer> file_;
   std::unique_ptr<char[]> buffer_;
-  char* next_;  // where the next byte goes
-  bool complete_ = true;
+  std::FILE* file_;
+  char* next_;     // where the next byte goes
+  int error_ = 0;  // errno of the first write that failed
 };

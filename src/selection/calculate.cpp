@@ -17,15 +17,6 @@
 
 namespace {
 
-/// Read the next path of a paths file into `run.fichero1`; empty lines do not count. False at the end of the file.
-bool nextpath(InputFile& pathsfile, RunState& run) {
-  std::string line = "\n";
-  pathsfile.readnonempty(line);
-  if (emptyline(line)) return false;
-  run.fichero1 = withoutnewline(line);
-  return true;
-}
-
 /// From the loaded alignment to its files and its place in the concatenations.
 void process(const Alignment& ali, const RunState& run, Concatenations& all) {
   std::puts(run.fichero1.c_str());
@@ -64,7 +55,7 @@ std::optional<Alignment> openfile(RunState& run) {
   return ali;
 }
 
-void calculate(RunState& run, std::optional<Alignment> loaded) {
+int calculate(RunState& run, std::optional<Alignment> loaded) {
   const bool batch = run.tog_sb == 1;
   std::optional<InputFile> pathsfile;
   if (batch && !pathsfile.emplace(run.filename)) errfunc("\nFile not opened\n");
@@ -72,11 +63,12 @@ void calculate(RunState& run, std::optional<Alignment> loaded) {
   Concatenations all;
   Table<std::string> name;  // of the last alignment
   int reference = 0;        // sequences of the first alignment
-  for (int c = 1; c <= run.numal; ++c) {
-    if (batch && !nextpath(*pathsfile, run)) break;
+  int processed = 0;
+  while (processed < run.numal) {
+    if (batch && !readpath(*pathsfile, run.fichero1)) break;
     Alignment ali = loaded ? *std::exchange(loaded, std::nullopt) : load(run);
     run.numseq = ali.numseq;
-    if (c == 1) {
+    if (processed == 0) {
       reference = ali.numseq;
       all = allalloc(run);
     }
@@ -84,6 +76,8 @@ void calculate(RunState& run, std::optional<Alignment> loaded) {
     if (run.tog_sub == 1 && ali.numseq != reference) errfunc("\nAlignments with different number of sequences\n");
     process(ali, run, all);
     name = std::move(ali.name);
+    ++processed;
   }
   allsaveseq(all, name, run);
+  return processed;
 }

@@ -1,12 +1,13 @@
 #!/bin/sh
-# One whole-program run: sh run.sh PROGRAM VERSION EXAMPLES RUN, paths from the root on
+# One whole-program run: sh run.sh VERSION EXAMPLES RUN PROGRAM, paths from the root on
 #
-# RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `input/` (files
-# beside the examples) and `expected/`: `stdout` and every file that the run writes, with @VERSION@ for the version.
-# The program runs in a fresh copy of the input. Afterwards that folder must hold the input as it was, what is expected
-# and nothing else. What differs is shown as a patch. The exit status is 1 at every end.
+# RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `status` (the exit
+# status of trimora-run, when it makes this run as well), `input/` (files beside the examples) and `expected/`: `stdout`
+# and every file that the run writes, with @VERSION@ for the version. The program runs in a fresh copy of the input.
+# Afterwards that folder must hold the input as it was, what is expected and nothing else. What differs is shown as a
+# patch. The exit status of trimora is 1 at every end.
 set -eu
-program=$1 version=$2 examples=$3 run=$4
+version=$1 examples=$2 run=$3 program=$4
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -19,6 +20,8 @@ cp -R "$run/expected/." "$scratch/expected"
 find "$scratch/expected" -type f -exec sed -i "s/@VERSION@/$version/" {} +
 script=$run/script
 if [ ! -f "$script" ]; then script=/dev/null; fi
+expected=1
+case $program in *-run) expected=$(cat "$run/status") ;; esac
 
 cd "$scratch/found"
 eval "set -- $(cat "$run/arguments")"
@@ -27,4 +30,4 @@ status=0
 cat "$scratch/stderr"
 cd "$scratch"
 diff -ru expected found
-if [ $status -ne 1 ] || [ -s stderr ]; then echo "exit status $status, or text on standard error"; exit 1; fi
+if [ $status -ne $expected ] || [ -s stderr ]; then echo "exit status $status, or text on standard error"; exit 1; fi

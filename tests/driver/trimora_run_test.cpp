@@ -1,0 +1,81 @@
+#include <filesystem>
+#include <iterator>
+#include <sstream>
+
+#include "driver/entry.h"
+#include "support.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A file of 4 sequences: b1 is 3 at least, b2 is 3. What goes through is compared by the whole-program runs.
+class TrimoraRun : public FolderTest {};
+
+TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
+  const struct {
+    const char* arguments;
+    int status;
+    const char* named;  // on standard error
+  } cases[] = {
+      {"", 2, "no file name"},
+      {"-p=n", 2, "-p=n stands where"},
+      {"-p=n a.fas", 2, "-p=n stands where"},
+      {"a.fas -p", 2, "-p is not an option"},
+      {"a.fas -T=P", 2, "-T=P is not an option"},
+      {"a.fas -b7=1", 2, "-b7=1 is not an option"},
+      {"a.fas b3=5", 2, "b3=5 is not an option"},
+      {"a.fas -p=x", 2, "-p=x is refused"},
+      {"a.fas -b3=5x", 2, "-b3=5x is not a whole number"},
+      {"a.fas -b3=", 2, "-b3= is not a whole number"},
+      {"a.fas -b2=none", 2, "-b2=none is not a whole number"},
+      {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},        // known only when the file has been read
+      {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},  // b2 is still 3
+      {"absent.fas -p=x", 2, "-p=x is refused"},          // known before
+      {"absent.fas -b1=99", 1, ""},                       // the file is to blame
+      {"a.fas -s=n -p=n -b2=4 -b1=4", 0, ""},
+      {"a.fas -s=n -p=n -b2=0", 0, ""},
+      {"--odd -s=n -p=n", 0, ""},  // a file all the same
+      {"unended -s=n -p=n", 1, "not every path of unended"},
+      {"emptyline -s=n -p=n", 1, "not every path of emptyline"},
+      {"ended -s=n -p=n", 0, ""},
+      {"--help", 0, ""},
+      {"--version", 0, ""},
+  };
+  const std::string letters = ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n";
+  write("a.fas", letters);
+  write("--odd", letters);
+  write("unended", "a.fas");
+  write("emptyline", "a.fas\na.fas\n\n");
+  write("ended", "a.fas\n\na.fas\n");
+  for (const auto& c : cases) {
+    std::istringstream line(c.arguments);
+    std::vector<std::string> arguments = {"trimora-run"};
+    arguments.insert(arguments.end(), std::istream_iterator<std::string>(line), {});
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) argv.push_back(argument.data());
+    int status = -1;
+    testing::internal::CaptureStderr();
+    printedby([&] { status = trimora_run(static_cast<int>(argv.size()), argv.data()); });
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(status, c.status) << c.arguments;
+    EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
+        << c.arguments << ": " << said;
+  }
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 5);  // nothing was written
+}
+
+// /dev/full takes no byte. What is incomplete is named, the run goes on, and the status tells.
+TEST_F(TrimoraRun, TellsIncompleteFiles) {
+  write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
+  fs::create_symlink("/dev/full", "a.fas-tr");
+  std::string arguments[] = {"trimora-run", "a.fas"};
+  char* argv[] = {arguments[0].data(), arguments[1].data()};
+  testing::internal::CaptureStderr();
+  printedby([&] { EXPECT_EQ(trimora_run(2, argv), 1); });
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "trimora: a.fas-tr could not be written completely: No space left on device\n");
+  EXPECT_TRUE(fs::exists("a.fas-tr.htm"));
+}
+
+}  // namespace
