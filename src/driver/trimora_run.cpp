@@ -9,6 +9,7 @@
 
 #include "driver/entry.h"
 #include "driver/errfunc.h"
+#include "driver/notes.h"
 #include "driver/options.h"
 #include "driver/run_state.h"
 #include "driver/version.h"
@@ -79,7 +80,7 @@ int run(int argc, char* argv[]) {
   const std::vector<Answer> answers = applyoptions(argc, argv, 2, run);
   if (loaded && check(answers, argv + 2) != done) return wrongusage;
   for (const Answer& answer : answers) std::printf("%s", answer.warning.c_str());
-  const int processed = calculate(run, std::move(loaded));
+  const int processed = calculate(run, std::move(loaded), notes);
   if (run.tog_sb == 0 || processed >= std::max(run.numal, listedpaths(run.filename))) return done;
   std::fprintf(stderr,
                "trimora-run: not every path of %s was processed: each has to end with a newline, and no empty line may "

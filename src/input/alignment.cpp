@@ -23,6 +23,18 @@ int totallength(const std::vector<Stretch>& stretches) {
   return length;
 }
 
+std::vector<Stretch> complement(const std::vector<Stretch>& stretches, int nupo) {
+  std::vector<Stretch> left;
+  int behind = 0;  // end of the stretch before
+  for (const Stretch& stretch : stretches) {
+    if (stretch.length() == 0) continue;
+    if (stretch.first > behind + 1) left.push_back({behind + 1, stretch.first - 1});
+    behind = stretch.last;
+  }
+  if (behind < nupo) left.push_back({behind + 1, nupo});
+  return left;
+}
+
 std::string withoutlineend(const std::string& name) {
   return name.substr(0, name.empty() ? 0 : name.size() - 1);
 }

@@ -20,6 +20,9 @@ struct Stretch {
 /// The positions of all stretches together.
 int totallength(const std::vector<Stretch>& stretches);
 
+/// What the stretches leave of 1..nupo, from left to right; none of it is empty.
+std::vector<Stretch> complement(const std::vector<Stretch>& stretches, int nupo);
+
 /// One sequence of the alignment: a view that lives as long as the alignment does.
 class Row {
  public:
@@ -57,6 +60,7 @@ struct Alignment {
   int nupo = 0;             // positions, at least 2; none is a gap in every sequence
   Rows let;                 // let[i][p]: the letter of sequence i at position p, as in the file but for '.' read as '-'
   Table<std::string> name;  // [1..numseq] the rest of the name line as it was read, its line end included
+  std::vector<Stretch> dropped;  // columns of the file that are gaps in every sequence, counted as they stand there
 };
 
 /// Read the alignment `run.fichero1`, whose format is `run.fileformat`, and drop the positions that are gaps in every

@@ -156,6 +156,7 @@ Alignment load(const RunState& run) {
   }
   const std::vector<Stretch> kept = allocating("let", [&] { return keptpositions(ali); });
   if (kept.size() > 1) {
+    ali.dropped = allocating("let", [&] { return complement(kept, ali.nupo); });
     ali.let.keep(kept);
     ali.nupo = totallength(kept);
   }

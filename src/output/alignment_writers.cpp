@@ -23,7 +23,7 @@ void saveseq(const Alignment& ali, const SelectedBlocks& blocks, const RunState&
 }
 
 void savencb(const Alignment& ali, const SelectedBlocks& blocks, const RunState& run) {
-  savestretches(run.fichero1 + run.exten + "Comp", ali, unselected(blocks, ali.nupo), run);
+  savestretches(run.fichero1 + run.exten + "Comp", ali, complement(blocks.newpos, ali.nupo), run);
 }
 
 void save_ung(const Alignment& ali, const Ungapped& ungapped, const RunState& run) {

@@ -97,14 +97,3 @@ SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const 
   blocks.newposseq = allocating("newposseq 5", [&] { return onfirstsequence(blocks.newpos, ali); });
   return blocks;
 }
-
-std::vector<Stretch> unselected(const SelectedBlocks& blocks, int nupo) {
-  std::vector<Stretch> stretches;
-  int behind = 0;  // end of the block before
-  for (const Stretch& block : blocks.newpos) {
-    stretches.push_back({behind + 1, block.first - 1});
-    behind = block.last;
-  }
-  stretches.push_back({behind + 1, nupo});
-  return stretches;
-}

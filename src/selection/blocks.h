@@ -21,6 +21,3 @@ struct SelectedBlocks {
 /// Returns  the blocks, owned by the caller; none when no position reaches flankval.
 /// Fails    only when memory runs out, through errfunc().
 SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const RunState& run);
-
-/// The stretches before, between and behind the blocks: what was not selected of 1..nupo. Some may be empty.
-std::vector<Stretch> unselected(const SelectedBlocks& blocks, int nupo);

@@ -12,5 +12,7 @@ std::optional<Alignment> openfile(RunState& run);
 /// Make one run. `loaded` is the first alignment when it has just been read: a command-line run takes it as it is. From
 /// the menus each run reads its file again, since it may have been edited in between.
 /// In a batch the run leaves in `run` the path of the last alignment and, as long as they are not fixed, its b1 and b2.
+/// `look` is called with each alignment when it has been loaded.
 /// Returns  the number of alignments processed.
-int calculate(RunState& run, std::optional<Alignment> loaded);
+using Look = void (*)(const Alignment&, const RunState&);
+int calculate(RunState& run, std::optional<Alignment> loaded, Look look = nullptr);

@@ -39,6 +39,9 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
       {"unended -s=n -p=n", 1, "not every path of unended"},
       {"emptyline -s=n -p=n", 1, "not every path of emptyline"},
       {"ended -s=n -p=n", 0, ""},
+      {"odd.fas -s=n -p=n", 0, "columns 2 6-7\ntrimora-run: odd.fas: carriage returns count as positions\n"},
+      {"dna.fas -s=n -p=n", 0, "taken as protein"},
+      {"dna.fas -s=n -p=n -t=D", 0, ""},
       {"--help", 0, ""},
       {"--version", 0, ""},
   };
@@ -48,6 +51,8 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
   write("unended", "a.fas");
   write("emptyline", "a.fas\na.fas\n\n");
   write("ended", "a.fas\n\na.fas\n");
+  write("odd.fas", ">a\nA-CD\r--E\n>b\nA-CD\r--E\n");
+  write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
   for (const auto& c : cases) {
     std::istringstream line(c.arguments);
     std::vector<std::string> arguments = {"trimora-run"};
@@ -62,7 +67,7 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 5);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 7);  // nothing was written
 }
 
 // /dev/full takes no byte. What is incomplete is named, the run goes on, and the status tells.
