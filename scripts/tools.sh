@@ -23,6 +23,7 @@ need() {
 present() {
   case $1 in
     g++) command -v c++ >/dev/null ;;
+    ghostscript) command -v gs >/dev/null ;;
     libgtest-dev) header gtest/gtest.h ;;
     libbenchmark-dev) header benchmark/benchmark.h ;;
     *) command -v "$1" >/dev/null ;;
@@ -48,4 +49,10 @@ configure() {
 build() {
   local log
   log=$(cmake --build "$1" --parallel "$(nproc)" ${2:+--target "$2"} 2>&1) || { echo "$log" >&2; exit 2; }
+}
+
+# browse ARGUMENT...: Chromium without a window, as a new user whose profile stays in the folder where this is called.
+browse() {
+  chromium --headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking \
+    --disable-component-update --disable-sync --user-data-dir="$(mktemp -d "$PWD/profile.XXXXXX")" "$@" 2>/dev/null
 }

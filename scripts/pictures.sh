@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Make the pictures of the README, docs/pictures/, from what the program writes for the globins.
+# The same tools and fonts give the same bytes.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
+
+need g++ cmake make chromium ghostscript pngquant
+(cd "$project" && configure --preset release)
+build "$project/build/release" trimora
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+cp "$project/examples/globins.fas" .
+"$project/build/release/trimora" globins.fas -p=y -d=y >/dev/null || true # the exit status is 1 at every end
+
+# The heading and the first display, down to its blue bar.
+browse --hide-scrollbars --disable-lcd-text --force-device-scale-factor=1.5 --window-size=628,1016 \
+  --screenshot="$work/shot.png" globins.fas-tr.htm
+pngquant --nofs --speed 1 --strip --output report.png 64 shot.png
+
+# The map, turned so that it reads from left to right, three dots a point: what is drawn in its bounding box, and ten
+# points around it.
+gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=pnggray -r216 -g1125x360 -dTextAlphaBits=4 -dGraphicsAlphaBits=4 \
+  -sOutputFile=map.png -c "-20 180 translate -90 rotate" -f globins.fas-trPS
+
+mkdir -p "$project/docs/pictures"
+mv report.png map.png "$project/docs/pictures"
