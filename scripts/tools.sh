@@ -24,6 +24,7 @@ present() {
   case $1 in
     g++) command -v c++ >/dev/null ;;
     ghostscript) command -v gs >/dev/null ;;
+    dpkg-dev) command -v dpkg-shlibdeps >/dev/null ;;
     libgtest-dev) header gtest/gtest.h ;;
     libbenchmark-dev) header benchmark/benchmark.h ;;
     *) command -v "$1" >/dev/null ;;

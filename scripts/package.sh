@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Build the packages: a .deb and a .tar.gz in build/packages. Where lintian is installed, it has to accept the .deb.
+# The .deb uses the system's libraries, as Debian asks: their corrections reach the programs without a new package. In
+# the .tar.gz the programs are linked statically and run on any Linux of the same processor.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
+
+need g++ cmake make dpkg-dev file gzip
+cd "$project"
+packages=build/packages
+rm -rf $packages
+umask 022 # the folders in the packages are for all to read
+
+# The same source gives the same packages: their time is that of the last commit.
+SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct 2>/dev/null || date +%s)}
+export SOURCE_DATE_EPOCH
+
+# pack GENERATOR FOLDER OPTION...
+pack() {
+  local log
+  configure -S . -B "$2" -DCMAKE_BUILD_TYPE=Release "${@:3}"
+  build "$2"
+  log=$(cpack --config "$2/CPackConfig.cmake" -G "$1" -B "$PWD/$packages" 2>&1) || { echo "$log" >&2; exit 2; }
+}
+
+pack TGZ build/package-static
+flags() { # without those that hold paths
+  DEB_BUILD_MAINT_OPTIONS="hardening=+all reproducible=-all" DEB_CXXFLAGS_MAINT_STRIP=-g dpkg-buildflags --get "$1"
+}
+pack DEB build/package-debian -DTRIMORA_STATIC=OFF -DCMAKE_CXX_FLAGS="$(flags CXXFLAGS) $(flags CPPFLAGS)" \
+  -DCMAKE_EXE_LINKER_FLAGS="$(flags LDFLAGS)"
+rm -rf $packages/_CPack_Packages
+
+if command -v lintian >/dev/null; then
+  lintian --fail-on error,warning $packages/*.deb
+else
+  echo "lintian is not installed: the .deb was not judged." >&2
+fi
+for package in "$project/$packages"/*; do echo "$package"; done
