@@ -27,6 +27,8 @@ present() {
     dpkg-dev) command -v dpkg-shlibdeps >/dev/null ;;
     libgtest-dev) header gtest/gtest.h ;;
     libbenchmark-dev) header benchmark/benchmark.h ;;
+    g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ >/dev/null ;;
+    qemu-user-static) command -v qemu-aarch64-static >/dev/null ;;
     *) command -v "$1" >/dev/null ;;
   esac
 }
