@@ -80,15 +80,17 @@ VECTOR_CLONES static void tally(const Alignment& ali, std::size_t first, std::si
         for (std::size_t a = 0; a < letters; ++a) {
           for (std::size_t p = 0; p < 32; ++p) {
             std::uint8_t found = counters[a][q + p];
-            for (std::size_t k = 0; k < pass; ++k)
+            for (std::size_t k = 0; k < pass; ++k) {
               found = static_cast<std::uint8_t>(found + (piece[k][p] == alphabet[a]));
+            }
             counters[a][q + p] = found;
           }
         }
       }
     }
-    for (std::size_t a = 0; a < letters && wide; ++a)
+    for (std::size_t a = 0; a < letters && wide; ++a) {
       for (std::size_t p = 0; p < tile; ++p) sums[a][p] += counters[a][p];
+    }
   }
   std::uint8_t low[tile] = {};  // the best counts: bytes while they suffice, a quarter of the vectors
   std::uint32_t high[tile] = {};
@@ -96,7 +98,8 @@ VECTOR_CLONES static void tally(const Alignment& ali, std::size_t first, std::si
     for (std::size_t p = 0; p < tile; ++p) low[p] = std::max(low[p], counters[a][p]);
     for (std::size_t p = 0; p < tile && wide; ++p) high[p] = std::max(high[p], sums[a][p]);
   }
-  for (std::size_t p = 0; p < columns; ++p) keep[p] = 2 * (wide ? high[p] : low[p]) >= numseq;
+  const std::size_t half = (numseq + 1) / 2;
+  for (std::size_t p = 0; p < columns; ++p) keep[p] = (wide ? high[p] : low[p]) >= half;
 }
 
 static Runs choose(const Alignment& ali) {
@@ -107,7 +110,8 @@ static Runs choose(const Alignment& ali) {
     std::size_t p = start + shortest;
     while (p > start && keep[p - 1]) --p;  // backwards: the last column that fails rules out every start before it
     if (p == start) {
-      for (p += shortest; p < ali.nupo && keep[p]; ++p) continue;
+      p += shortest;
+      while (p < ali.nupo && keep[p]) ++p;
       runs.push_back({start, p - start});
     }
     start = p;

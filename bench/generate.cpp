@@ -22,12 +22,12 @@ namespace {
 class Random {
  public:
   explicit Random(std::uint64_t seed) {
-    for (std::uint64_t& word : state_) {
+    for (std::uint64_t& part : state_) {
       seed += 0x9E3779B97F4A7C15U;
       std::uint64_t z = seed;
       z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9U;
       z = (z ^ (z >> 27)) * 0x94D049BB133111EBU;
-      word = z ^ (z >> 31);
+      part = z ^ (z >> 31);
     }
   }
   std::uint64_t word() {
@@ -43,7 +43,7 @@ class Random {
   }
   /// A whole number from `low` to `high`, both included.
   int between(int low, int high) {
-    const auto span = static_cast<std::uint64_t>(high - low + 1);
+    const auto span = static_cast<std::uint64_t>(high - low) + 1;
     return low + static_cast<int>(((word() >> 32) * span) >> 32);
   }
 
