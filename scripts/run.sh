@@ -6,7 +6,7 @@ set -euo pipefail
 
 need g++ cmake make
 (cd "$project" && configure --preset release)
-build "$project/build/release" trimora
+build "$project/build/release"
 trimora=$project/build/release/trimora
 
 if [ $# -gt 0 ]; then

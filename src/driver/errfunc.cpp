@@ -4,10 +4,11 @@
 #include <cstdio>
 
 void errfunc(const char* format, ...) {
+  ExecutionTerminated end;
   va_list arguments;
   va_start(arguments, format);
-  std::vprintf(format, arguments);
+  std::vsnprintf(end.message, sizeof end.message, format, arguments);
   va_end(arguments);
-  std::puts("\nExecution terminated");
-  throw ExecutionTerminated{};
+  std::printf("%s\nExecution terminated\n", end.message);
+  throw end;
 }

@@ -3,9 +3,12 @@
 #include <new>
 #include <stdexcept>
 
-/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught by wentthrough() alone.
-/// Buffers and files are released on the way, and a test or a fuzzer can call any part without losing its process.
-struct ExecutionTerminated {};
+/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught by wentthrough(), and on
+/// the way there by trimora-run, which says what file it was. Buffers and files are released on the way, and a test or a
+/// fuzzer can call any part without losing its process.
+struct ExecutionTerminated {
+  char message[200] = "";  // what errfunc() has printed; an array, since memory may have run out
+};
 
 /// End the run: print the message exactly as given (add "\n" where a whole line is meant), then the closing line.
 [[noreturn, gnu::format(printf, 1, 2)]] void errfunc(const char* format, ...);

@@ -76,11 +76,22 @@ int run(int argc, char* argv[]) {
 
   RunState run;
   run.filename = argv[1];
-  std::optional<Alignment> loaded = openfile(run);
-  const std::vector<Answer> answers = applyoptions(argc, argv, 2, run);
-  if (loaded && check(answers, argv + 2) != done) return wrongusage;
-  for (const Answer& answer : answers) std::printf("%s", answer.warning.c_str());
-  const int processed = calculate(run, std::move(loaded), notes);
+  int processed = 0;
+  try {
+    std::optional<Alignment> loaded = openfile(run);
+    const std::vector<Answer> answers = applyoptions(argc, argv, 2, run);
+    if (loaded && check(answers, argv + 2) != done) return wrongusage;
+    if (run.exten == "--" && run.tog_ungappedfile == 1) return refuse("-e=--", " and -u=y give two files one name");
+    for (const Answer& answer : answers) std::printf("%s", answer.warning.c_str());
+    processed = calculate(run, std::move(loaded), Notes());
+  } catch (const ExecutionTerminated& end) {
+    // The reason stands on standard output; here it stands with the file.
+    std::string reason = run.filename.empty() ? "\nFile not opened" : withoutnewline(end.message);
+    std::replace(reason.begin(), reason.end(), '\n', ' ');
+    const std::string& file = run.fichero1.empty() ? argv[1] : run.fichero1;
+    std::fprintf(stderr, "trimora-run: %s:%s\n", file.c_str(), reason.c_str());
+    throw;
+  }
   if (run.tog_sb == 0 || processed >= std::max(run.numal, listedpaths(run.filename))) return done;
   std::fprintf(stderr,
                "trimora-run: not every path of %s was processed: each has to end with a newline, and no empty line may "

@@ -15,7 +15,10 @@ OutputFile::OutputFile(const std::string& path)
       buffer_(std::make_unique_for_overwrite<char[]>(buffersize)),
       file_(std::fopen(path.c_str(), "w")),
       next_(buffer_.get()) {
-  if (file_ == nullptr) errfunc("\nFile not opened\n");
+  if (file_ == nullptr) {
+    std::fprintf(stderr, "trimora: %s could not be opened for writing: %s\n", path.c_str(), std::strerror(errno));
+    errfunc("\nFile not opened\n");
+  }
   std::setvbuf(file_, nullptr, _IONBF, 0);  // the buffer is ours
 }
 

@@ -9,7 +9,7 @@
 
 class OutputFile {
  public:
-  /// Create `path`, or empty it. Fails through errfunc() when it cannot be opened.
+  /// Create `path`, or empty it. Fails through errfunc() when it cannot be opened; standard error says why.
   explicit OutputFile(const std::string& path);
   /// Write what is left. A file that is incomplete, since a write failed or the run ended in the middle of it, is named
   /// on standard error with the reason; nothing else changes.

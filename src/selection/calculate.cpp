@@ -55,7 +55,7 @@ std::optional<Alignment> openfile(RunState& run) {
   return ali;
 }
 
-int calculate(RunState& run, std::optional<Alignment> loaded, Look look) {
+int calculate(RunState& run, std::optional<Alignment> loaded, const Look& look) {
   const bool batch = run.tog_sb == 1;
   std::optional<InputFile> pathsfile;
   if (batch && !pathsfile.emplace(run.filename)) errfunc("\nFile not opened\n");
@@ -74,7 +74,7 @@ int calculate(RunState& run, std::optional<Alignment> loaded, Look look) {
     }
     if (batch && run.tog_sub == 0) derivedefaults(run);
     if (run.tog_sub == 1 && ali.numseq != reference) errfunc("\nAlignments with different number of sequences\n");
-    if (look != nullptr) look(ali, run);
+    if (look) look(ali, run);
     process(ali, run, all);
     name = std::move(ali.name);
     ++processed;

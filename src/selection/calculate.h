@@ -1,5 +1,6 @@
 // The run driver: carries one alignment, or every alignment of a paths file, from loading to its files.
 #pragma once
+#include <functional>
 #include <optional>
 
 #include "driver/run_state.h"
@@ -14,5 +15,5 @@ std::optional<Alignment> openfile(RunState& run);
 /// In a batch the run leaves in `run` the path of the last alignment and, as long as they are not fixed, its b1 and b2.
 /// `look` is called with each alignment when it has been loaded.
 /// Returns  the number of alignments processed.
-using Look = void (*)(const Alignment&, const RunState&);
-int calculate(RunState& run, std::optional<Alignment> loaded, Look look = nullptr);
+using Look = std::function<void(const Alignment&, const RunState&)>;
+int calculate(RunState& run, std::optional<Alignment> loaded, const Look& look = nullptr);

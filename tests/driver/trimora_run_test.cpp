@@ -29,18 +29,22 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
       {"a.fas -b3=5x", 2, "-b3=5x is not a whole number"},
       {"a.fas -b3=", 2, "-b3= is not a whole number"},
       {"a.fas -b2=none", 2, "-b2=none is not a whole number"},
-      {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},        // known only when the file has been read
-      {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},  // b2 is still 3
-      {"absent.fas -p=x", 2, "-p=x is refused"},          // known before
-      {"absent.fas -b1=99", 1, ""},                       // the file is to blame
+      {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},                // known only when the file has been read
+      {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},          // b2 is still 3
+      {"absent.fas -p=x", 2, "-p=x is refused"},                  // known before
+      {"absent.fas -b1=99", 1, "absent.fas: File not opened\n"},  // the file is to blame
       {"a.fas -s=n -p=n -b2=4 -b1=4", 0, ""},
       {"a.fas -s=n -p=n -b2=0", 0, ""},
       {"--odd -s=n -p=n", 0, ""},  // a file all the same
       {"unended -s=n -p=n", 1, "not every path of unended"},
       {"emptyline -s=n -p=n", 1, "not every path of emptyline"},
       {"ended -s=n -p=n", 0, ""},
-      {"odd.fas -s=n -p=n", 0, "columns 2 6-7\ntrimora-run: odd.fas: carriage returns count as positions\n"},
-      {"dna.fas -s=n -p=n", 0, "taken as protein"},
+      {"odd.fas -s=n -p=n", 0,
+       "columns 2 6-7\ntrimora-run: odd.fas: these characters count as positions that agree with nothing: \\x0d 7\n"},
+      {"dna.fas -s=n -p=n", 0, "looks like nucleotides"},
+      {"a.fas -s=n -p=n -t=C", 0, "looks like protein"},
+      {"mixed -s=n -p=n", 0, "b.pir: read as FASTA"},
+      {"a.fas -s=n -p=n -u=y -e=--", 2, "two files one name"},
       {"dna.fas -s=n -p=n -t=D", 0, ""},
       {"--help", 0, ""},
       {"--version", 0, ""},
@@ -51,7 +55,9 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
   write("unended", "a.fas");
   write("emptyline", "a.fas\na.fas\n\n");
   write("ended", "a.fas\n\na.fas\n");
-  write("odd.fas", ">a\nA-CD\r--E\n>b\nA-CD\r--E\n");
+  write("odd.fas", ">a\nA-CD\r--7\n>b\nA-CD\r--E\n");
+  write("b.pir", ">P1;a\n\nACDEF*\n>P1;b\n\nACDEF*\n");
+  write("mixed", "a.fas\nb.pir\n");
   write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
   for (const auto& c : cases) {
     std::istringstream line(c.arguments);
@@ -67,7 +73,7 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 7);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 9);  // nothing was written
 }
 
 // /dev/full takes no byte. What is incomplete is named, the run goes on, and the status tells.

@@ -3,9 +3,9 @@
 #
 # RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `input/` (files
 # beside the examples) and `expected/`: `stdout` and every file that the run writes, with @VERSION@ for the version. For
-# trimora-run also `status` and `notes` (standard error, when there is any). The program runs in a fresh copy of the
-# input. Afterwards that folder must hold the input as it was, what is expected and nothing else. What differs is shown
-# as a patch. trimora ends with status 1 at every end and writes nothing to standard error.
+# trimora-run also `status` and `notes` (standard error, when there is any; trimora writes only its own lines of it).
+# The program runs in a fresh copy of the input. Afterwards that folder must hold the input as it was, what is expected
+# and nothing else. What differs is shown as a patch. trimora ends with status 1 at every end.
 set -eu
 version=$1 examples=$2 run=$3 program=$4
 
@@ -18,14 +18,15 @@ for folder in "$scratch/expected" "$scratch/found"; do
 done
 cp -R "$run/expected/." "$scratch/expected"
 find "$scratch/expected" -type f -exec sed -i "s/@VERSION@/$version/" {} +
-status=1 notes=/dev/null script=/dev/null
+script=/dev/null
 if [ -f "$run/script" ]; then script=$run/script; fi
+notes=/dev/null
+if [ -f "$run/notes" ]; then notes=$run/notes; fi
 case $program in
-*-run)
-  status=$(cat "$run/status")
-  if [ -f "$run/notes" ]; then notes=$run/notes; fi
-  ;;
+*-run) status=$(cat "$run/status") lines= ;;
+*) status=1 lines="trimora: " ;;
 esac
+grep "^$lines" "$notes" >"$scratch/notes" || true
 
 cd "$scratch/found"
 eval "set -- $(cat "$run/arguments")"
@@ -33,5 +34,5 @@ found=0
 "$program" "$@" <"$script" >stdout 2>"$scratch/stderr" || found=$?
 cd "$scratch"
 diff -ru expected found
-diff -u "$notes" stderr
+diff -u notes stderr
 if [ $found -ne "$status" ]; then echo "exit status $found, not $status"; exit 1; fi

@@ -70,7 +70,7 @@ sed -i '/^>/!s/./-/' "fasta/it's {4} \"q\".fas"
 touch -d 2001-01-01 "fasta/it's {4} \"q\".fas" # older than the results
 flow fasta "$options"
 [ "$(groups)" = "00001 " ] || fail "a changed alignment: groups $(groups)"
-grep -q '{4}.*ok.*columns 1$' "fasta results/table.tsv" || fail "a note: $(cat "fasta results/table.tsv")"
+grep -q '{4}.*ok.*column 1$' "fasta results/table.tsv" || fail "a note: $(cat "fasta results/table.tsv")"
 same fasta "$options"
 
 # Those that fail are in the table with their message. The others are done, and the status tells.
