@@ -29,6 +29,8 @@ present() {
     libbenchmark-dev) header benchmark/benchmark.h ;;
     g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ >/dev/null ;;
     qemu-user-static) command -v qemu-aarch64-static >/dev/null ;;
+    libclang-rt-*-dev) [ -e "$(clang -print-resource-dir)/include/fuzzer" ] ;;
+    llvm) command -v llvm-cov >/dev/null ;;
     *) command -v "$1" >/dev/null ;;
   esac
 }

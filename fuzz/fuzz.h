@@ -1,0 +1,223 @@
+// What the fuzz targets share: a fresh folder for every run, and what has to hold after it.
+#pragma once
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "driver/errfunc.h"
+#include "driver/options.h"
+#include "input/filetype.h"
+#include "selection/blocks.h"
+#include "selection/calculate.h"
+#include "selection/reduced_views.h"
+#include "selection/scores.h"
+#include "selection/similarity_matrix.h"
+
+/// `what` should hold; else the fuzzer keeps the input.
+inline void must(bool holds, const std::string& what) {
+  if (holds) return;
+  std::fprintf(stderr, "\nBROKEN: %s\n", what.c_str());
+  std::abort();
+}
+
+// ---- Folders
+
+using Files = std::map<std::string, std::string>;  // bytes by path
+
+inline Files filesin(const std::string& folder) {
+  Files files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string path = entry.path().lexically_relative(folder);
+    if (entry.is_regular_file()) files[path].assign(std::istreambuf_iterator<char>(file), {});
+  }
+  return files;
+}
+
+/// The small alignments and paths files of some golden runs, and one more file.
+inline Files samplesand(const std::string& path, const std::string& bytes) {
+  static const Files samples = filesin(TRIMORA_SAMPLES);
+  Files files = samples;
+  files[path] = bytes;
+  return files;
+}
+
+/// Carry out `step` in a fresh folder that holds `inputs`, which it must not change. Returns the files afterwards.
+template <typename Step>
+Files filesafter(const Files& inputs, Step step) {
+  const auto before = std::filesystem::current_path();
+  std::string folder = std::filesystem::temp_directory_path() / "trimora-XXXXXX";
+  std::filesystem::current_path(mkdtemp(folder.data()));
+  for (const auto& [path, bytes] : inputs) {
+    if (path.find('/') != path.npos) std::filesystem::create_directories(path.substr(0, path.rfind('/')));
+    std::ofstream(path, std::ios::binary) << bytes;
+  }
+  wentthrough(step);
+  Files files = filesin(".");
+  for (const auto& [path, bytes] : inputs) must(files[path] == bytes, path + " is unchanged");
+  std::filesystem::current_path(before);
+  std::filesystem::remove_all(folder);
+  return files;
+}
+
+/// Whether a path in `text` could lead to something that is no file, and that could keep the reader waiting for ever.
+inline bool foreign(const std::string& text) {
+  return text.find("/dev") != text.npos || text.find("/proc") != text.npos;
+}
+
+/// Arguments as main() gets them.
+inline std::vector<char*> argvof(std::vector<std::string>& words) {
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  return argv;
+}
+
+// ---- The selection, said once more: one position after the other, without a tile, a vector or a walk back
+
+inline PositionScores plainscores(const Alignment& ali, const RunState& run) {
+  const bool protein = run.seq_type == 'P';
+  const std::string alphabet = protein ? "ACGTDEFHIKLMNPQRSVWY" : "UACGT";
+  const int allowed[] = {0, 0, ali.numseq / 2, ali.numseq};  // gaps, by tog_gaps
+  PositionScores scores;
+  for (int p = 1; p <= ali.nupo; ++p) {
+    int count[256] = {};
+    for (int i = 1; i <= ali.numseq; ++i) ++count[static_cast<unsigned char>(capital(ali.let[i][p]))];
+    const auto of = [&](char residue) { return count[static_cast<unsigned char>(residue)]; };
+    const char best =
+        *std::max_element(alphabet.begin(), alphabet.end(), [&](char a, char b) { return of(a) < of(b); });
+    const bool scored = of('-') <= allowed[run.tog_gaps] && of(best) > 0;
+    float val = scored ? static_cast<float>(of(best)) : 0;
+    if (protein && run.tog_sim == 1 && scored && of(best) > ali.numseq / 2) {
+      val = 0;
+      const float* weight = similarity[alphabet.find(best)];
+      for (const char residue : alphabet) val += *weight++ * static_cast<float>(of(residue));
+    }
+    scores.val.append(val);
+    scores.val_aa.append(scored ? best : '?');
+  }
+  return scores;
+}
+
+/// The stretches from one member to another, joined as long as nothing between them breaks.
+template <typename Member, typename Breaks>
+std::vector<Stretch> joined(Stretch within, int shortest, Member member, Breaks breaks) {
+  std::vector<Stretch> found;
+  bool open = false;
+  for (int p = within.first; p <= within.last; ++p) {
+    if (breaks(p)) open = false;
+    if (!member(p)) continue;
+    if (!open) found.push_back({p, p});
+    found.back().last = p;
+    open = true;
+  }
+  std::erase_if(found, [&](const Stretch& stretch) { return stretch.length() < shortest; });
+  return found;
+}
+
+inline std::vector<Stretch> plainblocks(const PositionScores& scores, int nupo, const RunState& run) {
+  const auto flank = [&](int p) { return scores.val[p] >= static_cast<float>(run.flankval); };
+  const auto inside = [&](int p) { return conserved(scores, p, run); };
+  int nonconserved = 0;
+  const auto toolong = [&](int p) { return (nonconserved = inside(p) ? 0 : nonconserved + 1) > run.negblen; };
+  std::vector<Stretch> blocks;
+  for (const Stretch& initial : joined({1, nupo}, run.posblen, flank, toolong)) {
+    for (Stretch block : joined(initial, run.posblen2, inside, [&](int p) { return scores.val[p] == 0; })) {
+      if (run.seq_type == 'C') block = {(block.first + 1) / 3 * 3 + 1, block.last / 3 * 3};
+      blocks.push_back(block);
+    }
+  }
+  return blocks;
+}
+
+// ---- The files
+
+inline bool every(int) {
+  return true;
+}
+
+inline bool gapless(const Alignment& ali, int p) {
+  int i = 1;
+  while (i <= ali.numseq && ali.let[i][p] != '-') ++i;
+  return i > ali.numseq;
+}
+
+/// The letters of each sequence at the positions that `keep` chooses.
+template <typename Keep>
+std::vector<std::string> rowsof(const Alignment& ali, Keep keep) {
+  std::vector<std::string> rows(static_cast<std::size_t>(ali.numseq));
+  for (int p = 1; p <= ali.nupo; ++p) {
+    if (!keep(p)) continue;
+    for (int i = 1; i <= ali.numseq; ++i) rows[static_cast<std::size_t>(i) - 1] += ali.let[i][p];
+  }
+  return rows;
+}
+
+/// Whether an alignment file can give these names back. A name that was cut, by a NUL byte for example, has lost its
+/// line end and runs into what follows. In FASTA the reader takes the '>' of every record but the first as the end of
+/// the sequence before; a name that begins with another one loses it, and an empty line is none.
+inline bool readable(const Table<std::string>& name, const RunState& run) {
+  for (int i = 1; i <= name.size(); ++i) {
+    if (!name[i].ends_with('\n')) return false;
+    if (run.fileformat == fasta && i > 1 && (name[i][0] == '>' || name[i][0] == '\n')) return false;
+  }
+  return true;
+}
+
+/// Whoever reads an alignment file again finds these names and rows.
+inline void checkfile(const std::string& path, const Table<std::string>& name, const std::vector<std::string>& rows,
+                      const RunState& run) {
+  if (!readable(name, run)) return;
+  RunState again;
+  again.filename = path;
+  const bool read = wentthrough([&] {
+    checkfiletype(again);
+    // As it stands there: load() would drop positions, and refuse an empty selection.
+    const Alignment ali = again.fileformat == pir ? load_pir(path) : load_fasta(path);
+    must(ali.numseq == name.size() && rowsof(ali, every) == rows, path + " gives the same rows back");
+    for (int i = 1; i <= name.size(); ++i) must(ali.name[i] == name[i], path + " gives the same names back");
+  });
+  must(read && again.fileformat == run.fileformat, path + " can be read again");
+}
+
+/// Scores, blocks and alignment files of `ali` after a run. Returns the map of the selected positions.
+inline Table<char> checkrun(const Alignment& ali, const RunState& run) {
+  const PositionScores scores = assignval(ali, run);
+  const PositionScores plain = plainscores(ali, run);
+  must(scores.val.size() == ali.nupo && scores.val_aa.size() == ali.nupo, "each position has a score");
+  for (int p = 1; p <= ali.nupo; ++p) {
+    must(scores.val[p] == plain.val[p] && scores.val_aa[p] == plain.val_aa[p], "scores and residues");
+    must(0 <= scores.val[p] && scores.val[p] <= static_cast<float>(ali.numseq), "scores are counted in sequences");
+  }
+
+  const SelectedBlocks blocks = getpos(scores, ali, run);
+  const Table<char> map = makelettrimora(blocks, ali.nupo);
+  const std::vector<Stretch> expected = plainblocks(scores, ali.nupo, run);
+  must(blocks.newpos.size() == expected.size(), "the number of blocks");
+  int behind = 0, gaps = 0, selected = 0;  // gaps of the first sequence outside the blocks
+  for (std::size_t k = 0; k < expected.size(); ++k) {
+    const auto [first, last] = blocks.newpos[k];
+    must(first == expected[k].first && last == expected[k].last, "the blocks");
+    must(behind < first && first <= last + 1 && last <= ali.nupo, "blocks are ordered, disjoint and inside");
+    while (++behind < first) gaps += ali.let[1][behind] == '-' ? 1 : 0;
+    must(blocks.newposseq[k].first == first - gaps && blocks.newposseq[k].last == last - gaps, "the first sequence");
+    behind = last;
+  }
+  for (int p = 1; p <= ali.nupo; ++p) selected += map[p] == '#' ? 1 : 0;
+  must(blocks.nupo3 == selected && blocks.nupo3per == selected * 100 / ali.nupo, "the positions selected");
+
+  const std::string path = run.fichero1 + run.exten;
+  const auto expect = [&](const std::string& file, auto keep) { checkfile(file, ali.name, rowsof(ali, keep), run); };
+  const bool overwritten = run.tog_ungappedfile == 1 && run.exten == "--";
+  if (run.tog_seqfile == 1 && !overwritten) expect(path, [&](int p) { return map[p] == '#'; });
+  if (run.tog_ncbfile == 1) expect(path + "Comp", [&](int p) { return map[p] == '.'; });
+  if (run.tog_ungappedfile == 1) expect(run.fichero1 + "--", [&](int p) { return gapless(ali, p); });
+  return map;
+}
