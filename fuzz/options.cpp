@@ -37,5 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (ali && run.tog_sb == 0) checkrun(*ali, run);
   });
   must(whole == parts, "two runs write the same bytes");
+  int status = 0;
+  const Files script = filesafter(inputs, [&] { status = trimora_run(argc, argv.data()); });
+  must(script == (status == 2 ? inputs : whole), "trimora-run writes the same, or nothing");
   return 0;
 }

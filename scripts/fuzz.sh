@@ -83,7 +83,7 @@ run() { # TARGET
   mkdir -p "$findings"
   fuzz build/fuzz "$target" "$project/build/fuzz-corpus/$target" "$findings" -dict="fuzz/$target.dict" \
     "$limit" -artifact_prefix="$findings/" >"$log" 2>&1 || status=$?
-  awk -v target="$target" '/^#[0-9]+\t/ { last = $0 } END { gsub(/\t/, " ", last); print target ": " (last ? last : "ended at once") }' "$log"
+  awk -v target="$target" '/^#[0-9]+\t/ { last = $0 } END { gsub(/\t/, " ", last); print target ": " last }' "$log"
   [ $status -eq 0 ] && return
   grep -E 'BROKEN|ERROR|SUMMARY|runtime error|Test unit written' "$log" || tail -n 20 "$log"
   touch "$scratch/found"
