@@ -4,11 +4,11 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
 need g++ clang clang-tidy cppcheck cmake make libbenchmark-dev
+need "libclang-rt-$(clang -dumpversion | cut -d. -f1)-dev"
 cd "$project"
 folder=build/static # only configured: the database of compiler calls and the version's header
-configure -S . -B $folder -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Release -DTRIMORA_BENCHMARKS=ON
-rooms=(src bench)
-[ -d fuzz ] && rooms+=(fuzz)
+configure -S . -B $folder -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=Release -DTRIMORA_BENCHMARKS=ON -DTRIMORA_FUZZ=ON
+rooms=(src bench fuzz)
 
 echo "cppcheck"
 cppcheck --quiet --enable=warning,style,performance,portability --inline-suppr --error-exitcode=1 --std=c++20 \

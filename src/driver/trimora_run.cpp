@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -66,6 +67,15 @@ int check(const std::vector<Answer>& answers, char* argv[]) {
   return done;
 }
 
+/// Repeat on standard error, with the file, why the run ended, on one line. Memory may have run out.
+void blame(const char* file, const char* message) {
+  std::fprintf(stderr, "trimora-run: %s:", file);
+  for (; *message != '\0' && std::strcmp(message, "\n") != 0; ++message) {
+    std::fputc(*message == '\n' ? ' ' : *message, stderr);
+  }
+  std::fputc('\n', stderr);
+}
+
 int run(int argc, char* argv[]) {
   if (argc < 2) return refuse("no file name", "");
   if (argv[1][0] == '-' && !InputFile(argv[1])) return refuse(argv[1], " stands where the file name is expected");
@@ -85,11 +95,8 @@ int run(int argc, char* argv[]) {
     for (const Answer& answer : answers) std::printf("%s", answer.warning.c_str());
     processed = calculate(run, std::move(loaded), Notes());
   } catch (const ExecutionTerminated& end) {
-    // The reason stands on standard output; here it stands with the file.
-    std::string reason = run.filename.empty() ? "\nFile not opened" : withoutnewline(end.message);
-    std::replace(reason.begin(), reason.end(), '\n', ' ');
-    const std::string& file = run.fichero1.empty() ? argv[1] : run.fichero1;
-    std::fprintf(stderr, "trimora-run: %s:%s\n", file.c_str(), reason.c_str());
+    blame(run.fichero1.empty() ? argv[1] : run.fichero1.c_str(),
+          run.filename.empty() ? "\nFile not opened\n" : end.message);
     throw;
   }
   if (run.tog_sb == 0 || processed >= std::max(run.numal, listedpaths(run.filename))) return done;
