@@ -12,3 +12,5 @@ build build/release-tests
 for folder in build/release-tests build/dev; do
   ctest --test-dir "$folder" --output-on-failure --parallel "$(nproc)" --no-tests=error --progress
 done
+# Why tests were skipped, if any were.
+grep -ih '^skipped:' build/*/Testing/Temporary/LastTest.log | sort -u || true
