@@ -10,5 +10,5 @@ void errfunc(const char* format, ...) {
   std::vsnprintf(end.message, sizeof end.message, format, arguments);
   va_end(arguments);
   std::printf("%s\nExecution terminated\n", end.message);
-  throw end;
+  throw ExecutionTerminated(end);
 }

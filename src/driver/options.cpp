@@ -159,14 +159,14 @@ Answer applyoption(const char* text, bool& b0accepted, RunState& run) {
 
   if (name == "t") return type(value, run);
   if (name == "b0") {
-    const Answer answer = blocklength(name, value, run.posblen);
+    Answer answer = blocklength(name, value, run.posblen);
     b0accepted |= answer.kind != Answer::refused;
     return answer;
   }
   if (name == "b1") return conservedsequences(value, run);
   if (name == "b2") return flanksequences(value, run);
   if (name == "b4") {
-    const Answer answer = blocklength(name, value, run.posblen2);
+    Answer answer = blocklength(name, value, run.posblen2);
     if (answer.kind != Answer::refused && !b0accepted) run.posblen = run.posblen2;
     return answer;
   }
