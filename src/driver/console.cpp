@@ -59,10 +59,11 @@ std::optional<long long> readnumber() {
   const bool negative = line.starts_with('-');
   if (negative || line.starts_with('+')) ++first;
   int base = 10;
-  if (std::string_view(first, last).starts_with("0x") || std::string_view(first, last).starts_with("0X")) {
+  const std::string_view unsigneddigits = std::string_view(line).substr(static_cast<std::size_t>(first - line.data()));
+  if (unsigneddigits.starts_with("0x") || unsigneddigits.starts_with("0X")) {
     base = 16;
     first += 2;
-  } else if (first < last && *first == '0') {
+  } else if (unsigneddigits.starts_with('0')) {
     base = 8;
   }
   unsigned long long digits = 0;

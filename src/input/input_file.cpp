@@ -12,7 +12,7 @@ constexpr std::size_t linelength = 189;
 InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "r")) {
   if (!file_) return;
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
-  block_ = std::make_unique_for_overwrite<char[]>(blocksize);
+  block_.reset(new char[blocksize]);              // not filled: it is overwritten
   next_ = block_.get();
   limit_ = next_ + std::fread(block_.get(), 1, blocksize, file_.get());
   if (std::ferror(file_.get()) != 0) file_.reset();

@@ -12,7 +12,7 @@ int OutputFile::incomplete_ = 0;
 
 OutputFile::OutputFile(const std::string& path)
     : path_(path),
-      buffer_(std::make_unique_for_overwrite<char[]>(buffersize)),
+      buffer_(new char[buffersize]),  // not filled: it is overwritten
       file_(std::fopen(path.c_str(), "w")),
       next_(buffer_.get()) {
   if (file_ == nullptr) {
