@@ -12,10 +12,10 @@
 #include <system_error>
 
 #include "batch/concatenation.h"
-#include "driver/run_state.h"
 #include "input/alignment.h"
 #include "input/filetype.h"
 #include "output/alignment_writers.h"
+#include "output/output_state.h"
 #include "output/savemask.h"
 #include "output/saveps.h"
 #include "output/saveviewfile.h"
@@ -37,11 +37,10 @@ std::filesystem::path freshfolder() {
 /// The alignment, its files in a folder that goes with it, and what the later steps need of it.
 struct Bench {
   std::filesystem::path folder = freshfolder();
-  RunState run;
+  OutputState run;
   Alignment ali;
   PositionScores scores;
   SelectedBlocks blocks;
-  Table<char> lettrimora;
   Ungapped ungapped;
 
   Bench(const char* name, const char* prefix, const char* terminator, char seq_type) {
@@ -67,7 +66,6 @@ struct Bench {
     derivedefaults(run);
     scores = assignval(ali, run);
     blocks = getpos(scores, ali, run);
-    lettrimora = makelettrimora(blocks, ali.nupo);
     ungapped = ungap(ali);
   }
   ~Bench() {
@@ -147,7 +145,7 @@ void save_ung_fasta(benchmark::State& state) {
 }
 void savemask_protein(benchmark::State& state) {
   const Bench& b = protein();
-  time(state, b, "-trMask", [&] { savemask(b.ali, b.scores, b.lettrimora, b.run); });
+  time(state, b, "-trMask", [&] { savemask(b.ali, b.scores, b.blocks, b.run); });
 }
 void saveps_protein(benchmark::State& state) {
   const Bench& b = protein();
@@ -156,9 +154,9 @@ void saveps_protein(benchmark::State& state) {
 void saveviewfile_variant(benchmark::State& state) {
   const char* files[] = {"", "-tr.htm", "-tr.txt", "-tr.txts"};
   const Bench& b = protein();
-  RunState run = b.run;
+  OutputState run = b.run;
   run.tog_viewfile = static_cast<char>(state.range(0));
-  time(state, b, files[state.range(0)], [&] { saveviewfile(b.ali, b.scores, b.blocks, b.lettrimora, run); });
+  time(state, b, files[state.range(0)], [&] { saveviewfile(b.ali, b.scores, b.blocks, run); });
 }
 void allconcat_input(benchmark::State& state) {
   const Bench& b = protein();

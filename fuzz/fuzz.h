@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "driver/errfunc.h"
 #include "driver/options.h"
+#include "ground/errfunc.h"
 #include "input/filetype.h"
 #include "selection/blocks.h"
 #include "selection/calculate.h"
@@ -82,7 +82,7 @@ inline std::vector<char*> argvof(std::vector<std::string>& words) {
 
 // ---- The selection, said once more: one position after the other, without a tile, a vector or a walk back
 
-inline PositionScores plainscores(const Alignment& ali, const RunState& run) {
+inline PositionScores plainscores(const Alignment& ali, const OutputState& run) {
   const bool protein = run.seq_type == 'P';
   const std::string alphabet = protein ? "ACGTDEFHIKLMNPQRSVWY" : "UACGT";
   const int allowed[] = {0, 0, ali.numseq / 2, ali.numseq};  // gaps, by tog_gaps
@@ -122,7 +122,7 @@ std::vector<Stretch> joined(Stretch within, int shortest, Member member, Breaks 
   return found;
 }
 
-inline std::vector<Stretch> plainblocks(const PositionScores& scores, int nupo, const RunState& run) {
+inline std::vector<Stretch> plainblocks(const PositionScores& scores, int nupo, const OutputState& run) {
   const auto flank = [&](int p) { return scores.val[p] >= static_cast<float>(run.flankval); };
   const auto inside = [&](int p) { return conserved(scores, p, run); };
   int nonconserved = 0;
@@ -163,7 +163,7 @@ std::vector<std::string> rowsof(const Alignment& ali, Keep keep) {
 /// Whether an alignment file can give these names back. A name that was cut, by a NUL byte for example, has lost its
 /// line end and runs into what follows. In FASTA the reader takes the '>' of every record but the first as the end of
 /// the sequence before; a name that begins with another one loses it, and an empty line is none.
-inline bool readable(const Table<std::string>& name, const RunState& run) {
+inline bool readable(const Table<std::string>& name, const OutputState& run) {
   for (int i = 1; i <= name.size(); ++i) {
     if (!name[i].ends_with('\n')) return false;
     if (run.fileformat == fasta && i > 1 && (name[i][0] == '>' || name[i][0] == '\n')) return false;
@@ -173,7 +173,7 @@ inline bool readable(const Table<std::string>& name, const RunState& run) {
 
 /// Whoever reads an alignment file again finds these names and rows.
 inline void checkfile(const std::string& path, const Table<std::string>& name, const std::vector<std::string>& rows,
-                      const RunState& run) {
+                      const OutputState& run) {
   if (!readable(name, run)) return;
   RunState again;
   again.filename = path;
@@ -188,7 +188,7 @@ inline void checkfile(const std::string& path, const Table<std::string>& name, c
 }
 
 /// Scores, blocks and alignment files of `ali` after a run. Returns the map of the selected positions.
-inline Table<char> checkrun(const Alignment& ali, const RunState& run) {
+inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
   const PositionScores scores = assignval(ali, run);
   const PositionScores plain = plainscores(ali, run);
   must(scores.val.size() == ali.nupo && scores.val_aa.size() == ali.nupo, "each position has a score");

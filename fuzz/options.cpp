@@ -3,6 +3,7 @@
 
 #include "driver/entry.h"
 #include "fuzz.h"
+#include "trimora_run/trimora_run.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Any bytes as a paths file among small alignments, all concatenations on.
 #include "fuzz.h"
+#include "ground/path.h"
 #include "input/input_file.h"
-#include "input/path.h"
 
 namespace {
 

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 #include "input/alignment.h"
 
 /// The alignment with these rows.
 inline Alignment alignment(const std::vector<std::string>& rows) {
   Alignment ali;
-  std::vector<char> letters(1);
+  std::vector<char> letters;
   for (const std::string& row : rows) letters.insert(letters.end(), row.begin(), row.end());
   ali.numseq = static_cast<int>(rows.size());
   ali.nupo = static_cast<int>(rows.front().size());

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <utility>
 
-#include "driver/errfunc.h"
-#include "input/path.h"
+#include "ground/errfunc.h"
+#include "ground/path.h"
 #include "output/output_file.h"
 #include "output/record.h"
 
@@ -12,8 +12,7 @@ void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& str
   const int width = totallength(stretches);
   allocating(buffer_, [&] {
     std::vector<char> letters;
-    letters.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(ali.numseq) + 1);
-    letters.push_back(0);
+    letters.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(ali.numseq));
     for (int i = 1; i <= ali.numseq; ++i) {
       const Row row = ali.let[i];
       for (const Stretch& stretch : stretches) {
@@ -26,7 +25,7 @@ void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& str
   columns_ += width;
 }
 
-void Concatenation::save(const std::string& path, const Table<std::string>& name, const RunState& run) const {
+void Concatenation::save(const std::string& path, const Table<std::string>& name, const BatchState& run) const {
   OutputFile out(path);
   for (int i = 1; i <= name.size(); ++i) {
     writerecord(out, run, name[i], [&](Body& body) {
@@ -36,16 +35,16 @@ void Concatenation::save(const std::string& path, const Table<std::string>& name
 }
 
 namespace {
-bool concatenates(const RunState& run) {
+bool concatenates(const BatchState& run) {
   return run.tog_sb == 1 && run.tog_sub == 1;
 }
 }  // namespace
 
-bool concatenatesungapped(const RunState& run) {
+bool concatenatesungapped(const BatchState& run) {
   return concatenates(run) && run.tog_allungfile == 1;
 }
 
-Concatenations allalloc(const RunState& run) {
+Concatenations allalloc(const BatchState& run) {
   Concatenations all;
   if (concatenates(run) && run.tog_allfile == 1) all.letall.emplace("letall");
   if (concatenates(run) && run.tog_allfile_init == 1) all.letall_init.emplace("letall_init");
@@ -59,8 +58,8 @@ void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& 
   if (all.letall_init) all.letall_init->append(ali, {{1, ali.nupo}});
 }
 
-void allsaveseq(const Concatenations& all, const Table<std::string>& name, const RunState& run) {
-  const std::string path = getpath(run.fichero1).path_file + run.name_pathsfile;
+void allsaveseq(const Concatenations& all, const Table<std::string>& name, const BatchState& run) {
+  const std::string path = getpath(run.fichero1).path_file + getpath(run.filename).name_file;
   if (all.letall) {
     all.letall->save(path + run.exten + ".seq", name, run);
     std::printf("Trimora alignment in batch: %lld positions\n\n", all.letall->columns());

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "driver/run_state.h"
+#include "batch/batch_state.h"
+#include "ground/table.h"
 #include "input/alignment.h"
-#include "input/table.h"
 #include "selection/blocks.h"
 #include "selection/reduced_views.h"
 
@@ -21,7 +21,7 @@ class Concatenation {
   void append(const Alignment& ali, const std::vector<Stretch>& stretches);
 
   /// Write the concatenation as one alignment file, headed by the names of the last alignment.
-  void save(const std::string& path, const Table<std::string>& name, const RunState& run) const;
+  void save(const std::string& path, const Table<std::string>& name, const BatchState& run) const;
 
   long long columns() const { return columns_; }
 
@@ -43,15 +43,15 @@ struct Concatenations {
 };
 
 /// Whether the ungapped alignments of the input are to be concatenated.
-bool concatenatesungapped(const RunState& run);
+bool concatenatesungapped(const BatchState& run);
 
 /// Start the concatenations that `run` asks for: none outside a batch, or while the alignments of a batch may differ in
 /// their number of sequences.
-Concatenations allalloc(const RunState& run);
+Concatenations allalloc(const BatchState& run);
 
 /// Append one alignment to each of them.
 void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& blocks, const Ungapped& ungapped);
 
 /// Write their files, named after the paths file, into the directory of the last alignment, and print the length of the
 /// concatenated blocks. `name` holds the names of the last alignment, which head the records.
-void allsaveseq(const Concatenations& all, const Table<std::string>& name, const RunState& run);
+void allsaveseq(const Concatenations& all, const Table<std::string>& name, const BatchState& run);

@@ -1,36 +1,40 @@
 #include "driver/console.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 #include <limits>
 #include <string_view>
 #include <system_error>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
+#include "input/letters.h"
 
 namespace {
+
+constexpr std::size_t longestanswer = 65536;  // longer than any that is taken; an endless line must not fill the memory
 
 /// The next character of an answer that has to begin here.
 int firstcharacter() {
   std::fflush(stdout);
   const int c = std::getchar();
-  if (c == EOF) throw ExecutionTerminated{};
+  if (c == EOF) throw AnswersEnded{};
   return c;
 }
 
 /// The same behind blanks and empty lines.
 int firstvisible() {
   int c = firstcharacter();
-  while (std::isspace(c) != 0) c = firstcharacter();
+  while (whitespace(static_cast<char>(c))) c = firstcharacter();
   return c;
 }
 
-/// The rest of a line that goes on with `c`, without its line end.
+/// The rest of a line that goes on with `c`, without its line end. What is beyond the longest answer is dropped.
 std::string restofline(int c) {
   std::string rest;
-  for (; c != '\n' && c != EOF; c = std::getchar()) rest += static_cast<char>(c);
+  for (; c != '\n' && c != EOF; c = std::getchar()) {
+    if (rest.size() < longestanswer) rest += static_cast<char>(c);
+  }
   return rest;
 }
 
@@ -42,8 +46,8 @@ std::string uptonul(const std::string& text) {
 
 void readchoice(RunState& run) {
   const int c = firstcharacter();
-  restofline(c);
-  run.menu = static_cast<char>(std::tolower(c));
+  for (int rest = c; rest != '\n' && rest != EOF;) rest = std::getchar();
+  run.menu = lower(static_cast<char>(c));
   if (c != '\n') std::puts("\n");
 }
 
@@ -76,6 +80,6 @@ std::optional<long long> readnumber() {
 
 std::string readword() {
   const std::string line = restofline(firstvisible());
-  const auto blank = std::find_if(line.begin(), line.end(), [](unsigned char c) { return std::isspace(c) != 0; });
+  const auto blank = std::find_if(line.begin(), line.end(), whitespace);
   return uptonul(std::string(line.begin(), blank));
 }

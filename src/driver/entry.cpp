@@ -3,15 +3,17 @@
 #include <optional>
 #include <utility>
 
-#include "driver/errfunc.h"
 #include "driver/menus.h"
 #include "driver/options.h"
 #include "driver/run_state.h"
+#include "ground/errfunc.h"
+#include "ground/speaker.h"
 #include "input/alignment.h"
 #include "output/output_file.h"
 #include "selection/calculate.h"
 
 int trimora(int argc, char* argv[]) {
+  speaker = "trimora";
   wentthrough([&] {
     RunState run;
     std::optional<Alignment> loaded;

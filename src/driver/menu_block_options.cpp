@@ -28,7 +28,7 @@ void show(const RunState& run) {
   sequences("\n2. Minimum Number Of Sequences For A Flank Position: ..... ", run.flankval);
   std::printf("\n3. Maximum Number Of Contiguous Nonconserved Positions: .. %i", run.negblen);
   std::printf("\n4. Minimum Length Of A Block: ............................ %i", run.posblen2);
-  const char* gaps[] = {"", "None", "With Half", "All"};
+  const char* gaps[] = {"", "None", "With Half", "All"};  // nogaps, withhalf, allgaps
   std::printf("\n5. Allowed Gap Positions: ................................ %s", gaps[run.tog_gaps]);
   if (run.tog_expmenb == 1) {
     std::printf("\n");
@@ -159,7 +159,7 @@ void menu_block_options(RunState& run) {
       case '2': askflank(run); break;
       case '3': asknonconserved(run); break;
       case '4': asklength(run); break;
-      case '5': run.tog_gaps = run.tog_gaps % 3 + 1; break;
+      case '5': run.tog_gaps = run.tog_gaps % allgaps + 1; break;
       case '6': run.tog_sim = 1 - run.tog_sim; break;
       case 'e':
         askexten(run);

@@ -4,7 +4,7 @@
 
 #include "driver/console.h"
 #include "driver/menus.h"
-#include "driver/version.h"
+#include "ground/version.h"
 #include "selection/calculate.h"
 
 namespace {

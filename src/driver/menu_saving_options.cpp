@@ -65,7 +65,7 @@ void menu_saving_options(RunState& run) {
     readchoice(run);
     switch (run.menu) {
       case 's': change(run.tog_seqfile); break;
-      case 'p': run.tog_viewfile = static_cast<char>((run.tog_viewfile + 1) % 4); break;
+      case 'p': run.tog_viewfile = static_cast<char>((run.tog_viewfile + 1) % (shortreport + 1)); break;
       case 'e':
         askexten(run);
         std::puts("\n");

@@ -1,7 +1,6 @@
 #include "driver/options.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "driver/reasons.h"
+#include "input/letters.h"
 
 namespace {
 
@@ -52,14 +52,10 @@ Answer refused(std::string_view name, const std::string& advice, const std::stri
           "\nWARNING: Parameter -" + std::string(name) + " not properly entered." + advice + "\n" + reasons};
 }
 
-char upper(char c) {
-  return static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-}
-
 /// A number as an option gives it.
 struct Number {
   long long value;
-  Answer::Kind kind;  // taken or misspelled
+  Answer::Kind kind;  // taken or guessed
 };
 
 /// The number at the start of `text`: leading blanks and a sign allowed, 0 without digits. One beyond 64 bits becomes
@@ -67,12 +63,12 @@ struct Number {
 Number number(const char* text) {
   char* end = nullptr;
   const long long value = std::strtoll(text, &end, 10);
-  return {value, end != text && *end == '\0' ? Answer::taken : Answer::misspelled};
+  return {value, end != text && *end == '\0' ? Answer::taken : Answer::guessed};
 }
 
 /// The letter that `value` begins with, as a capital; only the first one counts.
 char letter(const char* value) {
-  return upper(value[0]);
+  return capital(value[0]);
 }
 
 Answer apply(const Option& option, const char* value, RunState& run) {
@@ -155,7 +151,7 @@ Answer applyoption(const char* text, bool& b0accepted, RunState& run) {
   std::string name(argument.substr(1, equals - 1));
   const char* value = text + equals + 1;
   if (name.empty() || name == "T") return {};  // -t is the one option whose case counts
-  name[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[0])));
+  name[0] = lower(name[0]);
 
   if (name == "t") return type(value, run);
   if (name == "b0") {

@@ -8,9 +8,9 @@
 /// What became of one argument.
 struct Answer {
   enum Kind {
-    ignored,     // not an option: passed over without a word
-    refused,     // its value is none that the option takes: the old one stays
-    misspelled,  // taken, but its number is followed by something else, or is none and read as 0
+    ignored,  // not an option: passed over without a word
+    refused,  // its value is none that the option takes: the old one stays
+    guessed,  // taken, but its number is followed by something else, or is none and read as 0
     taken,
   };
   Kind kind = ignored;

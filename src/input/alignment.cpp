@@ -3,13 +3,13 @@
 #include <cstring>
 
 void Rows::keep(const std::vector<Stretch>& kept) {
-  char* to = letters_.data() + 1;
-  const std::size_t numseq = nupo_ == 0 ? 0 : (letters_.size() - 1) / width();
+  char* to = letters_.data();
+  const std::size_t numseq = nupo_ == 0 ? 0 : letters_.size() / width();
   for (std::size_t i = 0; i < numseq; ++i) {
-    const char* before = letters_.data() + i * width();  // the text moves towards the front, so nothing unread is lost
+    const char* row = letters_.data() + i * width();  // the text moves towards the front, so nothing unread is lost
     for (const Stretch& stretch : kept) {
       const auto length = static_cast<std::size_t>(stretch.length());
-      std::memmove(to, before + stretch.first, length);
+      std::memmove(to, row + stretch.first - 1, length);
       to += length;
     }
   }

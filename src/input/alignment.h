@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "driver/run_state.h"
-#include "input/table.h"
+#include "ground/table.h"
+#include "input/input_state.h"
 
 /// Positions first to last, both included; empty when last < first.
 struct Stretch {
@@ -26,16 +26,16 @@ std::vector<Stretch> complement(const std::vector<Stretch>& stretches, int nupo)
 /// One sequence of the alignment: a view that lives as long as the alignment does.
 class Row {
  public:
-  Row(const char* before, int nupo) : before_(before), nupo_(nupo) {}
+  Row(const char* first, int nupo) : first_(first), nupo_(nupo) {}
   char operator[](int p) const { return *from(p); }
   /// Where position p stands; those up to nupo follow it. p = nupo + 1 is the end.
   const char* from(int p) const {
     assert(p >= 1 && p <= nupo_ + 1);
-    return before_ + p;
+    return first_ + (p - 1);
   }
 
  private:
-  const char* before_;         // one place before position 1
+  const char* first_;          // where position 1 stands
   [[maybe_unused]] int nupo_;  // for the check alone
 };
 
@@ -50,7 +50,7 @@ class Rows {
 
  private:
   std::size_t width() const { return static_cast<std::size_t>(nupo_); }
-  std::vector<char> letters_ = std::vector<char>(1);  // one unused place, then numseq x nupo letters
+  std::vector<char> letters_;  // numseq x nupo
   int nupo_ = 0;
 };
 
@@ -65,7 +65,7 @@ struct Alignment {
 
 /// Read the alignment `run.fichero1`, whose format is `run.fileformat`, and drop the positions that are gaps in every
 /// sequence. Fails through errfunc() on every error in the file: nothing is salvaged.
-Alignment load(const RunState& run);
+Alignment load(const InputState& run);
 
 /// The readers behind load(): the alignment as it stands in the file.
 Alignment load_pir(const std::string& path);

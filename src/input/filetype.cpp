@@ -2,8 +2,7 @@
 
 #include <cstdio>
 
-#include "driver/errfunc.h"
-#include "input/path.h"
+#include "ground/errfunc.h"
 
 namespace {
 
@@ -21,7 +20,7 @@ int countpaths(InputFile& pathsfile, std::string line) {
 
 }  // namespace
 
-void checkfiletype(RunState& run) {
+void checkfiletype(InputState& run) {
   std::string line;
   {
     InputFile input(run.filename);
@@ -36,11 +35,6 @@ void checkfiletype(RunState& run) {
   const std::string firstpath = withoutnewline(line);
   if (InputFile first(firstpath); first) {
     run.tog_sb = 1;
-    run.tog_allungfile = 0;
-    run.warn = 1;
-    run.tog_allfile = 0;
-    run.tog_sub = 0;
-    run.tog_allfile_init = 0;
     run.fichero1 = firstpath;
     line.clear();
     first.readnonempty(line);
@@ -48,7 +42,6 @@ void checkfiletype(RunState& run) {
     InputFile pathsfile(run.filename);
     if (!pathsfile) errfunc("\nFile not opened\n");
     run.numal = countpaths(pathsfile, line);
-    run.name_pathsfile = getpath(run.filename).name_file;
   } else {
     checkformat(line, run);
     run.tog_sb = 0;
@@ -57,7 +50,7 @@ void checkfiletype(RunState& run) {
   }
 }
 
-void checkformat(const std::string& line, RunState& run) {
+void checkformat(const std::string& line, InputState& run) {
   if (!line.starts_with('>')) errfunc("\nSequence not in NBRF/PIR or FASTA format\n");
   if (line.size() < 4 || line[3] != ';') {
     run.fileformat = fasta;

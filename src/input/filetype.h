@@ -2,17 +2,17 @@
 #pragma once
 #include <string>
 
-#include "driver/run_state.h"
 #include "input/input_file.h"
+#include "input/input_state.h"
 
-/// Find out what `run.filename` is and set the input's part of the run state. A paths file is known by its first
-/// non-empty line, which names a file that can be opened. Choosing one switches the concatenations off.
+/// Find out what `run.filename` is. A paths file is known by its first non-empty line, which names a file that can be
+/// opened.
 /// A file that cannot be opened is reported, and `filename` is empty afterwards. Fails through errfunc() when the
 /// alignment, or the first alignment of a paths file, is in neither format.
-void checkfiletype(RunState& run);
+void checkfiletype(InputState& run);
 
 /// Decide format and type of sequence by the first non-empty line of an alignment, or fail through errfunc().
-void checkformat(const std::string& line, RunState& run);
+void checkformat(const std::string& line, InputState& run);
 
 /// Read the next path of a paths file; empty lines do not count. Returns false, with `path` as it was, at the end.
 bool readpath(InputFile& pathsfile, std::string& path);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 
 namespace {
 constexpr std::size_t blocksize = 65536;  // stays in the second cache while it is copied to its place

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 #include "input/alignment.h"
 #include "input/input_file.h"
 
@@ -48,6 +48,7 @@ constexpr Format fastaformat = {
 
 /// Append a stretch of sequence text: everything but line ends and blanks is a letter, and '.' is a gap.
 void appendletters(std::vector<char>& letters, const char* first, const char* last) {
+  if (first == last) return;
   const std::size_t before = letters.size();
   while (first < last) {
     const void* newline = std::memchr(first, '\n', static_cast<std::size_t>(last - first));
@@ -64,19 +65,15 @@ void appendletters(std::vector<char>& letters, const char* first, const char* la
 }
 
 Alignment readrecords(const std::string& path, const Format& format) {
-  InputFile file(path);
+  InputFile file = allocating("let", [&] { return InputFile(path); });
   if (!file) errfunc("\nFile not opened\n");
   Alignment ali;
-  std::vector<char> letters = allocating("let", [&] {
-    std::vector<char> empty;
-    empty.reserve(file.size() + 1);  // memory that no letter ever touches costs nothing
-    empty.push_back(0);
-    return empty;
-  });
-  std::size_t length = 0;  // of the first sequence, and so of all
+  std::vector<char> letters;
+  allocating("let\n1", [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing
+  std::size_t length = 0;                                       // of the first sequence, and so of all
   std::string line;
   while (!file.ended()) {
-    file.readline(line);
+    allocating("name", [&] { file.readline(line); });
     if (file.ended()) break;  // a name line that is not a whole line adds no sequence
     if (format.skipped(line)) continue;
     if (line.size() > longestname) errfunc("\nSequence name too long\n");
@@ -84,12 +81,11 @@ Alignment readrecords(const std::string& path, const Format& format) {
       if (ali.name.size() == most) throw std::bad_alloc();
       ali.name.append(format.takename(line));
     });
-    if (format.described) file.readline(line);
-
     const int n = ali.name.size();
     const std::size_t before = letters.size();
     bool whole = false;
     try {
+      if (format.described) file.readline(line);
       whole = file.readuntil(format.terminator, [&](const char* first, const char* last) {
         appendletters(letters, first, last);
         if (letters.size() - before > most) throw std::bad_alloc();
@@ -146,7 +142,7 @@ Alignment load_fasta(const std::string& path) {
   return readrecords(path, fastaformat);
 }
 
-Alignment load(const RunState& run) {
+Alignment load(const InputState& run) {
   Alignment ali;
   if (run.fileformat == pir) ali = load_pir(run.fichero1);
   if (run.fileformat == fasta) ali = load_fasta(run.fichero1);

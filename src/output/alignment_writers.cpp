@@ -9,7 +9,7 @@
 namespace {
 
 void savestretches(const std::string& path, const Alignment& ali, const std::vector<Stretch>& stretches,
-                   const RunState& run) {
+                   const OutputState& run) {
   OutputFile out(path);
   for (int i = 1; i <= ali.numseq; ++i) {
     writerecord(out, run, ali.name[i], [&](Body& body) { addstretches(body, ali.let[i], stretches); });
@@ -18,14 +18,14 @@ void savestretches(const std::string& path, const Alignment& ali, const std::vec
 
 }  // namespace
 
-void saveseq(const Alignment& ali, const SelectedBlocks& blocks, const RunState& run) {
+void saveseq(const Alignment& ali, const SelectedBlocks& blocks, const OutputState& run) {
   savestretches(run.fichero1 + run.exten, ali, blocks.newpos, run);
 }
 
-void savencb(const Alignment& ali, const SelectedBlocks& blocks, const RunState& run) {
+void savencb(const Alignment& ali, const SelectedBlocks& blocks, const OutputState& run) {
   savestretches(run.fichero1 + run.exten + "Comp", ali, complement(blocks.newpos, ali.nupo), run);
 }
 
-void save_ung(const Alignment& ali, const Ungapped& ungapped, const RunState& run) {
+void save_ung(const Alignment& ali, const Ungapped& ungapped, const OutputState& run) {
   savestretches(run.fichero1 + "--", ali, ungapped.newlet, run);
 }

@@ -6,7 +6,8 @@
 #include <cstring>
 #include <exception>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
+#include "ground/speaker.h"
 
 int OutputFile::incomplete_ = 0;
 
@@ -14,9 +15,10 @@ OutputFile::OutputFile(const std::string& path)
     : path_(path),
       buffer_(new char[buffersize]),  // not filled: it is overwritten
       file_(std::fopen(path.c_str(), "w")),
-      next_(buffer_.get()) {
+      next_(buffer_.get()),
+      exceptions_(std::uncaught_exceptions()) {
   if (file_ == nullptr) {
-    std::fprintf(stderr, "trimora: %s could not be opened for writing: %s\n", path.c_str(), std::strerror(errno));
+    std::fprintf(stderr, "%s: %s could not be opened for writing: %s\n", speaker, path.c_str(), std::strerror(errno));
     errfunc("\nFile not opened\n");
   }
   std::setvbuf(file_, nullptr, _IONBF, 0);  // the buffer is ours
@@ -24,10 +26,11 @@ OutputFile::OutputFile(const std::string& path)
 
 OutputFile::~OutputFile() {
   flush();
-  if (std::fclose(file_) != 0 && error_ == 0) error_ = errno;  // some file systems tell only now
+  errno = 0;
+  if (std::fclose(file_) != 0) failed();  // some file systems tell only now
   if (error_ != 0) {
     nameincomplete(path_.c_str(), std::strerror(error_));
-  } else if (std::uncaught_exceptions() != 0) {
+  } else if (std::uncaught_exceptions() > exceptions_) {
     nameincomplete(path_.c_str(), "the run ended early");
   }
 }
@@ -40,7 +43,7 @@ void OutputFile::flushstandardoutput() {
 
 void OutputFile::nameincomplete(const char* file, const char* reason) {
   ++incomplete_;
-  std::fprintf(stderr, "trimora: %s could not be written completely: %s\n", file, reason);
+  std::fprintf(stderr, "%s: %s could not be written completely: %s\n", speaker, file, reason);
 }
 
 void OutputFile::putpieces(std::string_view text) {
@@ -62,6 +65,11 @@ void OutputFile::print(const char* format, ...) {
 
 void OutputFile::flush() {
   const auto count = static_cast<std::size_t>(next_ - buffer_.get());
-  if (std::fwrite(buffer_.get(), 1, count, file_) != count && error_ == 0) error_ = errno;
+  errno = 0;
+  if (std::fwrite(buffer_.get(), 1, count, file_) != count) failed();
   next_ = buffer_.get();
+}
+
+void OutputFile::failed() {
+  if (error_ == 0) error_ = errno != 0 ? errno : EIO;  // too few bytes are too few, whatever the system says
 }

@@ -1,6 +1,7 @@
 // A file being written, through one large buffer.
 #pragma once
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdio>
 #include <memory>
@@ -32,6 +33,7 @@ class OutputFile {
 
   /// Room for `count` bytes (at most `mostroom`), to be filled from the returned place on and taken by filled().
   char* room(std::size_t count) {
+    assert(count <= mostroom);
     if (static_cast<std::size_t>(buffer_.get() + buffersize - next_) < count) flush();
     return next_;
   }
@@ -47,6 +49,7 @@ class OutputFile {
  private:
   void putpieces(std::string_view text);
   void flush();
+  void failed();  // takes the reason from errno
 
   // Large: the fewer and longer the writes, the less each page costs the system.
   static constexpr std::size_t buffersize = 524288;
@@ -56,6 +59,7 @@ class OutputFile {
   std::string path_;
   std::unique_ptr<char[]> buffer_;
   std::FILE* file_;
-  char* next_;     // where the next byte goes
-  int error_ = 0;  // errno of the first write that failed
+  char* next_;      // where the next byte goes
+  int error_ = 0;   // errno of the first write that failed
+  int exceptions_;  // under way when the file was opened: one more at its end says that the run ended early
 };

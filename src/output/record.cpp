@@ -7,7 +7,7 @@ namespace {
 constexpr int group = 10;
 }  // namespace
 
-const char* pirprefix(const RunState& run) {
+const char* pirprefix(const InputState& run) {
   return run.seq_type == 'P' ? ">P1;" : ">DL;";
 }
 

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "driver/run_state.h"
 #include "input/alignment.h"
+#include "input/input_state.h"
 #include "output/output_file.h"
 
 /// The start of a NBRF/PIR name line, by the type of sequence.
-const char* pirprefix(const RunState& run);
+const char* pirprefix(const InputState& run);
 
 /// A record body, written stretch by stretch: groups and lines run on from one to the next.
 class Body {
@@ -36,7 +36,7 @@ void addstretches(Body& body, const Row& row, const std::vector<Stretch>& stretc
 
 /// Write one record in the format of the input. `addbody` is called with the Body to fill.
 template <typename AddBody>
-void writerecord(OutputFile& out, const RunState& run, const std::string& name, AddBody addbody) {
+void writerecord(OutputFile& out, const InputState& run, const std::string& name, AddBody addbody) {
   out.put(run.fileformat == pir ? pirprefix(run) : ">");
   out.put(name);
   if (run.fileformat == pir) out.put(" \n");  // stands for the description line

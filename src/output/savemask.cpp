@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <string>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
+#include "input/letters.h"
 #include "output/output_file.h"
 #include "output/record.h"
+#include "selection/reduced_views.h"
 
-void savemask(const Alignment& ali, const PositionScores& scores, const Table<char>& lettrimora, const RunState& run) {
+void savemask(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+              const OutputState& run) {
   OutputFile out(run.fichero1 + run.exten + "Mask");
   // The description line of every record is empty.
   const auto record = [&](const char* prefix, const std::string& name, const char* letters) {
@@ -28,5 +31,5 @@ void savemask(const Alignment& ali, const PositionScores& scores, const Table<ch
                    [](char c, char residue) { return capital(c) == residue ? '@' : '?'; });
     record(pirprefix(run), withoutlineend(ali.name[i]) + "#Mask\n", mask.data());
   }
-  record(">P1;", "Trimora\n", &lettrimora[1]);
+  record(">P1;", "Trimora\n", &makelettrimora(blocks, ali.nupo)[1]);
 }

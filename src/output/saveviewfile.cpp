@@ -8,16 +8,15 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/errfunc.h"
-#include "driver/version.h"
-#include "input/path.h"
+#include "ground/errfunc.h"
+#include "ground/path.h"
+#include "ground/version.h"
+#include "input/letters.h"
 #include "output/output_file.h"
+#include "selection/reduced_views.h"
 
 namespace {
 
-constexpr int html = 1;
-constexpr int text = 2;
-constexpr int shorttext = 3;
 constexpr std::size_t namewidth = 15;
 constexpr int ahead = 12;  // sequences between the one that is written and the one that is asked for
 
@@ -35,7 +34,7 @@ const char* sequencetype(char seq_type) {
 }
 
 void headhtml(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
-              const RunState& run) {
+              const OutputState& run) {
   out.put("<html>\n<head>\n<meta http-equiv=content-type content=text/html;charset=ISO-8859-1>\n");
   out.print("<title>%s</title>\n", name_file.c_str());
   out.put("<style media=screen type=text/css><!--\n");
@@ -61,12 +60,12 @@ void headhtml(OutputFile& out, const Alignment& ali, const SelectedBlocks& block
 }
 
 void headtext(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
-              const RunState& run) {
+              const OutputState& run) {
   out.print("Trimora %s Results\n\n\n", version);
   out.print("Processed file: %s", name_file.c_str());
   out.print("\nNumber of sequences: %i", ali.numseq);
   out.print("\nAlignment assumed to be: %s", sequencetype(run.seq_type));
-  if (run.tog_viewfile == text) {
+  if (run.tog_viewfile == textreport) {
     out.print("\nNew number of positions: %i (selected positions are underlined in blue)\n\n\n", blocks.nupo3);
   }
 }
@@ -87,22 +86,28 @@ Cells makecells() {
     plain.bytes[0] = c;
     plain.length = 1;
     Cell& spanned = cells[1][static_cast<std::size_t>(letter)];
-    constexpr char span[] = "<span class=?1>?</span>";
-    std::memcpy(spanned.bytes, span, sizeof span);
-    spanned.bytes[12] = spanned.bytes[15] = c;
-    spanned.length = sizeof span - 1;
+    const std::string span = std::string("<span class=") + c + "1>" + c + "</span>";
+    spanned.length = static_cast<int>(span.copy(spanned.bytes, sizeof spanned.bytes));
   }
   return cells;
+}
+
+/// Ask early for the end of a row to come, since the rows lie far apart in memory; its beginning is still in the cache, from
+/// the row of the display above.
+void prefetch([[maybe_unused]] const char* place) {
+#if defined(__GNUC__)
+  __builtin_prefetch(place);
+#endif
 }
 
 /// The display: rows of breakcount positions, each with its rulers, all sequences, and the line that marks what is
 /// selected.
 class Display {
  public:
-  Display(const Alignment& ali, const PositionScores& scores, const Table<char>& lettrimora, const RunState& run)
+  Display(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks, const OutputState& run)
       : ali_(ali),
-        lettrimora_(lettrimora),
-        coloured_(run.tog_viewfile == html),
+        lettrimora_(makelettrimora(blocks, ali.nupo)),
+        coloured_(run.tog_viewfile == htmlreport),
         breakcount_(run.breakcount),
         residues_(coloured_ ? conservedresidues(scores, run) : Table<char>()),
         newname_(displaynames(ali)) {}
@@ -111,9 +116,7 @@ class Display {
     for (int first = 1; first <= ali_.nupo; first = last(first) + 1) {
       rulers(out, first);
       for (int i = 1; i <= ali_.numseq; ++i) {
-        // The rows lie far apart in memory: ask early for the end of one to come. Its beginning is still in the cache,
-        // from the row of the display above.
-        __builtin_prefetch(ali_.let[std::min(i + ahead, ali_.numseq)].from(last(first)));
+        prefetch(ali_.let[std::min(i + ahead, ali_.numseq)].from(last(first)));
         out.put({newname_[i].data(), sizeof(Name)});
         if (coloured_) {
           colouredletters(out, ali_.let[i], first);
@@ -176,24 +179,24 @@ class Display {
   }
 
   const Alignment& ali_;
-  const Table<char>& lettrimora_;
+  Table<char> lettrimora_;
   bool coloured_;
   int breakcount_;
   Table<char> residues_;
   Table<Name> newname_;
 };
 
-void parameters(OutputFile& out, const RunState& run) {
-  out.put(run.tog_viewfile == html ? "\n</pre>\n<pre>\n\n\n<br><b>Parameters used</b>" : "\n\nParameters used");
+void parameters(OutputFile& out, const OutputState& run) {
+  out.put(run.tog_viewfile == htmlreport ? "\n</pre>\n<pre>\n\n\n<br><b>Parameters used</b>" : "\n\nParameters used");
   out.print("\nMinimum Number Of Sequences For A Conserved Position: %i", run.negval);
   out.print("\nMinimum Number Of Sequences For A Flanking Position: %i", run.flankval);
   out.print("\nMaximum Number Of Contiguous Nonconserved Positions: %i", run.negblen);
-  if (run.tog_viewfile == shorttext) out.print("\nMinimum Length Of An Initial Block: %i", run.posblen);
+  if (run.tog_viewfile == shortreport) out.print("\nMinimum Length Of An Initial Block: %i", run.posblen);
   out.print("\nMinimum Length Of A Block: %i", run.posblen2);
   switch (run.tog_gaps) {
-    case 1: out.put("\nAllowed Gap Positions: None"); break;
-    case 2: out.put("\nAllowed Gap Positions: With Half"); break;
-    case 3: out.put("\nAllowed Gap Positions: All"); break;
+    case nogaps: out.put("\nAllowed Gap Positions: None"); break;
+    case withhalf: out.put("\nAllowed Gap Positions: With Half"); break;
+    case allgaps: out.put("\nAllowed Gap Positions: All"); break;
   }
   if (run.seq_type == 'P') out.print("\nUse Similarity Matrices: %s", run.tog_sim == 1 ? "Yes" : "No");
 }
@@ -206,14 +209,14 @@ void flanks(OutputFile& out, const char* label, const std::vector<Stretch>& bloc
 }  // namespace
 
 void saveviewfile(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
-                  const Table<char>& lettrimora, const RunState& run) {
+                  const OutputState& run) {
   constexpr const char* extensions[] = {"", ".htm", ".txt", ".txts"};
-  const bool marked = run.tog_viewfile == html;
+  const bool marked = run.tog_viewfile == htmlreport;
   const std::string name_file = getpath(run.fichero1).name_file;
   OutputFile out(run.fichero1 + run.exten + extensions[static_cast<unsigned char>(run.tog_viewfile)]);
 
   (marked ? headhtml : headtext)(out, ali, blocks, name_file, run);
-  if (run.tog_viewfile != shorttext) Display(ali, scores, lettrimora, run).write(out);
+  if (run.tog_viewfile != shortreport) Display(ali, scores, blocks, run).write(out);
   parameters(out, run);
 
   const int count = static_cast<int>(blocks.newpos.size());
@@ -221,7 +224,7 @@ void saveviewfile(const Alignment& ali, const PositionScores& scores, const Sele
                    : "\n\nFlank positions of the %i selected block(s)\n",
             count);
   flanks(out, "Flanks: ", blocks.newpos);
-  if (run.tog_viewfile == shorttext && count > 0) {
+  if (run.tog_viewfile == shortreport && count > 0) {
     out.print("\n\nFlank positions of the %i selected block(s) with respect to the first sequence of the alignment:\n",
               count);
     flanks(out, "Flanks_1: ", blocks.newposseq);

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 
 namespace {
 
-bool flank(const PositionScores& scores, int p, const RunState& run) {
+bool flank(const PositionScores& scores, int p, const SelectionState& run) {
   return scores.val[p] >= static_cast<float>(run.flankval);  // single precision on both sides, on purpose
 }
 
@@ -16,7 +16,7 @@ bool gapposition(const PositionScores& scores, int p) {
 
 /// Walk right from `start` until negblen + 1 nonconserved positions stand in a row.
 /// Returns the position that completes such a run, or nupo + 1 when there is none.
-int runstop(const PositionScores& scores, int start, int nupo, const RunState& run) {
+int runstop(const PositionScores& scores, int start, int nupo, const SelectionState& run) {
   int nonconserved = 0;  // length of the run that ends at p
   for (int p = start + 1; p <= nupo; ++p) {
     nonconserved = conserved(scores, p, run) ? 0 : nonconserved + 1;
@@ -27,22 +27,23 @@ int runstop(const PositionScores& scores, int start, int nupo, const RunState& r
 
 /// The initial blocks: they begin and end at flanks, hold no long run of nonconserved positions, and are at least
 /// posblen long.
-std::vector<Stretch> initialblocks(const PositionScores& scores, int nupo, const RunState& run) {
+std::vector<Stretch> initialblocks(const PositionScores& scores, int nupo, const SelectionState& run) {
   std::vector<Stretch> pos;
-  for (int start = 1; start < nupo; ++start) {  // the last position never starts a block, on purpose
+  for (int start = 1; start < nupo; ++start) {  // no block has less than two positions
     if (!flank(scores, start, run)) continue;
     const int stop = runstop(scores, start, nupo, run);
     int end = stop - 1;
     while (!flank(scores, end, run)) --end;  // at the latest the start itself
     if (const Stretch block{start, end}; block.length() >= run.posblen) pos.push_back(block);
-    start = stop;  // the position that completed the run is not looked at again
+    start = stop;  // which is nonconserved, so no flank
   }
   return pos;
 }
 
 /// Cut the gap positions out of the initial blocks. The parts end at conserved positions, flanks or not, and are kept
 /// when they are at least posblen2 long.
-std::vector<Stretch> cleangaps(const std::vector<Stretch>& pos, const PositionScores& scores, const RunState& run) {
+std::vector<Stretch> cleangaps(const std::vector<Stretch>& pos, const PositionScores& scores,
+                               const SelectionState& run) {
   std::vector<Stretch> newpos;
   for (const Stretch& block : pos) {
     Stretch part{block.first, block.last};
@@ -87,7 +88,7 @@ std::vector<Stretch> onfirstsequence(const std::vector<Stretch>& newpos, const A
 
 }  // namespace
 
-SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const RunState& run) {
+SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const SelectionState& run) {
   const std::vector<Stretch> pos = allocating("pos", [&] { return initialblocks(scores, ali.nupo, run); });
   SelectedBlocks blocks;
   blocks.newpos = allocating("newpos 1", [&] { return cleangaps(pos, scores, run); });

@@ -4,9 +4,9 @@
 #pragma once
 #include <vector>
 
-#include "driver/run_state.h"  // posblen b0, negval b1, flankval b2, negblen b3, posblen2 b4
 #include "input/alignment.h"
 #include "selection/scores.h"
+#include "selection/selection_state.h"  // posblen b0, negval b1, flankval b2, negblen b3, posblen2 b4
 
 /// The blocks of one alignment. getpos() makes it; every later step only reads it.
 struct SelectedBlocks {
@@ -20,4 +20,4 @@ struct SelectedBlocks {
 /// Needs    scores made by assignval() from this same alignment.
 /// Returns  the blocks, owned by the caller; none when no position reaches flankval.
 /// Fails    only when memory runs out, through errfunc().
-SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const RunState& run);
+SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const SelectionState& run);

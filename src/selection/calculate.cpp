@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "batch/concatenation.h"
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 #include "input/filetype.h"
 #include "input/input_file.h"
 #include "output/alignment_writers.h"
@@ -18,14 +18,12 @@
 namespace {
 
 /// From the loaded alignment to its files and its place in the concatenations.
-void process(const Alignment& ali, const RunState& run, Concatenations& all) {
+void process(const Alignment& ali, const BatchState& run, Concatenations& all) {
   std::puts(run.fichero1.c_str());
   const PositionScores scores = assignval(ali, run);
   const SelectedBlocks blocks = getpos(scores, ali, run);
   const bool needsungapped = run.tog_ungappedfile == 1 || concatenatesungapped(run);
   const Ungapped ungapped = needsungapped ? ungap(ali) : Ungapped{};
-  const bool needsmap = run.tog_viewfile == 1 || run.tog_viewfile == 2 || run.tog_maskfile == 1;
-  const Table<char> lettrimora = needsmap ? makelettrimora(blocks, ali.nupo) : Table<char>();
 
   std::printf("Original alignment: %i positions\n", ali.nupo);
   if (needsungapped) std::printf("Ungapped alignment: %i positions\n", ungapped.nupoung);
@@ -33,8 +31,8 @@ void process(const Alignment& ali, const RunState& run, Concatenations& all) {
               static_cast<int>(blocks.newpos.size()));
 
   if (run.tog_seqfile == 1) saveseq(ali, blocks, run);
-  if (run.tog_viewfile > 0) saveviewfile(ali, scores, blocks, lettrimora, run);
-  if (run.tog_maskfile == 1) savemask(ali, scores, lettrimora, run);
+  if (run.tog_viewfile != noreport) saveviewfile(ali, scores, blocks, run);
+  if (run.tog_maskfile == 1) savemask(ali, scores, blocks, run);
   if (run.tog_psfile == 1) saveps(blocks, ali.nupo, run);
   if (run.tog_ncbfile == 1) savencb(ali, blocks, run);
   if (run.tog_ungappedfile == 1) save_ung(ali, ungapped, run);
@@ -46,6 +44,11 @@ void process(const Alignment& ali, const RunState& run, Concatenations& all) {
 std::optional<Alignment> openfile(RunState& run) {
   checkfiletype(run);
   if (run.filename.empty()) return std::nullopt;
+  if (run.tog_sb == 1) {  // what is chosen for a batch is chosen anew for each
+    run.tog_allfile = run.tog_allfile_init = run.tog_allungfile = 0;
+    run.tog_sub = 0;
+    run.warn = 1;
+  }
   Alignment ali = load(run);
   run.numseq = ali.numseq;
   std::printf("\n%i sequences and %i positions in the first alignment file:\n%s", ali.numseq, ali.nupo,
@@ -55,7 +58,7 @@ std::optional<Alignment> openfile(RunState& run) {
   return ali;
 }
 
-int calculate(RunState& run, std::optional<Alignment> loaded, const Look& look) {
+int calculate(BatchState& run, std::optional<Alignment> loaded, const Look& look) {
   const bool batch = run.tog_sb == 1;
   std::optional<InputFile> pathsfile;
   if (batch && !pathsfile.emplace(run.filename)) errfunc("\nFile not opened\n");

@@ -6,7 +6,8 @@
 #include "driver/run_state.h"
 #include "input/alignment.h"
 
-/// Recognise and load `run.filename`, say what was found, and derive b1 and b2 from it.
+/// Recognise and load `run.filename`, say what was found, and derive b1 and b2 from it. A paths file switches the
+/// concatenations off.
 /// Returns  the alignment, or the first one of a paths file; nothing, with `filename` empty, if it cannot be opened.
 std::optional<Alignment> openfile(RunState& run);
 
@@ -15,5 +16,5 @@ std::optional<Alignment> openfile(RunState& run);
 /// In a batch the run leaves in `run` the path of the last alignment and, as long as they are not fixed, its b1 and b2.
 /// `look` is called with each alignment when it has been loaded.
 /// Returns  the number of alignments processed.
-using Look = std::function<void(const Alignment&, const RunState&)>;
-int calculate(RunState& run, std::optional<Alignment> loaded, const Look& look = nullptr);
+using Look = std::function<void(const Alignment&, const BatchState&)>;
+int calculate(BatchState& run, std::optional<Alignment> loaded, const Look& look = nullptr);

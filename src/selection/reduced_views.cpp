@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 
 Table<char> makelettrimora(const SelectedBlocks& blocks, int nupo) {
   return allocating("lettrimora", [&] {

@@ -2,8 +2,8 @@
 #pragma once
 #include <vector>
 
+#include "ground/table.h"
 #include "input/alignment.h"
-#include "input/table.h"
 #include "selection/blocks.h"
 
 /// The map of the selected positions: [1..nupo] '#' inside a block, '.' outside.

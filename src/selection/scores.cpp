@@ -7,7 +7,8 @@
 #include <memory>
 #include <string_view>
 
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
+#include "input/letters.h"
 #include "selection/similarity_matrix.h"
 
 // One source, several instruction sets: the compiler makes a version of the function for each and the loader picks one.
@@ -90,10 +91,10 @@ void counttile(const Alignment& ali, int start, int width, std::string_view alph
 }
 
 /// The most gaps that a position may hold to be scored.
-std::int32_t mostgaps(const Alignment& ali, const RunState& run) {
+std::int32_t mostgaps(const Alignment& ali, const SelectionState& run) {
   switch (run.tog_gaps) {
-    case 1: return 0;
-    case 2: return run.initnegval - 1;
+    case nogaps: return 0;
+    case withhalf: return run.initnegval - 1;
     default: return ali.numseq;
   }
 }
@@ -145,7 +146,7 @@ void assingval_similarity(const Counts& counts, int initnegval, int width, TileS
 
 }  // namespace
 
-PositionScores assignval(const Alignment& ali, const RunState& run) {
+PositionScores assignval(const Alignment& ali, const SelectionState& run) {
   const bool protein = run.seq_type == 'P';
   const std::string_view alphabet = protein ? proteins : nucleotides;
   PositionScores scores;
@@ -166,7 +167,7 @@ PositionScores assignval(const Alignment& ali, const RunState& run) {
   return scores;
 }
 
-Table<char> conservedresidues(const PositionScores& scores, const RunState& run) {
+Table<char> conservedresidues(const PositionScores& scores, const SelectionState& run) {
   Table<char> residues = allocating("val_aa", [&] { return Table<char>(scores.val.size(), nocapital); });
   for (int p = 1; p <= scores.val.size(); ++p) {
     if (conserved(scores, p, run)) residues[p] = scores.val_aa[p];

@@ -3,9 +3,9 @@
 //           scored: the position's gaps are allowed (b5)
 //           gap position: score 0, be it for its gaps or because no residue of the alphabet stands there
 #pragma once
-#include "driver/run_state.h"  // seq_type, negval b1, tog_gaps b5, tog_sim b6, initnegval
+#include "ground/table.h"
 #include "input/alignment.h"
-#include "input/table.h"
+#include "selection/selection_state.h"  // seq_type, negval b1, tog_gaps b5, tog_sim b6, initnegval
 
 /// The scores of one alignment. assignval() makes them; every later step only reads them.
 struct PositionScores {
@@ -16,19 +16,14 @@ struct PositionScores {
 /// Score every position of `ali`. Letters count in either case; what is not in the alphabet counts nowhere.
 /// Returns  the scores, owned by the caller.
 /// Fails    only when memory runs out, through errfunc().
-PositionScores assignval(const Alignment& ali, const RunState& run);
+PositionScores assignval(const Alignment& ali, const SelectionState& run);
 
 /// Conserved: at least b1 sequences carry the residue.
-inline bool conserved(const PositionScores& scores, int p, const RunState& run) {
+inline bool conserved(const PositionScores& scores, int p, const SelectionState& run) {
   return scores.val[p] >= static_cast<float>(run.negval);  // single precision on both sides, on purpose
 }
 
 /// For each position the residue that the report colours and the mask marks in every sequence that carries it: the most
 /// frequent one where the position is conserved, elsewhere `nocapital`, which no capital equals.
 inline constexpr char nocapital = 'a';
-Table<char> conservedresidues(const PositionScores& scores, const RunState& run);
-
-/// The capital of an ASCII letter; any other byte as it is. The same in every locale.
-constexpr char capital(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
+Table<char> conservedresidues(const PositionScores& scores, const SelectionState& run);

@@ -73,9 +73,10 @@ TEST_F(Allocation, EachFailureEndsTheRunWithTheNameOfItsBuffer) {
       buffers.insert(words.substr(26, words.find("\n\n") - 26));
     }
   }
-  EXPECT_EQ(buffers, (std::set<std::string>{"", " in bb", " in let", " in letall", " in letall_init", " in lettrimora",
-                                            " in name", " in newlet", " in newletall", " in newname", " in newpos 1",
-                                            " in newposseq 5", " in mask", " in pos", " in val", " in val_aa"}));
+  EXPECT_EQ(buffers,
+            (std::set<std::string>{"", " in bb", " in let", " in let\n1", " in letall", " in letall_init",
+                                   " in lettrimora", " in name", " in newlet", " in newletall", " in newname",
+                                   " in newpos 1", " in newposseq 5", " in mask", " in pos", " in val", " in val_aa"}));
 }
 
 }  // namespace

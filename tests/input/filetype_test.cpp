@@ -1,5 +1,7 @@
 #include "input/filetype.h"
 
+#include "driver/run_state.h"
+#include "selection/calculate.h"
 #include "support.h"
 
 namespace {
@@ -14,7 +16,7 @@ std::string chosen(const std::string& text) {
   run.tog_allfile = run.tog_allfile_init = run.tog_allungfile = 1;
   run.tog_sub = 1;
   run.warn = 0;
-  EXPECT_EQ(printedby([&] { checkfiletype(run); }), "");
+  printedby([&] { openfile(run); });  // which ends behind the file type: there are too few sequences
   std::string state = run.fichero1 + (run.fileformat == pir ? " pir " : " fasta ") + run.seq_type;
   if (run.tog_sb == 1) state += " batch of " + std::to_string(run.numal);
   if (run.tog_allfile == 1 && run.tog_allfile_init == 1 && run.tog_allungfile == 1) state += " concatenating";

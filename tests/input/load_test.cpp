@@ -9,7 +9,7 @@ using Load = FolderTest;
 std::string outcome() {
   std::string rows;
   std::string message = printedby([&] {
-    RunState run;
+    InputState run;
     run.filename = "f";
     checkfiletype(run);
     const Alignment ali = load(run);

@@ -25,7 +25,7 @@ TEST_F(Output, RecordInGroupsAndLines) {
     std::string letters = body;
     std::erase_if(letters, [](char c) { return std::isdigit(c) == 0; });
     const Alignment ali = alignment({letters});
-    RunState run;
+    InputState run;
     run.fileformat = fasta;
     for (int cut = 0; cut <= ali.nupo; ++cut) {
       {

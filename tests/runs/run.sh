@@ -3,7 +3,8 @@
 #
 # RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `input/` (files
 # beside the examples) and `expected/`: `stdout` and every file that the run writes, with @VERSION@ for the version. For
-# trimora-run also `status` and `notes` (standard error, when there is any; trimora writes only its own lines of it).
+# trimora-run also `status` and `notes` (standard error, when there is any; lines that begin with `trimora: ` are said by both,
+# each under its own name).
 # The program runs in a fresh copy of the input. Afterwards that folder must hold the input as it was, what is expected
 # and nothing else. What differs is shown as a patch. trimora ends with status 1 at every end.
 set -eu
@@ -23,10 +24,10 @@ if [ -f "$run/script" ]; then script=$run/script; fi
 notes=/dev/null
 if [ -f "$run/notes" ]; then notes=$run/notes; fi
 case $program in
-*-run) status=$(cat "$run/status") lines= ;;
-*) status=1 lines="trimora: " ;;
+*-run) status=$(cat "$run/status") said='s/^trimora: /trimora-run: /p; t; p' ;;
+*) status=1 said='/^trimora: /p' ;;
 esac
-grep "^$lines" "$notes" >"$scratch/notes" || true
+sed -n "$said" "$notes" >"$scratch/notes"
 
 cd "$scratch/found"
 eval "set -- $(cat "$run/arguments")"

@@ -10,7 +10,7 @@ namespace {
 // b1 is 6 and b2 is 8. Columns: F flank and c conserved, each just so; C all but a flank and n all but conserved;
 // - gap position.
 SelectedBlocks select(int b0, int b3, int b4, char seq_type, const std::string& columns, const std::string& sequence) {
-  RunState run;
+  SelectionState run;
   run.negval = 6;
   run.flankval = 8;
   run.posblen = b0;

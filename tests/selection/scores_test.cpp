@@ -7,8 +7,8 @@
 
 namespace {
 
-RunState parameters(int numseq, char seq_type, int b5, int b6) {
-  RunState run;
+SelectionState parameters(int numseq, char seq_type, int b5, int b6) {
+  SelectionState run;
   run.numseq = numseq;
   derivedefaults(run);
   run.seq_type = seq_type;

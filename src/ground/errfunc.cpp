@@ -1,4 +1,4 @@
-#include "driver/errfunc.h"
+#include "ground/errfunc.h"
 
 #include <cstdarg>
 #include <cstdio>

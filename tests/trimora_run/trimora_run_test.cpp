@@ -2,8 +2,8 @@
 #include <iterator>
 #include <sstream>
 
-#include "driver/entry.h"
 #include "support.h"
+#include "trimora_run/trimora_run.h"
 
 namespace {
 
@@ -85,7 +85,7 @@ TEST_F(TrimoraRun, TellsIncompleteFiles) {
   testing::internal::CaptureStderr();
   printedby([&] { EXPECT_EQ(trimora_run(2, argv), 1); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "trimora: a.fas-tr could not be written completely: No space left on device\n");
+            "trimora-run: a.fas-tr could not be written completely: No space left on device\n");
   EXPECT_TRUE(fs::exists("a.fas-tr.htm"));
 }
 

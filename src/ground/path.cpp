@@ -1,4 +1,4 @@
-#include "input/path.h"
+#include "ground/path.h"
 
 SplitPath getpath(const std::string& path) {
   const std::size_t behind = path.rfind(separator) + 1;  // 0 when there is no separator

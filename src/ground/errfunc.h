@@ -3,14 +3,18 @@
 #include <new>
 #include <stdexcept>
 
-/// Thrown by errfunc() after it has printed, and by the menus when standard input ends; caught by wentthrough(), and on
-/// the way there by trimora-run, which says what file it was. Buffers and files are released on the way, and a test or a
-/// fuzzer can call any part without losing its process.
+/// The run has failed. Thrown by errfunc() after it has printed; caught by wentthrough(), and on the way there by
+/// trimora-run, which says what file it was. Buffers and files are released on the way, and a test or a fuzzer can call
+/// any part without losing its process.
 struct ExecutionTerminated {
   char message[200] = "";  // what errfunc() has printed; an array, since memory may have run out
 };
 
-/// End the run: print the message exactly as given (add "\n" where a whole line is meant), then the closing line.
+/// Standard input has ended where the menus wait for an answer: the run ends without another word.
+struct AnswersEnded {};
+
+/// End the run: print the message, of which there are 199 bytes at most (add "\n" where a whole line is meant), then the
+/// closing line.
 [[noreturn, gnu::format(printf, 1, 2)]] void errfunc(const char* format, ...);
 
 /// Run `step` and return its result; when memory runs out in it, end the run with the name of the buffer it was
@@ -36,6 +40,7 @@ bool wentthrough(Run run) {
       errfunc("\nMemory allocation failure\n");
     }
   } catch (const ExecutionTerminated&) {
-    return false;
+  } catch (const AnswersEnded&) {
   }
+  return false;
 }

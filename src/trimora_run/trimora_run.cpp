@@ -1,3 +1,5 @@
+#include "trimora_run/trimora_run.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdio>
@@ -8,17 +10,17 @@
 #include <utility>
 #include <vector>
 
-#include "driver/entry.h"
-#include "driver/errfunc.h"
-#include "driver/notes.h"
 #include "driver/options.h"
 #include "driver/run_state.h"
-#include "driver/version.h"
+#include "ground/errfunc.h"
+#include "ground/speaker.h"
+#include "ground/version.h"
 #include "input/alignment.h"
 #include "input/filetype.h"
 #include "input/input_file.h"
 #include "output/output_file.h"
 #include "selection/calculate.h"
+#include "trimora_run/notes.h"
 
 namespace {
 
@@ -61,7 +63,7 @@ int check(const std::vector<Answer>& answers, char* argv[]) {
   for (const Answer& answer : answers) {
     const char* argument = *argv++;
     if (answer.kind == Answer::ignored) return refuse(argument, " is not an option");
-    if (answer.kind == Answer::misspelled) return refuse(argument, " is not a whole number");
+    if (answer.kind == Answer::guessed) return refuse(argument, " is not a whole number");
     if (answer.kind == Answer::refused) return refuse(argument, " is refused:" + withoutnewline(answer.warning));
   }
   return done;
@@ -87,16 +89,17 @@ int run(int argc, char* argv[]) {
   RunState run;
   run.filename = argv[1];
   int processed = 0;
+  bool opened = true;
   try {
     std::optional<Alignment> loaded = openfile(run);
+    opened = loaded.has_value();
     const std::vector<Answer> answers = applyoptions(argc, argv, 2, run);
     if (loaded && check(answers, argv + 2) != done) return wrongusage;
     if (run.exten == "--" && run.tog_ungappedfile == 1) return refuse("-e=--", " and -u=y give two files one name");
     for (const Answer& answer : answers) std::printf("%s", answer.warning.c_str());
     processed = calculate(run, std::move(loaded), Notes());
   } catch (const ExecutionTerminated& end) {
-    blame(run.fichero1.empty() ? argv[1] : run.fichero1.c_str(),
-          run.filename.empty() ? "\nFile not opened\n" : end.message);
+    blame(run.fichero1.empty() ? argv[1] : run.fichero1.c_str(), opened ? end.message : "\nFile not opened\n");
     throw;
   }
   if (run.tog_sb == 0 || processed >= std::max(run.numal, listedpaths(run.filename))) return done;
@@ -110,6 +113,7 @@ int run(int argc, char* argv[]) {
 }  // namespace
 
 int trimora_run(int argc, char* argv[]) {
+  speaker = "trimora-run";
   const int incompletebefore = OutputFile::incomplete();
   int status = failed;
   const std::string_view first = argc > 1 ? argv[1] : "";

@@ -1,13 +1,12 @@
-#include "driver/notes.h"
+#include "trimora_run/notes.h"
 
 #include <algorithm>
 #include <bitset>
-#include <cctype>
 #include <cstdio>
 #include <string>
 #include <string_view>
 
-#include "selection/scores.h"
+#include "input/letters.h"
 
 namespace {
 
@@ -15,7 +14,7 @@ constexpr std::size_t telling = 20;  // letters: a protein of that length is not
 
 /// Neither a letter nor a gap nor the sign of an unknown residue.
 constexpr bool odd(char c) {
-  return (capital(c) < 'A' || capital(c) > 'Z') && c != '-' && c != '?';
+  return !isletter(c) && c != '-' && c != '?';
 }
 
 /// The odd characters of the alignment, each once, with a blank in front.
@@ -32,7 +31,7 @@ std::string oddcharacters(const Alignment& ali) {
   for (int c = 0; c < 256; ++c) {
     if (!found[static_cast<std::size_t>(c)] || !odd(static_cast<char>(c))) continue;
     char code[8];
-    std::snprintf(code, sizeof code, std::isgraph(c) != 0 ? " %c" : " \\x%02x", static_cast<unsigned>(c));
+    std::snprintf(code, sizeof code, c > ' ' && c < 127 ? " %c" : " \\x%02x", static_cast<unsigned>(c));
     list += code;
   }
   return list;
@@ -51,14 +50,14 @@ std::string firstletters(const Alignment& ali) {
   std::string letters;
   for (int p = 1; p <= ali.nupo; ++p) {
     const char c = capital(ali.let[1][p]);
-    if (c >= 'A' && c <= 'Z') letters += c;
+    if (isletter(c)) letters += c;
   }
   return letters;
 }
 
 }  // namespace
 
-void Notes::operator()(const Alignment& ali, const RunState& run) {
+void Notes::operator()(const Alignment& ali, const BatchState& run) {
   const auto note = [&](const std::string& words) {
     std::fprintf(stderr, "trimora-run: %s: %s\n", run.fichero1.c_str(), words.c_str());
   };
