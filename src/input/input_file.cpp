@@ -9,7 +9,7 @@ constexpr std::size_t blocksize = 65536;  // stays in the second cache while it 
 constexpr std::size_t linelength = 189;
 }  // namespace
 
-InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "r")) {
+InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb")) {
   if (!file_) return;
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
   block_.reset(new char[blocksize]);              // not filled: it is overwritten

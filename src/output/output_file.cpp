@@ -14,7 +14,7 @@ int OutputFile::incomplete_ = 0;
 OutputFile::OutputFile(const std::string& path)
     : path_(path),
       buffer_(new char[buffersize]),  // not filled: it is overwritten
-      file_(std::fopen(path.c_str(), "w")),
+      file_(std::fopen(path.c_str(), "wb")),
       next_(buffer_.get()),
       exceptions_(std::uncaught_exceptions()) {
   if (file_ == nullptr) {
