@@ -180,7 +180,8 @@ inline void checkfile(const std::string& path, const Table<std::string>& name, c
   const bool read = wentthrough([&] {
     checkfiletype(again);
     // As it stands there: load() would drop positions, and refuse an empty selection.
-    const Alignment ali = again.fileformat == pir ? load_pir(path) : load_fasta(path);
+    InputFile file(path);
+    const Alignment ali = again.fileformat == pir ? load_pir(file) : load_fasta(file);
     must(ali.numseq == name.size() && rowsof(ali, every) == rows, path + " gives the same rows back");
     for (int i = 1; i <= name.size(); ++i) must(ali.name[i] == name[i], path + " gives the same names back");
   });

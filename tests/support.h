@@ -32,11 +32,7 @@ inline std::string listed(const std::vector<Stretch>& stretches) {
 template <typename Step>
 std::string printedby(Step step) {
   testing::internal::CaptureStdout();
-  try {
-    step();
-  } catch (const ExecutionTerminated&) {
-    std::fflush(stdout);  // the message tells
-  }
+  wentthrough(step);
   return testing::internal::GetCapturedStdout();
 }
 

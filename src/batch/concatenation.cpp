@@ -5,6 +5,7 @@
 
 #include "ground/errfunc.h"
 #include "ground/path.h"
+#include "ground/speaker.h"
 #include "output/output_file.h"
 #include "output/record.h"
 
@@ -38,6 +39,10 @@ namespace {
 bool concatenates(const BatchState& run) {
   return run.tog_sb == 1 && run.tog_sub == 1;
 }
+
+std::string base(const BatchState& run) {
+  return getpath(run.fichero1).path_file + getpath(run.filename).name_file;
+}
 }  // namespace
 
 bool concatenatesungapped(const BatchState& run) {
@@ -58,12 +63,23 @@ void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& 
   if (all.letall_init) all.letall_init->append(ali, {{1, ali.nupo}});
 }
 
+std::string allfile_init(const BatchState& run) {
+  return base(run) + ".seq";
+}
+
+std::string allfile(const BatchState& run) {
+  return base(run) + run.exten + ".seq";
+}
+
+std::string allungfile(const BatchState& run) {
+  return base(run) + "--.seq";
+}
+
 void allsaveseq(const Concatenations& all, const Table<std::string>& name, const BatchState& run) {
-  const std::string path = getpath(run.fichero1).path_file + getpath(run.filename).name_file;
   if (all.letall) {
-    all.letall->save(path + run.exten + ".seq", name, run);
-    std::printf("Trimora alignment in batch: %lld positions\n\n", all.letall->columns());
+    all.letall->save(allfile(run), name, run);
+    std::fprintf(prints, "Trimora alignment in batch: %lld positions\n\n", all.letall->columns());
   }
-  if (all.letall_init) all.letall_init->save(path + ".seq", name, run);
-  if (all.newletall) all.newletall->save(path + "--.seq", name, run);
+  if (all.letall_init) all.letall_init->save(allfile_init(run), name, run);
+  if (all.newletall) all.newletall->save(allungfile(run), name, run);
 }

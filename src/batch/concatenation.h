@@ -52,6 +52,11 @@ Concatenations allalloc(const BatchState& run);
 /// Append one alignment to each of them.
 void allconcat(Concatenations& all, const Alignment& ali, const SelectedBlocks& blocks, const Ungapped& ungapped);
 
+/// The names of their files, which the last alignment of the run, `run.fichero1`, lends its folder.
+std::string allfile(const BatchState& run);
+std::string allfile_init(const BatchState& run);
+std::string allungfile(const BatchState& run);
+
 /// Write their files, named after the paths file, into the directory of the last alignment, and print the length of the
 /// concatenated blocks. `name` holds the names of the last alignment, which head the records.
 void allsaveseq(const Concatenations& all, const Table<std::string>& name, const BatchState& run);

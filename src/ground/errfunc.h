@@ -1,21 +1,36 @@
 // How a run ends early.
 #pragma once
+#include <cstdio>
 #include <new>
 #include <stdexcept>
 
-/// The run has failed. Thrown by errfunc() after it has printed; caught by wentthrough(), and on the way there by
-/// trimora-run, which says what file it was. Buffers and files are released on the way, and a test or a fuzzer can call
-/// any part without losing its process.
+#include "ground/speaker.h"
+
+/// Where in the input a failure lies, as far as that is known: for whoever tells a person more than the message does.
+struct Culprit {
+  int sequence = 0;    // its number, from 1; 0: none
+  char name[76] = "";  // the sequence's name, without what does not fit
+  long long length =
+      0;                // of the sequence or of its name line, in letters; or how many sequences or positions there are
+  long long other = 0;  // what it should be, or may be at most
+  int error = 0;        // why the system failed, as errno says it
+  bool told = false;    // standard error has named the file to blame
+};
+
+/// The run has failed. Thrown by errfunc(), told and caught by wentthrough(), on the way there met by trimora-run, which
+/// says what file it was. Buffers and files are released on the way, and a test or a fuzzer can call any part without
+/// losing its process. Arrays, since memory may have run out.
 struct ExecutionTerminated {
-  char message[200] = "";  // what errfunc() has printed; an array, since memory may have run out
+  char message[200] = "";
+  Culprit culprit;
 };
 
 /// Standard input has ended where the menus wait for an answer: the run ends without another word.
 struct AnswersEnded {};
 
-/// End the run: print the message, of which there are 199 bytes at most (add "\n" where a whole line is meant), then the
-/// closing line.
+/// End the run with this message, of which 199 bytes are kept (add "\n" where a whole line is meant).
 [[noreturn, gnu::format(printf, 1, 2)]] void errfunc(const char* format, ...);
+[[noreturn, gnu::format(printf, 2, 3)]] void errfunc(const Culprit& culprit, const char* format, ...);
 
 /// Run `step` and return its result; when memory runs out in it, end the run with the name of the buffer it was
 /// making, as a line: "let", "newpos 1".
@@ -29,17 +44,18 @@ auto allocating(const char* buffer, Step step) -> decltype(step()) {
   errfunc("\nMemory allocation failure in %s\n", buffer);
 }
 
-/// Carry out `run` and tell whether it came to its end. When memory runs out where no buffer has a name, that is said.
+/// Carry out `run` and tell whether it came to its end. When it failed, print why: also when memory ran out where no
+/// buffer has a name.
 template <typename Run>
 bool wentthrough(Run run) {
+  const char* const closing = "\nExecution terminated\n";
   try {
-    try {
-      run();
-      return true;
-    } catch (const std::bad_alloc&) {
-      errfunc("\nMemory allocation failure\n");
-    }
-  } catch (const ExecutionTerminated&) {
+    run();
+    return true;
+  } catch (const ExecutionTerminated& end) {
+    std::fprintf(prints, "%s%s", end.message, closing);
+  } catch (const std::bad_alloc&) {
+    std::fprintf(prints, "\nMemory allocation failure\n%s", closing);
   } catch (const AnswersEnded&) {
   }
   return false;

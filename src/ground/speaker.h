@@ -1,5 +1,9 @@
-// Who speaks on standard error, which belongs to the process: each line there begins with the program's name.
+// Who speaks, and where. Standard output and standard error belong to the process, and so does this.
 #pragma once
+#include <cstdio>
 
-/// The name of the running program; its entry sets it.
+/// The name of the running program, with which each line on standard error begins; its entry sets it.
 inline const char* speaker = "trimora";
+
+/// Where what the program prints goes: standard output, unless an alignment is written there.
+inline std::FILE* prints = stdout;

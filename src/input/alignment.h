@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ground/table.h"
+#include "input/input_file.h"
 #include "input/input_state.h"
 
 /// Positions first to last, both included; empty when last < first.
@@ -66,10 +67,12 @@ struct Alignment {
 /// Read the alignment `run.fichero1`, whose format is `run.fileformat`, and drop the positions that are gaps in every
 /// sequence. Fails through errfunc() on every error in the file: nothing is salvaged.
 Alignment load(const InputState& run);
+/// The same from a file that is open already, from its unread part on.
+Alignment load(InputFile& file, const InputState& run);
 
 /// The readers behind load(): the alignment as it stands in the file.
-Alignment load_pir(const std::string& path);
-Alignment load_fasta(const std::string& path);
+Alignment load_pir(InputFile& file);
+Alignment load_fasta(InputFile& file);
 
 /// A stored name without its last character: the line end of its name line or, where a NUL byte cut the line before
 /// that, whatever stands there. An empty name stays empty.

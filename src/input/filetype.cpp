@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "ground/errfunc.h"
+#include "ground/speaker.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ void checkfiletype(InputState& run) {
   {
     InputFile input(run.filename);
     if (!input) {
-      std::puts("\n* File not opened *");
+      std::fputs("\n* File not opened *\n", prints);
       run.filename.clear();
       return;
     }
@@ -73,10 +74,11 @@ bool readpath(InputFile& pathsfile, std::string& path) {
   return true;
 }
 
-int listedpaths(const std::string& filename) {
+std::optional<std::vector<std::string>> listedpaths(const std::string& filename) {
   InputFile pathsfile(filename);
+  if (!pathsfile) return std::nullopt;
+  std::vector<std::string> listed;
   std::string path;
-  int listed = 0;
-  while (pathsfile && readpath(pathsfile, path)) ++listed;
+  while (readpath(pathsfile, path)) listed.push_back(path);
   return listed;
 }

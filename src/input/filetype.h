@@ -1,6 +1,8 @@
 // What the named file is: an alignment, in which format and of what type of sequence, or a paths file.
 #pragma once
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "input/input_file.h"
 #include "input/input_state.h"
@@ -17,5 +19,5 @@ void checkformat(const std::string& line, InputState& run);
 /// Read the next path of a paths file; empty lines do not count. Returns false, with `path` as it was, at the end.
 bool readpath(InputFile& pathsfile, std::string& path);
 
-/// The number of paths that the paths file `filename` lists, those that are not processed included; 0 when it is gone.
-int listedpaths(const std::string& filename);
+/// The paths that the paths file `filename` lists, those that are not processed included; nothing when it cannot be opened.
+std::optional<std::vector<std::string>> listedpaths(const std::string& filename);

@@ -1,6 +1,7 @@
 #include "input/input_file.h"
 
 #include <algorithm>
+#include <cerrno>
 
 #include "ground/errfunc.h"
 
@@ -21,7 +22,11 @@ InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "
 bool InputFile::refill() {
   next_ = block_.get();
   limit_ = next_ + std::fread(block_.get(), 1, blocksize, file_.get());
-  if (std::ferror(file_.get()) != 0) errfunc("\nFile not opened\n");  // half an alignment must not pass for a whole one
+  if (std::ferror(file_.get()) != 0) {  // half an alignment must not pass for a whole one
+    Culprit culprit;
+    culprit.error = errno;
+    errfunc(culprit, "\nFile not opened\n");
+  }
   end_met_ = next_ == limit_;
   return !end_met_;
 }

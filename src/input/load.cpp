@@ -17,20 +17,30 @@ constexpr std::size_t longestname = 74;  // of a name line, its line end include
 // Sequences and positions: loops step up to a tile, or a line of the report, past the last one.
 constexpr int most = std::numeric_limits<int>::max() - 65536;
 
+/// Sequence `i`, whose name is `name`, as the culprit of a failure.
+Culprit culprit(int i, const std::string& name, std::size_t length, std::size_t other) {
+  Culprit found;
+  found.sequence = i;
+  name.copy(found.name, std::min(name.find('\n'), sizeof found.name - 1));
+  found.length = static_cast<long long>(length);
+  found.other = static_cast<long long>(other);
+  return found;
+}
+
 /// What the two formats do not share. Everything else is readrecords().
 struct Format {
-  char terminator;                           // ends a sequence, wherever it stands
-  bool (*skipped)(const std::string& line);  // a line passed over where a name line is due
-  std::string (*takename)(const std::string& line);
-  bool described;   // a description line follows the name line
-  bool terminated;  // the last sequence needs its terminator as well
+  char terminator;                                          // ends a sequence, wherever it stands
+  bool (*skipped)(const std::string& line);                 // a line passed over where a name line is due
+  std::string (*takename)(const std::string& line, int i);  // of sequence i
+  bool described;                                           // a description line follows the name line
+  bool terminated;                                          // the last sequence needs its terminator as well
 };
 
 constexpr Format pirformat = {
     '*',
     [](const std::string& line) { return emptyline(line) || line.starts_with(' ') || line == "*\n"; },
-    [](const std::string& line) {
-      if (!line.starts_with('>')) errfunc("\nSequence not in NBRF/PIR format\n");
+    [](const std::string& line, int i) {
+      if (!line.starts_with('>')) errfunc(culprit(i, line, 0, 0), "\nSequence not in NBRF/PIR format\n");
       return line.size() <= 3 ? line : line.substr(4);  // behind ">P1;", whatever stands there
     },
     true,
@@ -41,7 +51,7 @@ constexpr Format fastaformat = {
     '>',
     [](const std::string& line) { return emptyline(line); },
     // The '>' of every record but the first was read as the terminator of the sequence before it.
-    [](const std::string& line) { return line.starts_with('>') ? line.substr(1) : line; },
+    [](const std::string& line, int) { return line.starts_with('>') ? line.substr(1) : line; },
     false,
     false,
 };
@@ -64,9 +74,16 @@ void appendletters(std::vector<char>& letters, const char* first, const char* la
   std::transform(fresh, letters.end(), fresh, [](char c) { return c == '.' ? '-' : c; });
 }
 
-Alignment readrecords(const std::string& path, const Format& format) {
-  InputFile file = allocating("let", [&] { return InputFile(path); });
-  if (!file) errfunc("\nFile not opened\n");
+/// The characters of a name line that begins with `line`, its line end included.
+std::size_t wholelength(const std::string& line, InputFile& file) {
+  std::size_t length = line.size();
+  if (line.ends_with('\n')) return length;
+  const bool ended = file.readuntil(
+      '\n', [&](const char* first, const char* last) { length += static_cast<std::size_t>(last - first); });
+  return length + (ended ? 1 : 0);
+}
+
+Alignment readrecords(InputFile& file, const Format& format) {
   Alignment ali;
   std::vector<char> letters;
   allocating("let\n1", [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing
@@ -76,12 +93,16 @@ Alignment readrecords(const std::string& path, const Format& format) {
     allocating("name", [&] { file.readline(line); });
     if (file.ended()) break;  // a name line that is not a whole line adds no sequence
     if (format.skipped(line)) continue;
-    if (line.size() > longestname) errfunc("\nSequence name too long\n");
+    const int n = ali.name.size() + 1;
+    if (line.size() > longestname) {
+      errfunc(culprit(n, line, wholelength(line, file), longestname), "\nSequence name too long\n");
+    }
     allocating("name", [&] {
-      if (ali.name.size() == most) throw std::bad_alloc();
-      ali.name.append(format.takename(line));
+      if (n > most) throw std::bad_alloc();
+      ali.name.append(format.takename(line, n));
     });
-    const int n = ali.name.size();
+    const std::string& name = ali.name[n];
+
     const std::size_t before = letters.size();
     bool whole = false;
     try {
@@ -91,11 +112,15 @@ Alignment readrecords(const std::string& path, const Format& format) {
         if (letters.size() - before > most) throw std::bad_alloc();
       });
     } catch (const std::bad_alloc&) {
-      errfunc("\nMemory allocation failure in let\n%i\n", n);
+      const std::size_t beyond = letters.size() - before;
+      errfunc(culprit(n, name, beyond > most ? beyond : 0, most), "\nMemory allocation failure in let\n%i\n", n);
     }
-    if (format.terminated && !whole) errfunc("\nFile not in NBRF/PIR format\n");
-    if (n == 1) length = letters.size() - before;
-    if (letters.size() - before != length) errfunc("\nSequences with different number of positions\n");
+    const std::size_t found = letters.size() - before;
+    if (format.terminated && !whole) errfunc(culprit(n, name, found, 0), "\nFile not in NBRF/PIR format\n");
+    if (n == 1) length = found;
+    if (found != length) {
+      errfunc(culprit(n, name, found, length), "\nSequences with different number of positions\n");
+    }
   }
   ali.numseq = ali.name.size();
   ali.nupo = static_cast<int>(length);
@@ -132,23 +157,13 @@ std::vector<Stretch> keptpositions(const Alignment& ali) {
   return kept;
 }
 
-}  // namespace
-
-Alignment load_pir(const std::string& path) {
-  return readrecords(path, pirformat);
-}
-
-Alignment load_fasta(const std::string& path) {
-  return readrecords(path, fastaformat);
-}
-
-Alignment load(const InputState& run) {
-  Alignment ali;
-  if (run.fileformat == pir) ali = load_pir(run.fichero1);
-  if (run.fileformat == fasta) ali = load_fasta(run.fichero1);
+/// An alignment as it was read, without the positions that are gaps in every sequence; or the end of the run.
+Alignment checked(Alignment ali) {
   if (ali.numseq < 2) {
     // The wording names NBRF/PIR for FASTA input as well; scripts look for it.
-    errfunc("\nFile not in NBRF/PIR format or too few sequences in the alignment: %i\n", ali.numseq);
+    Culprit few;
+    few.length = ali.numseq;
+    errfunc(few, "\nFile not in NBRF/PIR format or too few sequences in the alignment: %i\n", ali.numseq);
   }
   const std::vector<Stretch> kept = allocating("let", [&] { return keptpositions(ali); });
   if (kept.size() > 1) {
@@ -157,7 +172,30 @@ Alignment load(const InputState& run) {
     ali.nupo = totallength(kept);
   }
   if (ali.nupo < 2) {
-    errfunc("\nToo few positions in the alignment (at least two positions are necessary): %i\n", ali.nupo);
+    Culprit few;
+    few.length = ali.nupo;
+    errfunc(few, "\nToo few positions in the alignment (at least two positions are necessary): %i\n", ali.nupo);
   }
   return ali;
+}
+
+}  // namespace
+
+Alignment load_pir(InputFile& file) {
+  return readrecords(file, pirformat);
+}
+
+Alignment load_fasta(InputFile& file) {
+  return readrecords(file, fastaformat);
+}
+
+Alignment load(const InputState& run) {
+  if (run.fileformat == 0) return checked({});
+  InputFile file = allocating("let", [&] { return InputFile(run.fichero1); });
+  if (!file) errfunc("\nFile not opened\n");
+  return load(file, run);
+}
+
+Alignment load(InputFile& file, const InputState& run) {
+  return checked(run.fileformat == pir ? load_pir(file) : load_fasta(file));
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "output/file_names.h"
 #include "output/output_file.h"
 #include "output/record.h"
 
@@ -19,13 +20,13 @@ void savestretches(const std::string& path, const Alignment& ali, const std::vec
 }  // namespace
 
 void saveseq(const Alignment& ali, const SelectedBlocks& blocks, const OutputState& run) {
-  savestretches(run.fichero1 + run.exten, ali, blocks.newpos, run);
+  savestretches(seqfile(run), ali, blocks.newpos, run);
 }
 
 void savencb(const Alignment& ali, const SelectedBlocks& blocks, const OutputState& run) {
-  savestretches(run.fichero1 + run.exten + "Comp", ali, complement(blocks.newpos, ali.nupo), run);
+  savestretches(ncbfile(run), ali, complement(blocks.newpos, ali.nupo), run);
 }
 
 void save_ung(const Alignment& ali, const Ungapped& ungapped, const OutputState& run) {
-  savestretches(run.fichero1 + "--", ali, ungapped.newlet, run);
+  savestretches(ungappedfile(run), ali, ungapped.newlet, run);
 }

@@ -19,7 +19,9 @@ OutputFile::OutputFile(const std::string& path)
       exceptions_(std::uncaught_exceptions()) {
   if (file_ == nullptr) {
     std::fprintf(stderr, "%s: %s could not be opened for writing: %s\n", speaker, path.c_str(), std::strerror(errno));
-    errfunc("\nFile not opened\n");
+    Culprit culprit;
+    culprit.told = true;
+    errfunc(culprit, "\nFile not opened\n");
   }
   std::setvbuf(file_, nullptr, _IONBF, 0);  // the buffer is ours
 }

@@ -5,13 +5,14 @@
 
 #include "ground/errfunc.h"
 #include "input/letters.h"
+#include "output/file_names.h"
 #include "output/output_file.h"
 #include "output/record.h"
 #include "selection/reduced_views.h"
 
 void savemask(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
               const OutputState& run) {
-  OutputFile out(run.fichero1 + run.exten + "Mask");
+  OutputFile out(maskfile(run));
   // The description line of every record is empty.
   const auto record = [&](const char* prefix, const std::string& name, const char* letters) {
     out.put(prefix);

@@ -5,6 +5,7 @@
 
 #include "ground/path.h"
 #include "ground/version.h"
+#include "output/file_names.h"
 #include "output/output_file.h"
 
 namespace {
@@ -15,7 +16,7 @@ constexpr int margin = 50;     // points of the box beside the positions
 // The picture is drawn along x, 30 points from the edge, and turned by 90 degrees onto the page: position p covers
 // x = p + 30 (sh1) to p + 31 (sh2). `seq` fills y 25 to 35, `block` y 10 to 20, between two x.
 void saveps(const SelectedBlocks& blocks, int nupo, const OutputState& run) {
-  const std::string picture = run.fichero1 + run.exten + "PS";
+  const std::string picture = psfile(run);
   OutputFile out(picture);
   out.put("%!PS-Adobe-3.0 EPSF-3.0\n");
   out.print("%%%%BoundingBox: 20 20 200 %i \n", std::max(nupo, shortest) + margin);

@@ -12,6 +12,7 @@
 #include "ground/path.h"
 #include "ground/version.h"
 #include "input/letters.h"
+#include "output/file_names.h"
 #include "output/output_file.h"
 #include "selection/reduced_views.h"
 
@@ -210,10 +211,9 @@ void flanks(OutputFile& out, const char* label, const std::vector<Stretch>& bloc
 
 void saveviewfile(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
                   const OutputState& run) {
-  constexpr const char* extensions[] = {"", ".htm", ".txt", ".txts"};
   const bool marked = run.tog_viewfile == htmlreport;
   const std::string name_file = getpath(run.fichero1).name_file;
-  OutputFile out(run.fichero1 + run.exten + extensions[static_cast<unsigned char>(run.tog_viewfile)]);
+  OutputFile out(viewfile(run));
 
   (marked ? headhtml : headtext)(out, ali, blocks, name_file, run);
   if (run.tog_viewfile != shortreport) Display(ali, scores, blocks, run).write(out);

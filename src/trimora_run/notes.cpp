@@ -1,48 +1,91 @@
 #include "trimora_run/notes.h"
 
 #include <algorithm>
-#include <bitset>
+#include <array>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <numeric>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "ground/vector_clones.h"
 #include "input/letters.h"
+#include "trimora_run/diagnosis.h"
+#include "trimora_run/names.h"
+#include "trimora_run/words.h"
 
 namespace {
 
 constexpr std::size_t telling = 20;  // letters: a protein of that length is not made of nucleotides' letters alone
+constexpr int share = 5;           // per cent of the columns from which on letters that may mean gaps are worth a note
+constexpr std::size_t listed = 5;  // stretches, or sequences, that a note names
+constexpr int tile = 4096;         // positions looked at together: what is known of them stays in the first cache
 
-/// Neither a letter nor a gap nor the sign of an unknown residue.
-constexpr bool odd(char c) {
-  return !isletter(c) && c != '-' && c != '?';
+/// What is known of a character, and of a position by all of its characters together.
+constexpr std::uint8_t gap = 1;
+constexpr std::uint8_t unknown = 2;  // the sign of an unknown residue
+constexpr std::uint8_t odd = 4;      // neither a letter nor one of the above
+
+/// Add what `width` characters at `text` are to what is known of their positions.
+/// Returns  what they are all together.
+TRIMORA_VECTOR_CLONES
+std::uint8_t classify(const char* text, int width, char unknownletter, std::uint8_t* known) {
+  std::uint8_t all = 0;
+  for (int c = 0; c < width; ++c) {
+    const auto folded = static_cast<std::uint8_t>(text[c] | 0x20);  // of letters: the small one
+    const bool isletter = static_cast<std::uint8_t>(folded - 'a') < 26;
+    const std::uint8_t isgap = text[c] == '-' ? gap : std::uint8_t{0};
+    const std::uint8_t isunknown = folded == static_cast<std::uint8_t>(unknownletter) || text[c] == '?' ? unknown : 0;
+    const std::uint8_t isodd = isletter || text[c] == '-' || text[c] == '?' ? 0 : odd;
+    const auto what = static_cast<std::uint8_t>(isgap | isunknown | isodd);
+    known[c] |= what;
+    all |= what;
+  }
+  return all;
 }
 
-/// The odd characters of the alignment, each once, with a blank in front.
-std::string oddcharacters(const Alignment& ali) {
-  std::bitset<256> found;
-  for (int i = 1; i <= ali.numseq; ++i) {
-    const char* first = ali.let[i].from(1);
-    int count = 0;  // first without a branch, as vector code: odd characters are rare
-    for (int p = 0; p < ali.nupo; ++p) count += odd(first[p]) ? 1 : 0;
-    if (count == 0) continue;
-    std::for_each(first, first + ali.nupo, [&](char c) { found[static_cast<unsigned char>(c)] = true; });
-  }
-  std::string list;
-  for (int c = 0; c < 256; ++c) {
-    if (!found[static_cast<std::size_t>(c)] || !odd(static_cast<char>(c))) continue;
-    char code[8];
-    std::snprintf(code, sizeof code, c > ' ' && c < 127 ? " %c" : " \\x%02x", static_cast<unsigned>(c));
-    list += code;
-  }
-  return list;
+/// The sign of an unknown residue besides '?', as a small letter.
+char unknownletter(const BatchState& run) {
+  return run.seq_type == 'P' ? 'x' : 'n';
 }
 
+/// Odd characters, and how much of the alignment is unknown.
+struct Characters {
+  std::array<int, 256> firstin{};  // the first sequence that holds the character, 0: none; for odd ones and unknowns
+  long long unknowns = 0;          // positions without a gap in which a residue is unknown
+};
+
+Characters characters(const Alignment& ali, const BatchState& run) {
+  Characters found;
+  const char letter = unknownletter(run);
+  std::uint8_t known[tile];
+  for (int start = 1; start <= ali.nupo; start += tile) {
+    const int width = std::min(tile, ali.nupo - start + 1);
+    std::fill_n(known, width, std::uint8_t{0});
+    for (int i = 1; i <= ali.numseq; ++i) {
+      const char* text = ali.let[i].from(start);
+      if ((classify(text, width, letter, known) & (odd | unknown)) == 0) continue;
+      std::for_each(text, text + width, [&](char c) {
+        int& first = found.firstin[static_cast<unsigned char>(c)];
+        first = first == 0 ? i : std::min(first, i);
+      });
+    }
+    found.unknowns += std::count(known, known + width, unknown) + std::count(known, known + width, unknown | odd);
+  }
+  return found;
+}
+
+/// What a note begins with: the first few stretches.
 std::string columns(const std::vector<Stretch>& stretches) {
-  std::string list = totallength(stretches) == 1 ? "column" : "columns";
-  for (const Stretch& s : stretches) {
-    list += " " + std::to_string(s.first) + (s.length() > 1 ? "-" + std::to_string(s.last) : "");
+  std::string list;
+  for (std::size_t k = 0; k < std::min(listed, stretches.size()); ++k) {
+    const Stretch& s = stretches[k];
+    list += (k > 0 ? ", " : "") + std::to_string(s.first) + (s.length() > 1 ? "-" + std::to_string(s.last) : "");
   }
-  return list;
+  return stretches.size() > listed ? list + ", ..." : list;
 }
 
 /// The letters of the first sequence, as capitals.
@@ -55,36 +98,237 @@ std::string firstletters(const Alignment& ali) {
   return letters;
 }
 
+std::string nameof(const Alignment& ali, int i) {
+  return withoutlineend(ali.name[i]);
+}
+
+/// One alignment, and where notes on it go.
+struct Desk {
+  const Alignment& ali;
+  const BatchState& run;
+  Messages& messages;
+  std::string file = typed(run.fichero1);  // as it is typed into a shell
+
+  void note(std::string_view words, std::initializer_list<std::string_view> values) const {
+    messages.note(run.fichero1, filled(words, values));
+  }
+};
+
+void notecharacters(const Desk& desk) {
+  const Alignment& ali = desk.ali;
+  const Characters found = characters(ali, desk.run);
+  const auto firstof = [&](std::string_view set) {
+    int first = 0;
+    for (const char c : set) {
+      const int i = found.firstin[static_cast<unsigned char>(c)];
+      if (i != 0 && (first == 0 || i < first)) first = i;
+    }
+    return first;
+  };
+  const auto noteif = [&](std::string_view set, std::string_view words) {
+    const int i = firstof(set);
+    if (i != 0) desk.note(words, {std::to_string(i), nameof(ali, i), desk.file});
+  };
+  if (firstof("\r") != 0) desk.note(words::windows, {desk.file});
+  noteif("\t", words::tabs);
+  noteif("0123456789", words::digits);
+  noteif("*", words::stars);
+  noteif("~", words::tildes);
+
+  std::string others;
+  std::string list;
+  for (int c = 0; c < 256; ++c) {
+    const char byte = static_cast<char>(c);
+    if (found.firstin[static_cast<std::size_t>(c)] == 0 || isletter(byte)) continue;
+    if (std::string_view("\r\t0123456789*~-?").find(byte) != std::string_view::npos) continue;
+    others += byte;
+    char code[16];
+    std::snprintf(code, sizeof code, c > ' ' && c < 127 ? " %c" : " (byte %d)", c);
+    list += code;
+  }
+  if (const int i = firstof(others); i != 0) {
+    desk.note(words::oddcharacters, {std::to_string(i), nameof(ali, i), std::string_view(list).substr(1)});
+  }
+
+  if (found.unknowns * 100 < static_cast<long long>(share) * ali.nupo || desk.run.tog_gaps == allgaps) return;
+  const char letter = unknownletter(desk.run);
+  const bool mark = firstof("?") != 0;
+  const char both[] = {capital(letter), letter};
+  const bool letters = firstof({both, 2}) != 0;
+  const std::string capitalletter(1, capital(letter));
+  desk.note(words::unknownletters, {mark && letters ? capitalletter + " and ?"
+                                    : mark          ? "?"
+                                                    : capitalletter,
+                                    std::to_string(found.unknowns * 100 / ali.nupo),
+                                    (letters ? std::string(both, 2) : "") + (mark ? "?" : ""), desk.file});
+}
+
+/// Whether the file writes '.' for the letter of the first sequence: the first one has no gap, the others seem to have
+/// many, and in the file these are points.
+bool pointsatfirst(const Alignment& ali, const std::string& path) {
+  const auto gaps = [&](int i) {
+    const char* text = ali.let[i].from(1);
+    return std::count(text, text + ali.nupo, '-') * 10LL;
+  };
+  if (gaps(1) > 0 || gaps(2) < 3LL * ali.nupo || gaps(ali.numseq) < 3LL * ali.nupo) return false;
+  std::ifstream file(path, std::ios::binary);
+  std::string text(65536, '\0');
+  file.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<std::size_t>(file.gcount()));
+  long long points = 0;
+  long long dashes = 0;
+  bool inname = false;
+  for (const char c : text) {
+    inname = c == '>' || (inname && c != '\n');
+    if (inname) continue;
+    points += c == '.' ? 1 : 0;
+    dashes += c == '-' ? 1 : 0;
+  }
+  return points > dashes;
+}
+
+/// The codon that begins at position p, as capitals of DNA.
+std::array<char, 3> codonat(const Row& row, int p) {
+  std::array<char, 3> codon{};
+  for (int k = 0; k < 3; ++k) {
+    const char c = capital(row[p + k]);
+    codon[static_cast<std::size_t>(k)] = c == 'U' ? 'T' : c;
+  }
+  return codon;
+}
+
+bool isstop(const std::array<char, 3>& codon) {
+  return codon[0] == 'T' &&
+         ((codon[1] == 'A' && (codon[2] == 'A' || codon[2] == 'G')) || (codon[1] == 'G' && codon[2] == 'A'));
+}
+
+void notecodons(const Desk& desk) {
+  const Alignment& ali = desk.ali;
+  if (ali.nupo % 3 != 0) desk.note(words::codonlength, {std::to_string(ali.nupo)});
+
+  int withstops = 0, withgaps = 0;
+  int stopin = 0, stopat = 0, gapin = 0, gapat = 0;  // the first of each: sequence and position
+  for (int i = 1; i <= ali.numseq; ++i) {
+    const Row row = ali.let[i];
+    int last = ali.nupo;
+    while (last > 0 && row[last] == '-') --last;
+    const int end = last - last % 3;  // of the last whole codon, which may be a stop
+    bool stop = false;
+    for (int p = 1; p + 2 < end && !stop; p += 3) {
+      stop = capital(row[p]) >= 'T' && isstop(codonat(row, p));
+      if (stop && withstops++ == 0) stopin = i, stopat = p;
+    }
+    int length = 0;   // of the run of gaps that ends here
+    int letters = 0;  // before it
+    for (int p = 1; p <= last; ++p) {
+      if (row[p] == '-') {
+        ++length;
+        continue;
+      }
+      if (length % 3 != 0 && letters > 0) {
+        if (withgaps++ == 0) gapin = i, gapat = p - length;
+        break;
+      }
+      length = 0;
+      ++letters;
+    }
+  }
+  if (withstops > 0) {
+    const std::array<char, 3> codon = codonat(ali.let[stopin], stopat);
+    desk.note(words::codonstops, {std::to_string(withstops),
+                                  {codon.data(), 3},
+                                  std::to_string(stopat),
+                                  std::to_string(stopin),
+                                  nameof(ali, stopin)});
+  }
+  if (withgaps > 0) {
+    desk.note(words::codongaps,
+              {std::to_string(withgaps), std::to_string(gapat), std::to_string(gapin), nameof(ali, gapin)});
+  }
+}
+
+void notenames(const Desk& desk) {
+  const Table<std::string>& name = desk.ali.name;
+  const auto say = [&](const Pair& pair, std::string_view words, std::string_view shown) {
+    if (pair.first == 0) return;
+    desk.note(words, {std::to_string(pair.first), std::to_string(pair.second), shown, desk.file});
+  };
+  const Pair cut = sametwice(name, keyof);
+  if (cut.first == 0) return;
+  const Pair whole = sametwice(name, [](std::string_view text) { return text; });
+  if (whole.first != 0) {
+    desk.note(words::samenames,
+              {std::to_string(whole.first), std::to_string(whole.second), nameof(desk.ali, whole.first)});
+  } else {
+    say(cut, words::samewords, keyof(name[cut.first]));
+  }
+}
+
+/// The sequences with the most gaps or unknown letters, at least a tenth of the positions, as "3 (Mus, 81 %)".
+std::string emptiest(const Alignment& ali, const BatchState& run) {
+  const char letter = unknownletter(run);
+  std::vector<std::pair<long long, int>> missing;
+  for (int i = 1; i <= ali.numseq; ++i) {
+    const char* text = ali.let[i].from(1);
+    const auto count =
+        std::count_if(text, text + ali.nupo, [&](char c) { return c == '-' || c == '?' || lower(c) == letter; });
+    if (count * 10LL >= ali.nupo) missing.emplace_back(count, i);
+  }
+  std::stable_sort(missing.begin(), missing.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+  std::string list;
+  for (std::size_t k = 0; k < std::min(listed, missing.size()); ++k) {
+    const auto [count, i] = missing[k];
+    list += (k > 0 ? ", " : "") + std::to_string(i) + " (" + nameof(ali, i) + ", " +
+            std::to_string(count * 100 / ali.nupo) + " %)";
+  }
+  return list;
+}
+
 }  // namespace
 
-void Notes::operator()(const Alignment& ali, const BatchState& run) {
-  const auto note = [&](const std::string& words) {
-    std::fprintf(stderr, "trimora-run: %s: %s\n", run.fichero1.c_str(), words.c_str());
-  };
+void notealignment(const Alignment& ali, const BatchState& run, Messages& messages) {
+  const Desk desk{ali, run, messages};
   if (!ali.dropped.empty()) {
-    note("dropped as gaps in every sequence, so that positions are counted without them: " + columns(ali.dropped));
+    desk.note(words::dropped, {columns(ali.dropped), std::to_string(totallength(ali.dropped))});
   }
-  if (const std::string list = oddcharacters(ali); !list.empty()) {
-    note("these characters count as positions that agree with nothing:" + list);
-  }
-  if (run.fileformat == fasta && ali.name[1].size() > 2 && ali.name[1][2] == ';') {
-    note("read as FASTA, as is the first alignment, but looks like NBRF/PIR");
-  }
+  notecharacters(desk);
+  if (pointsatfirst(ali, run.fichero1)) desk.note(words::points, {});
+  if (run.fileformat == fasta && ali.name[1].size() > 2 && ali.name[1][2] == ';') desk.note(words::looksnbrf, {});
 
   const std::string letters = firstletters(ali);
   if (run.seq_type == 'P' && letters.size() >= telling && letters.find_first_not_of("ACGTUN") == std::string::npos) {
-    note("read as protein, but looks like nucleotides: -t=D makes it DNA, -t=C codons");
+    desk.note(words::looksnucleotide, {});
   }
-  if (run.seq_type != 'P' && letters.find_first_of("EFILPQ") != std::string::npos) {
-    note("read as nucleotides, but looks like protein: -t=P");
-  }
+  if (run.seq_type != 'P' && letters.find_first_of("EFILPQ") != std::string::npos) desk.note(words::looksprotein, {});
+  if (run.seq_type == 'C') notecodons(desk);
+  notenames(desk);
+}
 
-  if (firstnames_.size() == 0) firstnames_ = ali.name;
-  const bool concatenated = run.tog_allfile == 1 || run.tog_allfile_init == 1 || run.tog_allungfile == 1;
-  for (int i = 1; concatenated && i <= std::min(ali.numseq, firstnames_.size()); ++i) {
-    if (ali.name[i] == firstnames_[i]) continue;
-    note("sequence " + std::to_string(i) + " is concatenated with that of another name, " +
-         withoutlineend(ali.name[i]) + " with " + withoutlineend(firstnames_[i]));
-    break;
+void noteselection(const Alignment& ali, const Selection& found, const BatchState& run, Messages& messages) {
+  const Desk desk{ali, run, messages};
+  if (found.blocks.nupo3 == 0) {
+    const Table<float>& val = found.scores.val;
+    int gaps = 0, flanks = 0;
+    for (int p = 1; p <= val.size(); ++p) {
+      gaps += val[p] == 0 ? 1 : 0;
+      flanks += val[p] >= static_cast<float>(run.flankval) ? 1 : 0;
+    }
+    const std::string sequences = emptiest(ali, run);
+    if (!sequences.empty() && gaps * 4LL >= ali.nupo) {
+      desk.note(words::nothingbygaps, {sequences});
+    } else if (flanks == 0) {
+      desk.note(words::nothingbyflanks, {std::to_string(run.flankval)});
+    } else {
+      desk.note(words::nothingbylength, {});
+    }
+    return;
+  }
+  for (int i = 1; i <= ali.numseq; ++i) {
+    const Row row = ali.let[i];
+    const bool empty = std::all_of(found.blocks.newpos.begin(), found.blocks.newpos.end(), [&](const Stretch& block) {
+      const char* first = row.from(block.first);
+      return std::all_of(first, first + block.length(), [](char c) { return c == '-'; });
+    });
+    if (empty) desk.note(words::emptyrow, {std::to_string(i), nameof(ali, i)});
   }
 }

@@ -1,16 +1,14 @@
-// What a person would see in the results and a script would not: notes on standard error, made by trimora-run.
+// What a person would see in an alignment or in its results, and a script would not: notes.
 #pragma once
 #include "batch/batch_state.h"
-#include "ground/table.h"
 #include "input/alignment.h"
+#include "selection/calculate.h"
+#include "trimora_run/messages.h"
 
-/// Says of each alignment of a run, when it has been loaded, what makes its results differ from what its file seems to
-/// hold: columns that were dropped, characters that count as positions though they are no letters, another format or
-/// type of sequence than it is read as, and concatenated sequences of different names.
-class Notes {
- public:
-  void operator()(const Alignment& ali, const BatchState& run);
+/// Say what makes the results of `ali` differ from what its file seems to hold: dropped columns, characters that count
+/// as positions though they are no letters, letters that may mean gaps, another format, type of sequence or frame than
+/// it is read as, names that the next program mixes up.
+void notealignment(const Alignment& ali, const BatchState& run, Messages& messages);
 
- private:
-  Table<std::string> firstnames_;  // of the first alignment
-};
+/// Say why nothing was selected, or which sequence has nothing left.
+void noteselection(const Alignment& ali, const Selection& found, const BatchState& run, Messages& messages);

@@ -59,7 +59,7 @@ same "letters taken" "${refusals%$'\n'}" "$(refused "${every[@]}")"
 
 plain='s/ //g; s/[|]//g; s/(number|text)$//I'
 same "zsh" "$names" "$(grep -oP "^ +['\"]-\K[a-z]\d?(?==-\[)" share/zsh/site-functions/_trimora)"
-same "help" "$options" "$(bin/trimora-run --help | sed -nE 's/^ +-([^ ]*) .*/\1/p' | sed -E "$plain")"
+same "help" "$options" "$(bin/trimora-run --help | sed -nE 's/^ +-([a-z][^ ]*) .*/\1/p' | sed -E "$plain")"
 same "trimora.1" "$options" "$(sed -nE 's/^\.B[IR] \\-([a-z][0-9]? ?= .*)/\1/p' $man/trimora.1 | sed -E "$plain")"
 same "trimora-run.1" "$names" "$(grep -oP '(^\.BR? |" )\\-\K[a-z]\d?(?= |$)' $man/trimora-run.1)"
 same "version" "$(printf 'Trimora %s\n' "$version" "$version")" "$(grep -oh 'Trimora [0-9.]*' $man/*)"

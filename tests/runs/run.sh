@@ -4,7 +4,7 @@
 # RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `input/` (files
 # beside the examples) and `expected/`: `stdout` and every file that the run writes, with @VERSION@ for the version. For
 # trimora-run also `status` and `notes` (standard error, when there is any; lines that begin with `trimora: ` are said by both,
-# each under its own name).
+# each under its own name; @FOLDER@ stands for the folder of the run), and `more`, arguments that only trimora-run gets.
 # The program runs in a fresh copy of the input. Afterwards that folder must hold the input as it was, what is expected
 # and nothing else. What differs is shown as a patch. trimora ends with status 1 at every end.
 set -eu
@@ -23,17 +23,21 @@ script=/dev/null
 if [ -f "$run/script" ]; then script=$run/script; fi
 notes=/dev/null
 if [ -f "$run/notes" ]; then notes=$run/notes; fi
+more=
 case $program in
-*-run) status=$(cat "$run/status") said='s/^trimora: /trimora-run: /p; t; p' ;;
+*-run)
+  if [ -f "$run/more" ]; then more=$(cat "$run/more"); fi
+  status=$(cat "$run/status") said='s/^trimora: /trimora-run: /p; t; p' ;;
 *) status=1 said='/^trimora: /p' ;;
 esac
 sed -n "$said" "$notes" >"$scratch/notes"
 
 cd "$scratch/found"
-eval "set -- $(cat "$run/arguments")"
+eval "set -- $(cat "$run/arguments") $more"
 found=0
 "$program" "$@" <"$script" >stdout 2>"$scratch/stderr" || found=$?
 cd "$scratch"
+sed -i "s|$scratch/found|@FOLDER@|" stderr
 diff -ru expected found
 diff -u notes stderr
 if [ $found -ne "$status" ]; then echo "exit status $found, not $status"; exit 1; fi

@@ -32,20 +32,21 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
       {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},                // known only when the file has been read
       {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},          // b2 is still 3
       {"absent.fas -p=x", 2, "-p=x is refused"},                  // known before
-      {"absent.fas -b1=99", 1, "absent.fas: File not opened\n"},  // the file is to blame
-      {"a.fas -s=n -p=n -b2=4 -b1=4", 0, ""},
-      {"a.fas -s=n -p=n -b2=0", 0, ""},
-      {"--odd -s=n -p=n", 0, ""},  // a file all the same
-      {"unended -s=n -p=n", 1, "not every path of unended"},
-      {"emptyline -s=n -p=n", 1, "not every path of emptyline"},
-      {"ended -s=n -p=n", 0, ""},
+      {"absent.fas -b1=99", 1, "absent.fas: there is no such file in "},  // the file is to blame
+      {"a.fas -s=n -p=n -b4=2 -b2=4 -b1=4", 0, ""},
+      {"a.fas -s=n -p=n -b4=2 -b2=0 -b1=3", 0, ""},  // each is judged by itself beforehand
+      {"--odd -s=n -p=n -b4=2", 0, ""},              // a file all the same
+      {"unended -s=n -p=n", 1, "unended: lists no alignment that was trimmed"},
+      {"emptyline -s=n -p=n", 1, "emptyline: not every alignment in the list"},
+      {"ended -s=n -p=n -b4=2", 0, ""},
       {"odd.fas -s=n -p=n", 0,
-       "columns 2 6-7\ntrimora-run: odd.fas: these characters count as positions that agree with nothing: \\x0d 7\n"},
+       "columns 2, 6-7 (3 in all)\ntrimora-run: odd.fas: has Windows line ends"},
       {"dna.fas -s=n -p=n", 0, "looks like nucleotides"},
       {"a.fas -s=n -p=n -t=C", 0, "looks like protein"},
-      {"mixed -s=n -p=n", 0, "b.pir: read as FASTA"},
-      {"a.fas -s=n -p=n -u=y -e=--", 2, "two files one name"},
-      {"dna.fas -s=n -p=n -t=D", 0, ""},
+      {"mixed -s=n -p=n", 0, "b.pir: is read as FASTA"},
+      {"a.fas -p=n -u=y -e=--", 2, "two files one name"},
+      {"ended -p=n -a=y -w=y -e=--", 2, "two files one name"},
+      {"dna.fas -s=n -p=n -t=D -b5=a", 0, ""},
       {"--help", 0, ""},
       {"--version", 0, ""},
   };
@@ -80,10 +81,10 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
 TEST_F(TrimoraRun, TellsIncompleteFiles) {
   write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
   fs::create_symlink("/dev/full", "a.fas-tr");
-  std::string arguments[] = {"trimora-run", "a.fas"};
-  char* argv[] = {arguments[0].data(), arguments[1].data()};
+  std::string arguments[] = {"trimora-run", "a.fas", "-b4=2"};
+  char* argv[] = {arguments[0].data(), arguments[1].data(), arguments[2].data()};
   testing::internal::CaptureStderr();
-  printedby([&] { EXPECT_EQ(trimora_run(2, argv), 1); });
+  printedby([&] { EXPECT_EQ(trimora_run(3, argv), 1); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "trimora-run: a.fas-tr could not be written completely: No space left on device\n");
   EXPECT_TRUE(fs::exists("a.fas-tr.htm"));

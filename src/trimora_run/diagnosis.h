@@ -1,0 +1,19 @@
+// Why a run has failed, in the words of a person who looks at the file.
+#pragma once
+#include <string>
+
+#include "batch/batch_state.h"
+#include "ground/errfunc.h"
+
+/// Why `path` cannot be the input of a run at all, whatever it holds: a folder, a pipe. Empty when it can.
+std::string unfit(const std::string& path);
+
+/// Why `path` could not be opened.
+std::string whynotopened(const std::string& path);
+
+/// What `end` means for the alignment `path`; `first` is the first alignment of the batch. The file is looked at again
+/// when it is in no known format. Empty when standard error has told already.
+std::string diagnose(const ExecutionTerminated& end, const std::string& path, const std::string& first);
+
+/// A file name as it is typed into a shell: quoted where it has to be.
+std::string typed(const std::string& path);

@@ -1,0 +1,87 @@
+#include "trimora_run/guard.h"
+
+#include <filesystem>
+#include <system_error>
+#include <unordered_map>
+
+#include "batch/concatenation.h"
+#include "ground/path.h"
+#include "output/file_names.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Where files really are: two paths of one file have one place, unless it has several hard links. Most files of a batch
+/// share their folder, which is looked up once.
+class Places {
+ public:
+  /// The place of `path`, or nothing when no file is there.
+  std::string of(const std::string& path) {
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(path, error).type();
+    if (error || type == fs::file_type::not_found) return "";
+    if (type == fs::file_type::symlink) {
+      const fs::path target = fs::canonical(path, error);
+      return error ? "" : target.string();
+    }
+    const SplitPath split = getpath(path);
+    const auto [folder, fresh] = folders_.try_emplace(split.path_file);
+    if (fresh) folder->second = fs::canonical(split.path_file.empty() ? "." : split.path_file, error).string();
+    return (fs::path(folder->second) / split.name_file).string();
+  }
+
+ private:
+  std::unordered_map<std::string, std::string> folders_;
+};
+
+bool hardlinked(const std::string& path) {
+  std::error_code error;
+  const auto links = fs::hard_link_count(path, error);
+  return !error && links > 1;
+}
+
+}  // namespace
+
+std::vector<std::string> resultsof(const OutputState& run) {
+  std::vector<std::string> results;
+  if (run.tog_seqfile == 1) results.push_back(seqfile(run));
+  if (run.tog_viewfile != noreport) results.push_back(viewfile(run));
+  if (run.tog_maskfile == 1) results.push_back(maskfile(run));
+  if (run.tog_psfile == 1) results.push_back(psfile(run));
+  if (run.tog_ncbfile == 1) results.push_back(ncbfile(run));
+  if (run.tog_ungappedfile == 1) results.push_back(ungappedfile(run));
+  return results;
+}
+
+std::vector<std::string> concatenationsof(const BatchState& run) {
+  std::vector<std::string> results;
+  if (run.tog_sb == 0) return results;
+  if (run.tog_allfile == 1) results.push_back(allfile(run));
+  if (run.tog_allfile_init == 1) results.push_back(allfile_init(run));
+  if (run.tog_allungfile == 1) results.push_back(allungfile(run));
+  return results;
+}
+
+std::optional<std::pair<std::string, std::string>> overwritten(const std::vector<std::string>& results,
+                                                               const std::vector<std::string>& inputs) {
+  Places places;
+  std::unordered_map<std::string, std::string> inputat;
+  std::vector<std::string> linkedinputs;
+  for (const std::string& input : inputs) {
+    const std::string place = places.of(input);
+    if (!place.empty()) inputat.try_emplace(place, input);
+    if (hardlinked(input)) linkedinputs.push_back(input);
+  }
+  for (const std::string& result : results) {
+    const std::string place = places.of(result);
+    if (place.empty()) continue;
+    if (const auto found = inputat.find(place); found != inputat.end()) return {{result, found->second}};
+    if (linkedinputs.empty() || !hardlinked(result)) continue;
+    for (const std::string& input : linkedinputs) {
+      std::error_code error;
+      if (fs::equivalent(result, input, error)) return {{result, input}};
+    }
+  }
+  return std::nullopt;
+}

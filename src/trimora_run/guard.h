@@ -1,0 +1,19 @@
+// No result is ever written over an input.
+#pragma once
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "batch/batch_state.h"
+
+/// The files that a run with these settings writes for the alignment `run.fichero1`.
+std::vector<std::string> resultsof(const OutputState& run);
+
+/// The concatenations that it writes behind it, when it is the last one.
+std::vector<std::string> concatenationsof(const BatchState& run);
+
+/// The first of `results` that would be written over one of `inputs`, and that input; also through links. Nothing is
+/// opened, and a file that is not there cannot be written over.
+std::optional<std::pair<std::string, std::string>> overwritten(const std::vector<std::string>& results,
+                                                               const std::vector<std::string>& inputs);
