@@ -29,9 +29,9 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
       {"a.fas -b3=5x", 2, "-b3=5x is not a whole number"},
       {"a.fas -b3=", 2, "-b3= is not a whole number"},
       {"a.fas -b2=none", 2, "-b2=none is not a whole number"},
-      {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},                // known only when the file has been read
-      {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},          // b2 is still 3
-      {"absent.fas -p=x", 2, "-p=x is refused"},                  // known before
+      {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},                        // known only when the file has been read
+      {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},                  // b2 is still 3
+      {"absent.fas -p=x", 2, "-p=x is refused"},                          // known before
       {"absent.fas -b1=99", 1, "absent.fas: there is no such file in "},  // the file is to blame
       {"a.fas -s=n -p=n -b4=2 -b2=4 -b1=4", 0, ""},
       {"a.fas -s=n -p=n -b4=2 -b2=0 -b1=3", 0, ""},  // each is judged by itself beforehand
@@ -39,8 +39,7 @@ TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
       {"unended -s=n -p=n", 1, "unended: lists no alignment that was trimmed"},
       {"emptyline -s=n -p=n", 1, "emptyline: not every alignment in the list"},
       {"ended -s=n -p=n -b4=2", 0, ""},
-      {"odd.fas -s=n -p=n", 0,
-       "columns 2, 6-7 (3 in all)\ntrimora-run: odd.fas: has Windows line ends"},
+      {"odd.fas -s=n -p=n", 0, "columns 2, 6-7 (3 in all)\ntrimora-run: odd.fas: has Windows line ends"},
       {"dna.fas -s=n -p=n", 0, "looks like nucleotides"},
       {"a.fas -s=n -p=n -t=C", 0, "looks like protein"},
       {"mixed -s=n -p=n", 0, "b.pir: is read as FASTA"},
