@@ -26,54 +26,76 @@ constexpr int tile = 4096;         // positions looked at together: what is know
 
 /// What is known of a character, and of a position by all of its characters together.
 constexpr std::uint8_t gap = 1;
-constexpr std::uint8_t unknown = 2;  // the sign of an unknown residue
-constexpr std::uint8_t odd = 4;      // neither a letter nor one of the above
+constexpr std::uint8_t unknownmark = 2;    // '?'
+constexpr std::uint8_t unknownletter = 4;  // X or N
+constexpr std::uint8_t odd = 8;            // neither a letter nor one of the above
+
+/// Whether any of `width` characters is more than a known letter or a gap; `unknown` is the small letter for unknown ones.
+TRIMORA_VECTOR_CLONES
+bool remarkable(const char* text, int width, char unknown) {
+  std::uint8_t any = 0;
+  for (int c = 0; c < width; ++c) {
+    const auto small = static_cast<std::uint8_t>(text[c] | 0x20);  // of a letter
+    const bool plain = static_cast<std::uint8_t>(small - 'a') < 26 || text[c] == '-';
+    any |= !plain || small == static_cast<std::uint8_t>(unknown) ? 1 : 0;
+  }
+  return any != 0;
+}
 
 /// Add what `width` characters at `text` are to what is known of their positions.
 /// Returns  what they are all together.
 TRIMORA_VECTOR_CLONES
-std::uint8_t classify(const char* text, int width, char unknownletter, std::uint8_t* known) {
+std::uint8_t classify(const char* text, int width, char unknown, std::uint8_t* known) {
   std::uint8_t all = 0;
   for (int c = 0; c < width; ++c) {
-    const auto folded = static_cast<std::uint8_t>(text[c] | 0x20);  // of letters: the small one
-    const bool isletter = static_cast<std::uint8_t>(folded - 'a') < 26;
+    const auto small = static_cast<std::uint8_t>(text[c] | 0x20);
     const std::uint8_t isgap = text[c] == '-' ? gap : std::uint8_t{0};
-    const std::uint8_t isunknown = folded == static_cast<std::uint8_t>(unknownletter) || text[c] == '?' ? unknown : 0;
-    const std::uint8_t isodd = isletter || text[c] == '-' || text[c] == '?' ? 0 : odd;
-    const auto what = static_cast<std::uint8_t>(isgap | isunknown | isodd);
+    const std::uint8_t ismark = text[c] == '?' ? unknownmark : std::uint8_t{0};
+    const std::uint8_t isunknown = small == static_cast<std::uint8_t>(unknown) ? unknownletter : std::uint8_t{0};
+    const std::uint8_t isodd =
+        static_cast<std::uint8_t>(small - 'a') < 26 || isgap != 0 || ismark != 0 ? std::uint8_t{0} : odd;
+    const auto what = static_cast<std::uint8_t>(isgap | ismark | isunknown | isodd);
     known[c] |= what;
     all |= what;
   }
   return all;
 }
 
-/// The sign of an unknown residue besides '?', as a small letter.
-char unknownletter(const BatchState& run) {
+/// The letter for an unknown residue, as a small one.
+char unknownof(const BatchState& run) {
   return run.seq_type == 'P' ? 'x' : 'n';
 }
 
-/// Odd characters, and how much of the alignment is unknown.
+/// What else than known letters and gaps an alignment holds.
 struct Characters {
-  std::array<int, 256> firstin{};  // the first sequence that holds the character, 0: none; for odd ones and unknowns
+  std::array<int, 256> firstin{};  // the first sequence that holds the odd character, 0: none does
+  std::uint8_t all = 0;            // what there is
   long long unknowns = 0;          // positions without a gap in which a residue is unknown
 };
 
 Characters characters(const Alignment& ali, const BatchState& run) {
   Characters found;
-  const char letter = unknownletter(run);
+  const char unknown = unknownof(run);
   std::uint8_t known[tile];
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
+    bool any = false;  // most alignments hold nothing remarkable, and are looked at but once
+    for (int i = 1; i <= ali.numseq && !any; ++i) any = remarkable(ali.let[i].from(start), width, unknown);
+    if (!any) continue;
     std::fill_n(known, width, std::uint8_t{0});
     for (int i = 1; i <= ali.numseq; ++i) {
       const char* text = ali.let[i].from(start);
-      if ((classify(text, width, letter, known) & (odd | unknown)) == 0) continue;
+      const std::uint8_t all = classify(text, width, unknown, known);
+      found.all |= all;
+      if ((all & odd) == 0) continue;
       std::for_each(text, text + width, [&](char c) {
         int& first = found.firstin[static_cast<unsigned char>(c)];
         first = first == 0 ? i : std::min(first, i);
       });
     }
-    found.unknowns += std::count(known, known + width, unknown) + std::count(known, known + width, unknown | odd);
+    found.unknowns += std::count_if(known, known + width, [](std::uint8_t what) {
+      return (what & gap) == 0 && (what & (unknownmark | unknownletter)) != 0;
+    });
   }
   return found;
 }
@@ -151,16 +173,15 @@ void notecharacters(const Desk& desk) {
   }
 
   if (found.unknowns * 100 < static_cast<long long>(share) * ali.nupo || desk.run.tog_gaps == allgaps) return;
-  const char letter = unknownletter(desk.run);
-  const bool mark = firstof("?") != 0;
-  const char both[] = {capital(letter), letter};
-  const bool letters = firstof({both, 2}) != 0;
+  const bool mark = (found.all & unknownmark) != 0;
+  const bool letters = (found.all & unknownletter) != 0;
+  const char letter = unknownof(desk.run);
   const std::string capitalletter(1, capital(letter));
   desk.note(words::unknownletters, {mark && letters ? capitalletter + " and ?"
                                     : mark          ? "?"
                                                     : capitalletter,
                                     std::to_string(found.unknowns * 100 / ali.nupo),
-                                    (letters ? std::string(both, 2) : "") + (mark ? "?" : ""), desk.file});
+                                    (letters ? capitalletter + letter : "") + (mark ? "?" : ""), desk.file});
 }
 
 /// Whether the file writes '.' for the letter of the first sequence: the first one has no gap, the others seem to have
@@ -266,7 +287,7 @@ void notenames(const Desk& desk) {
 
 /// The sequences with the most gaps or unknown letters, at least a tenth of the positions, as "3 (Mus, 81 %)".
 std::string emptiest(const Alignment& ali, const BatchState& run) {
-  const char letter = unknownletter(run);
+  const char letter = unknownof(run);
   std::vector<std::pair<long long, int>> missing;
   for (int i = 1; i <= ali.numseq; ++i) {
     const char* text = ali.let[i].from(1);
@@ -313,8 +334,8 @@ void noteselection(const Alignment& ali, const Selection& found, const BatchStat
       gaps += val[p] == 0 ? 1 : 0;
       flanks += val[p] >= static_cast<float>(run.flankval) ? 1 : 0;
     }
-    const std::string sequences = emptiest(ali, run);
-    if (!sequences.empty() && gaps * 4LL >= ali.nupo) {
+    const std::string sequences = gaps * 4LL >= ali.nupo ? emptiest(ali, run) : "";
+    if (!sequences.empty()) {
       desk.note(words::nothingbygaps, {sequences});
     } else if (flanks == 0) {
       desk.note(words::nothingbyflanks, {std::to_string(run.flankval)});
