@@ -79,20 +79,6 @@ bool opens(const std::string& path) {
   return static_cast<bool>(InputFile(path));
 }
 
-/// Why the first line of what may be a paths file names no file; empty when it is none.
-std::string whynopath(const std::string& line, const std::string& path) {
-  std::string trimmed = line;
-  if (trimmed.ends_with('\r')) trimmed.pop_back();
-  if (trimmed != line && opens(trimmed)) return filled(words::listwindows, {shown(trimmed), typed(path)});
-  const std::size_t first = trimmed.find_first_not_of(" \t");
-  if (first == std::string::npos) return "";
-  const std::string inner = trimmed.substr(first, trimmed.find_last_not_of(" \t") + 1 - first);
-  if (inner != trimmed && opens(inner)) return filled(words::listblanks, {shown(line), typed(path)});
-  if (inner.starts_with('#')) return filled(words::listcomment, {shown(inner), typed(path)});
-  if (inner.starts_with("~/")) return filled(words::listhome, {shown(inner), typed(path)});
-  return "";
-}
-
 /// What a file is that does not begin like an alignment.
 std::string whatitis(const std::string& path) {
   const std::string bytes = beginning(path);
@@ -129,6 +115,19 @@ std::string typed(const std::string& path) {
   std::string text = path.starts_with('-') ? "./'" : "'";
   for (const char c : path) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return text + "'";
+}
+
+std::string whynopath(const std::string& line, const std::string& list) {
+  std::string trimmed = line;
+  if (trimmed.ends_with('\r')) trimmed.pop_back();
+  if (trimmed != line && opens(trimmed)) return filled(words::listwindows, {shown(trimmed), typed(list)});
+  const std::size_t first = trimmed.find_first_not_of(" \t");
+  if (first == std::string::npos) return "";
+  const std::string inner = trimmed.substr(first, trimmed.find_last_not_of(" \t") + 1 - first);
+  if (inner != trimmed && opens(inner)) return filled(words::listblanks, {shown(line), typed(list)});
+  if (inner.starts_with('#')) return filled(words::listcomment, {shown(inner), typed(list)});
+  if (inner.starts_with("~/")) return filled(words::listhome, {shown(inner), typed(list)});
+  return "";
 }
 
 std::string unfit(const std::string& path) {

@@ -11,6 +11,9 @@ std::string unfit(const std::string& path);
 /// Why `path` could not be opened.
 std::string whynotopened(const std::string& path);
 
+/// Why `line` of the paths file `list` names no file though something like it is there, or empty.
+std::string whynopath(const std::string& line, const std::string& list);
+
 /// What `end` means for the alignment `path`; `first` is the first alignment of the batch. The file is looked at again
 /// when it is in no known format. Empty when standard error has told already.
 std::string diagnose(const ExecutionTerminated& end, const std::string& path, const std::string& first);

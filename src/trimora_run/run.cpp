@@ -4,7 +4,9 @@
 #include <climits>
 #include <cstddef>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 #include "driver/options.h"
@@ -111,8 +113,15 @@ const std::string& Run::culprit() const {
   return run_.fichero1.empty() ? arguments_.file : run_.fichero1;
 }
 
-std::string Run::why(const ExecutionTerminated& end) const {
-  return opened_ ? diagnose(end, culprit(), first_) : whynotopened(arguments_.file);
+void Run::explain(const ExecutionTerminated& end) {
+  if (!opened_) return messages_.error(arguments_.file, whynotopened(arguments_.file));
+  if (run_.tog_sb == 1) {
+    std::error_code error;
+    const std::string why = std::filesystem::exists(culprit(), error) ? "" : whynopath(culprit(), run_.filename);
+    if (!why.empty()) return messages_.error(run_.filename, why);
+  }
+  const std::string why = diagnose(end, culprit(), first_);
+  if (!why.empty()) messages_.error(culprit(), why);
 }
 
 bool Run::fail(const std::string& file, std::string_view words) {

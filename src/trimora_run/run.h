@@ -31,7 +31,7 @@ class Run {
 
   /// The file that a failure is due to, and what is to be said of it.
   const std::string& culprit() const;
-  std::string why(const ExecutionTerminated& end) const;
+  void explain(const ExecutionTerminated& end);
 
  private:
   bool fail(const std::string& file, std::string_view words);

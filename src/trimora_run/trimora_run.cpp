@@ -34,8 +34,7 @@ int carryout(Arguments& arguments) {
     complete = run.carryout();
   } catch (const ExecutionTerminated& end) {
     try {
-      const std::string why = run.why(end);
-      if (!why.empty()) messages.error(run.culprit(), why);
+      run.explain(end);
     } catch (const std::bad_alloc&) {
       Messages::outofmemory(run.culprit().c_str());
     }
