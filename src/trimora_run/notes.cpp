@@ -184,28 +184,34 @@ void notecharacters(const Desk& desk) {
                                     (letters ? capitalletter + letter : "") + (mark ? "?" : ""), desk.file});
 }
 
-/// Whether the file writes '.' for the letter of the first sequence: the first one has no gap, the others seem to have
-/// many, and in the file these are points.
+/// Whether the file writes '.' for the letter of the first sequence: the others seem to have many more gaps than that one,
+/// and in the file these are points, of which the first one has none.
 bool pointsatfirst(const Alignment& ali, const std::string& path) {
   const auto gaps = [&](int i) {
     const char* text = ali.let[i].from(1);
-    return std::count(text, text + ali.nupo, '-') * 10LL;
+    return static_cast<long long>(std::count(text, text + ali.nupo, '-'));
   };
-  if (gaps(1) > 0 || gaps(2) < 3LL * ali.nupo || gaps(ali.numseq) < 3LL * ali.nupo) return false;
+  const long long few = gaps(1);
+  const auto many = [&](int i) { return gaps(i) * 10 >= ali.nupo && gaps(i) >= 2 * few; };
+  if (!many(2) && !many(ali.numseq)) return false;
   std::ifstream file(path, std::ios::binary);
   std::string text(65536, '\0');
   file.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<std::size_t>(file.gcount()));
+  int records = 0;
   long long points = 0;
-  long long dashes = 0;
+  long long others = 0;
+  bool dashes = false;  // a file with both signs does not mean the same by them
   bool inname = false;
   for (const char c : text) {
+    records += c == '>' ? 1 : 0;
     inname = c == '>' || (inname && c != '\n');
-    if (inname) continue;
-    points += c == '.' ? 1 : 0;
-    dashes += c == '-' ? 1 : 0;
+    if (inname || whitespace(c)) continue;
+    if (records == 1 && c == '.') return false;
+    dashes |= c == '-';
+    if (records > 1) ++(c == '.' ? points : others);
   }
-  return points > dashes;
+  return points * (dashes ? 9 : 3) > others;  // a tenth of all letters, or a quarter
 }
 
 /// The codon that begins at position p, as capitals of DNA.

@@ -68,8 +68,8 @@ inline constexpr W looksprotein = "is read as nucleotides, but looks like protei
 
 // Codons.
 inline constexpr W codonlength = "has {number} columns, which is no multiple of three: does its first column begin a codon?";
-inline constexpr W codonstops = "{number} sequences have stop codons inside, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon?";
-inline constexpr W codongaps = "{number} sequences have gaps that are no whole codons, the first at column {column} of sequence {sequence} ({name}): from there on they are out of frame";
+inline constexpr W codonstops = "stop codons inside {number} of the sequences, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon?";
+inline constexpr W codongaps = "gaps that are no whole codons in {number} of the sequences, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
 
 // What is selected.
 inline constexpr W nothingbygaps = "nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: {sequences}: leave these out, or try -b5=h";
