@@ -1,9 +1,11 @@
-// What the tests share: alignments drawn as rows, a folder of their own, and what a step prints.
+// What the tests share: alignments drawn as rows, arguments on a line, a folder of their own, and what a step prints.
 #pragma once
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,22 @@ inline std::string listed(const std::vector<Stretch>& stretches) {
   for (const Stretch& s : stretches) list += std::to_string(s.first) + ".." + std::to_string(s.last) + " ";
   return list;
 }
+
+/// The words of a line, for functions that take argc and argv.
+class Arguments {
+ public:
+  explicit Arguments(std::istringstream line) : words_(std::istream_iterator<std::string>(line), {}) {
+    for (std::string& word : words_) argv_.push_back(word.data());
+  }
+  template <typename Function, typename... More>
+  auto to(Function function, More&&... more) {
+    return function(static_cast<int>(argv_.size()), argv_.data(), more...);
+  }
+
+ private:
+  std::vector<std::string> words_;
+  std::vector<char*> argv_;
+};
 
 /// What `step` prints, the message of a fatal error included.
 template <typename Step>

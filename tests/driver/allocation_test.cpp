@@ -43,25 +43,23 @@ void operator delete[](void* memory, std::size_t) noexcept {
 
 namespace {
 
-class Allocation : public FolderTest {};
+using Allocation = FolderTest;
 
 TEST_F(Allocation, EachFailureEndsTheRunWithTheNameOfItsBuffer) {
   // A gap in every sequence, a gap in one, and blocks; listed twice.
   const std::string letters = "ACDEF-GHIKLMNPQRSTVWY-ACDEFGHIKLMNPQRSTVW";
   write("a.fas", ">a\n" + letters + "A\n>b\n" + letters + "-\n>c\n" + letters + "C\n");
   write("all.txt", "a.fas\na.fas\n");
+  Arguments arguments{std::istringstream("trimora all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y")};
   std::set<std::string> buffers;
   for (const bool always : {false, true}) {
     for (long n = 0;; ++n) {
-      std::string arguments[] = {"trimora", "all.txt", "-a=y", "-c=y", "-w=y", "-k=y", "-d=y", "-n=y", "-u=y"};
-      std::vector<char*> argv;
-      for (std::string& argument : arguments) argv.push_back(argument.data());
       testing::internal::CaptureStderr();  // names the file that is cut short
       const std::string printed = printedby([&] {
         left = n;
         forgood = always;
         armed = true;
-        trimora(static_cast<int>(argv.size()), argv.data());
+        arguments.to(trimora);
         armed = false;
       });
       testing::internal::GetCapturedStderr();

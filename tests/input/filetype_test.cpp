@@ -13,12 +13,13 @@ std::string chosen(const std::string& text) {
   std::ofstream("f") << text;
   RunState run;
   run.filename = "f";
-  run.tog_allfile = run.tog_allfile_init = run.tog_allungfile = 1;
+  run.tog_sb = run.tog_allfile = run.tog_allfile_init = run.tog_allungfile = 1;
   run.tog_sub = 1;
   run.warn = 0;
+  run.numal = 7;
   printedby([&] { openfile(run); });  // which ends behind the file type: there are too few sequences
   std::string state = run.fichero1 + (run.fileformat == pir ? " pir " : " fasta ") + run.seq_type;
-  if (run.tog_sb == 1) state += " batch of " + std::to_string(run.numal);
+  state += (run.tog_sb == 1 ? " batch of " : " ") + std::to_string(run.numal);
   if (run.tog_allfile == 1 && run.tog_allfile_init == 1 && run.tog_allungfile == 1) state += " concatenating";
   if (run.tog_sub == 1) state += " fixed";
   if (run.warn == 1) state += " warning";
@@ -28,12 +29,12 @@ std::string chosen(const std::string& text) {
 TEST_F(FileType, OfTheInput) {
   write("a", "\n>DL;a\n\nAC*\n");
   const char* const cases[][2] = {
-      {">P1;a\n\nAC*\n", "f pir P concatenating fixed"},  // a single alignment leaves the rest alone
-      {">D1;a\n\nAC*\n", "f pir D concatenating fixed"},
-      {"\n\n>DL;a\n\nAC*\n", "f pir D concatenating fixed"},
-      {">seq\nACGT\n", "f fasta P concatenating fixed"},
-      {">P1a;\nACGT\n", "f fasta P concatenating fixed"},
-      {">a\nACGT\n", "f fasta P concatenating fixed"},
+      {">P1;a\n\nAC*\n", "f pir P 1 concatenating fixed"},  // what was chosen for a batch stays for the next one
+      {">D1;a\n\nAC*\n", "f pir D 1 concatenating fixed"},
+      {"\n\n>DL;a\n\nAC*\n", "f pir D 1 concatenating fixed"},
+      {">seq\nACGT\n", "f fasta P 1 concatenating fixed"},
+      {">P1a;\nACGT\n", "f fasta P 1 concatenating fixed"},
+      {">a\nACGT\n", "f fasta P 1 concatenating fixed"},
       {"a\nb\n", "a pir D batch of 2 warning"},
       {"\na\n\nb\n", "a pir D batch of 2 warning"},
       {"a\nb", "a pir D batch of 1 warning"},  // the last path counts only with its line end

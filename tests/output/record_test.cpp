@@ -1,7 +1,5 @@
 #include "output/record.h"
 
-#include <sstream>
-
 #include "support.h"
 
 namespace {
@@ -16,24 +14,22 @@ std::string read(const std::string& path) {
 TEST_F(Output, RecordInGroupsAndLines) {
   const std::string fifty = "1234567890 1234567890 1234567890 1234567890 1234567890 ";
   const std::string sixty = fifty + "1234567890\n";
-  // clang-format off
-  const std::string bodies[] = {
-    "", "123456789", "1234567890 ", "1234567890 1", fifty, fifty + "123456789", sixty, sixty + "1", sixty + sixty,
-    sixty + sixty + "1234567890 1"};
-  // clang-format on
-  for (const std::string& body : bodies) {
+  InputState run;
+  run.fileformat = fasta;
+  for (const std::string& body : {std::string(), std::string("123456789"), std::string("1234567890 1"), fifty, sixty,
+                                  sixty + "1", sixty + sixty + fifty + "123456789"}) {
     std::string letters = body;
-    std::erase_if(letters, [](char c) { return std::isdigit(c) == 0; });
+    std::erase_if(letters, [](char c) { return c == ' ' || c == '\n'; });
     const Alignment ali = alignment({letters});
-    InputState run;
-    run.fileformat = fasta;
+    std::string records;
+    auto out = std::make_unique<OutputFile>("records");
     for (int cut = 0; cut <= ali.nupo; ++cut) {
-      {
-        OutputFile out("record");
-        writerecord(out, run, "s\n", [&](Body& b) { addstretches(b, ali.let[1], {{1, cut}, {cut + 1, ali.nupo}}); });
-      }
-      EXPECT_EQ(read("record"), ">s\n" + body + "\n") << "cut behind " << cut;
+      const std::vector<Stretch> stretches = {{1, cut}, {cut + 1, ali.nupo}};
+      writerecord(*out, run, "s\n", [&](Body& b) { addstretches(b, ali.let[1], stretches); });
+      records += ">s\n" + body + "\n";
     }
+    out.reset();
+    EXPECT_EQ(read("records"), records);
   }
 }
 
@@ -47,6 +43,21 @@ TEST_F(Output, FileHoldsPiecesOfAnyLength) {
     for (const char c : piece) out.put(c);
   }
   EXPECT_TRUE(read("long") == piece + piece + "|7" + piece);
+}
+
+// A file is incomplete when the run ends while it is written, and not when it is written while the run ends.
+TEST_F(Output, FileIsNamedWhenTheRunEndsInIt) {
+  struct AtTheEnd {
+    ~AtTheEnd() { OutputFile("whole").put("x"); }
+  };
+  testing::internal::CaptureStderr();
+  printedby([] {
+    const AtTheEnd atheend;
+    const OutputFile cut("cut");
+    errfunc("\nended\n");
+  });
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(said.substr(said.find(':')), ": cut could not be written completely: the run ended early\n");
 }
 
 }  // namespace

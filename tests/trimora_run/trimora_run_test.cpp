@@ -1,9 +1,7 @@
-#include <filesystem>
-#include <iterator>
-#include <sstream>
-
-#include "support.h"
 #include "trimora_run/trimora_run.h"
+
+#include "driver/entry.h"
+#include "support.h"
 
 namespace {
 
@@ -12,81 +10,77 @@ namespace fs = std::filesystem;
 // A file of 4 sequences: b1 is 3 at least, b2 is 3. What goes through is compared by the whole-program runs.
 class TrimoraRun : public FolderTest {};
 
-TEST_F(TrimoraRun, RefusesWhatWasNotTakenAsWritten) {
-  const struct {
-    const char* arguments;
-    int status;
-    const char* named;  // on standard error
-  } cases[] = {
-      {"", 2, "no file name"},
-      {"-p=n", 2, "-p=n stands where"},
-      {"-p=n a.fas", 2, "-p=n stands where"},
-      {"a.fas -p", 2, "-p is not an option"},
-      {"a.fas -T=P", 2, "-T=P is not an option"},
-      {"a.fas -b7=1", 2, "-b7=1 is not an option"},
-      {"a.fas b3=5", 2, "b3=5 is not an option"},
-      {"a.fas -p=x", 2, "-p=x is refused"},
-      {"a.fas -b3=5x", 2, "-b3=5x is not a whole number"},
-      {"a.fas -b3=", 2, "-b3= is not a whole number"},
-      {"a.fas -b2=none", 2, "-b2=none is not a whole number"},
-      {"a.fas -p=n -b1=2", 2, "-b1=2 is refused"},                        // known only when the file has been read
-      {"a.fas -p=n -b1=4 -b2=4", 2, "-b1=4 is refused"},                  // b2 is still 3
-      {"absent.fas -p=x", 2, "-p=x is refused"},                          // known before
-      {"absent.fas -b1=99", 1, "absent.fas: there is no such file in "},  // the file is to blame
-      {"a.fas -s=n -p=n -b4=2 -b2=4 -b1=4", 0, ""},
-      {"a.fas -s=n -p=n -b4=2 -b2=0 -b1=3", 0, ""},  // each is judged by itself beforehand
-      {"--odd -s=n -p=n -b4=2", 0, ""},              // a file all the same
-      {"unended -s=n -p=n", 1, "unended: lists no alignment that was trimmed"},
-      {"emptyline -s=n -p=n", 1, "emptyline: not every alignment in the list"},
-      {"ended -s=n -p=n -b4=2", 0, ""},
-      {"odd.fas -s=n -p=n", 0, "columns 2, 6-7 (3 in all)\ntrimora-run: odd.fas: has Windows line ends"},
-      {"dna.fas -s=n -p=n", 0, "looks like nucleotides"},
-      {"a.fas -s=n -p=n -t=C", 0, "looks like protein"},
-      {"mixed -s=n -p=n", 0, "b.pir: is read as FASTA"},
-      {"a.fas -p=n -u=y -e=--", 2, "two files one name"},
-      {"ended -p=n -a=y -w=y -e=--", 2, "two files one name"},
-      {"dna.fas -s=n -p=n -t=D -b5=a", 0, ""},
-      {"--help", 0, ""},
-      {"--version", 0, ""},
+TEST_F(TrimoraRun, TellsByStatusAndNotes) {
+  // clang-format off
+  const struct { const char* arguments; int status; const char* named; /* on standard error */ } cases[] = {
+    {"",                          2, "no file name"},
+    {"-p=n",                      2, "-p=n stands where"},
+    {"-p=n a.fas",                2, "-p=n stands where"},
+    {"a.fas -p",                  2, "-p is not an option"},
+    {"a.fas -p=x",                2, "-p=x is refused"},
+    {"a.fas -b3=5x",              2, "-b3=5x is not a whole number"},
+    {"a.fas -p=n -b1=2",          2, "-b1=2 is refused"},              // known only when the file has been read
+    {"a.fas -p=n -b1=4 -b2=4",    2, "-b1=4 is refused"},              // b2 is still 3
+    {"a.fas -p=n -u=y -e=--",     2, "two files one name"},
+    {"ended -p=n -a=y -w=y -e=--", 2, "two files one name"},
+    {"absent.fas -p=x",           2, "-p=x is refused"},               // known before
+    {"absent.fas -b1=99",         1, "absent.fas: there is no such file in "},  // the file is to blame
+    {"a.fas -s=n -p=n -b4=2 -b2=4 -b1=4", 0, ""},
+    {"a.fas -s=n -p=n -b4=2 -b2=0 -b1=3", 0, ""},                      // each is judged by itself beforehand
+    {"--odd -s=n -p=n -b4=2",     0, ""},                              // a file all the same
+    {"unended -s=n -p=n",         1, "unended: lists no alignment that was trimmed"},
+    {"emptyline -s=n -p=n",       1, "emptyline: not every alignment in the list"},
+    {"ended -s=n -p=n -b4=2",     0, ""},
+    {"odd.fas -s=n -p=n",         0, "columns 2, 6-7 (3 in all)\ntrimora-run: odd.fas: has Windows line ends"},
+    {"dna.fas -s=n -p=n",         0, "looks like nucleotides"},
+    {"dna.fas -s=n -p=n -t=D -b5=a", 0, ""},
+    {"a.fas -s=n -p=n -t=C",      0, "looks like protein"},
+    {"mixed -s=n -p=n",           0, "b.pir: is read as FASTA"},
+    {"names -s=n -p=n -w=y",      1, "sequence 2 is concatenated with that of another name, c with b\n"},
+    {"--help",                    0, ""},
+    {"--version",                 0, ""},
   };
+  // clang-format on
   const std::string letters = ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n";
   write("a.fas", letters);
   write("--odd", letters);
   write("unended", "a.fas");
   write("emptyline", "a.fas\na.fas\n\n");
   write("ended", "a.fas\n\na.fas\n");
-  write("odd.fas", ">a\nA-CD\r--7\n>b\nA-CD\r--E\n");
+  write("odd.fas", ">a\nA-CD\r--7\n>c\nA-CD\r--E\n");
   write("b.pir", ">P1;a\n\nACDEF*\n>P1;b\n\nACDEF*\n");
   write("mixed", "a.fas\nb.pir\n");
   write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
+  write("names", "dna.fas\nodd.fas\nabsent.fas\n");  // fails before anything is concatenated
   for (const auto& c : cases) {
-    std::istringstream line(c.arguments);
-    std::vector<std::string> arguments = {"trimora-run"};
-    arguments.insert(arguments.end(), std::istream_iterator<std::string>(line), {});
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) argv.push_back(argument.data());
+    Arguments arguments{std::istringstream(std::string("trimora-run ") + c.arguments)};
     int status = -1;
     testing::internal::CaptureStderr();
-    printedby([&] { status = trimora_run(static_cast<int>(argv.size()), argv.data()); });
+    printedby([&] { status = arguments.to(trimora_run); });
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_EQ(status, c.status) << c.arguments;
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 9);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 10);  // nothing was written
 }
 
 // /dev/full takes no byte. What is incomplete is named, the run goes on, and the status tells.
 TEST_F(TrimoraRun, TellsIncompleteFiles) {
   write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
   fs::create_symlink("/dev/full", "a.fas-tr");
-  std::string arguments[] = {"trimora-run", "a.fas", "-b4=2"};
-  char* argv[] = {arguments[0].data(), arguments[1].data(), arguments[2].data()};
+  Arguments arguments{std::istringstream("trimora-run a.fas -p=s -b4=2")};
   testing::internal::CaptureStderr();
-  printedby([&] { EXPECT_EQ(trimora_run(3, argv), 1); });
+  printedby([&] { EXPECT_EQ(arguments.to(trimora_run), 1); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "trimora-run: a.fas-tr could not be written completely: No space left on device\n");
-  EXPECT_TRUE(fs::exists("a.fas-tr.htm"));
+  EXPECT_TRUE(fs::exists("a.fas-tr.txts"));
+
+  for (const auto program : {trimora, trimora_run}) {
+    Arguments unwritten{std::istringstream("trimora a.fas -s=n -p=n")};
+    const auto intofull = [&] { std::exit(std::freopen("/dev/full", "w", stdout) ? unwritten.to(program) : 9); };
+    EXPECT_EXIT(intofull(), testing::ExitedWithCode(1), "standard output could not be written completely: No space");
+  }
 }
 
 }  // namespace
