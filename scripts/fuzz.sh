@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Build the fuzz targets and run them, two at a time: scripts/fuzz.sh [SECONDS [TARGET]]
 #   SECONDS  for each target, 60 unless given; 0 only tries the corpus again
-#   TARGET   alignment, options, menus or paths; all four unless given
+#   TARGET   alignment, menus or runs; all three unless given
 # The corpus grows in build/fuzz-corpus/TARGET. An input that breaks something is kept in build/fuzz-findings/TARGET and
 # named; the exit status is then 1. Later runs begin with it.
 # scripts/fuzz.sh --coverage [TARGET] tells instead how much of src/ the corpus reaches, and which lines it does not.
@@ -9,7 +9,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
 seconds=${1:-60}
-targets=(alignment options menus paths)
+targets=(alignment menus runs)
 [ $# -lt 2 ] || targets=("$2")
 
 need clang cmake make
@@ -54,7 +54,7 @@ fi
 # ---- Seeds: the examples and the golden runs
 
 prepare build/fuzz
-mkdir -p build/fuzz-corpus/{alignment,options,menus,paths} build/fuzz-findings
+mkdir -p build/fuzz-corpus/{alignment,menus,runs} build/fuzz-findings
 # seed TARGET: from standard input, named as the fuzzer names what it finds.
 seed() {
   cat >"$scratch/seed"
@@ -70,9 +70,11 @@ for file in examples/*.{fas,pir} tests/golden/*/input/*.{fas,pir}; do alignment 
 small=tests/golden/menu_alignment/input/five.fas
 alignment awk '!/^>/ { $0 = $0 "-"; for (k = 1; k < 350; ++k) print } 1' $small
 alignment awk '{ all = all $0 "\n" } END { for (k = 0; k < 60; ++k) printf "%s", all }' $small
-for file in tests/golden/*/arguments; do tr ' ' '\n' <"$file" | seed options; done
+for file in tests/golden/*/arguments; do tr ' ' '\n' <"$file" | seed runs; done
 for run in tests/golden/menu_*; do { echo "$(cat "$run/arguments")" && cat "$run/script"; } | seed menus; done
-for file in tests/golden/*/input/{,lists/}*.txt; do seed paths <"$file"; done
+for file in tests/golden/*/input/{,lists/}*.txt; do
+  { printf '%s\n' paths -b4=2 -b3=1 -k=y -n=y -u=y -p=s -a=y -c=y -w=y "" && cat "$file"; } | seed runs
+done
 
 # ---- The runs
 

@@ -1,4 +1,5 @@
 // Memory that runs out at every place in turn.
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 #include <set>
@@ -10,34 +11,21 @@ namespace {
 bool armed = false;
 bool forgood = false;  // once memory has run out, it stays so
 long left = 0;         // allocations until it runs out
+}  // namespace
 
-void* allocate(std::size_t size) {
+// Those for arrays call these.
+void* operator new(std::size_t size) {
   if (armed && --left < 0) {
     armed = forgood;
     throw std::bad_alloc();
   }
-  void* memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
+  if (void* memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
+  throw std::bad_alloc();
 }
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return allocate(size);
-}
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
   std::free(memory);
 }
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 

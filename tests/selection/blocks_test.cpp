@@ -79,4 +79,13 @@ TEST(Blocks, CountedOnTheFirstSequence) {
   }
 }
 
+TEST(Ungap, KeepsPositionsWithoutAnyGap) {
+  const std::string wide(5000, 'A');  // more than is looked at in one piece
+  std::string holed = wide;
+  holed[4095] = holed[4096] = '-';
+  EXPECT_EQ(listed(ungap(alignment({wide, holed})).newlet), "1..4095 4098..5000 ");
+  EXPECT_EQ(listed(ungap(alignment({"-?XDE-", "A~*-EF"})).newlet), "2..3 5..5 ");  // other signs are no gaps
+  EXPECT_EQ(listed(ungap(alignment({"-A", "A-"})).newlet), "");
+}
+
 }  // namespace

@@ -1,0 +1,74 @@
+// Any lines as the arguments of both programs, among small alignments; those behind an empty line are a paths file.
+#include <sstream>
+
+#include "driver/entry.h"
+#include "fuzz.h"
+#include "ground/path.h"
+#include "input/input_file.h"
+#include "trimora_run/trimora_run.h"
+
+namespace {
+
+void checkranges(const RunState& run) {
+  must(posblenrange.holds(run.posblen) && posblenrange.holds(run.posblen2) && negblenrange.holds(run.negblen) &&
+           breakcountrange.holds(run.breakcount) && negvalrange(run).holds(run.negval) &&
+           flankvalrange(run).holds(run.flankval) && Range{1, 3}.holds(run.tog_gaps) &&
+           Range{0, 3}.holds(run.tog_viewfile) && Range{1, longestexten}.holds(static_cast<int>(run.exten.size())),
+       "each value is in its range");
+}
+
+/// The alignments of a batch, each as it is alone, and the concatenations: one behind the other.
+void checkbatch(RunState run) {
+  InputFile paths(run.filename);
+  Letters blocks, whole, ungapped;
+  Alignment ali;
+  for (int c = 1; c <= run.numal && readpath(paths, run.fichero1); ++c) {
+    ali = load(run);
+    run.numseq = ali.numseq;
+    if (run.tog_sub == 0) derivedefaults(run);
+    const Table<char> map = checkrun(ali, run);
+    append(blocks, ali, [&](int p) { return map[p] == '#'; });
+    append(whole, ali, every);
+    append(ungapped, ali, [&](int p) { return gapless(ali, p); });
+  }
+  const std::string path = getpath(run.fichero1).path_file + getpath(run.filename).name_file;
+  if (run.tog_allfile == 1) checkfile(path + run.exten + ".seq", ali.name, blocks, run);
+  if (run.tog_allfile_init == 1) checkfile(path + ".seq", ali.name, whole, run);
+  if (run.tog_allungfile == 1) checkfile(path + "--.seq", ali.name, ungapped, run);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(data, data + size);
+  const std::size_t end = std::min(text.find("\n\n"), size);
+  std::istringstream lines(text.substr(0, end));
+  std::vector<std::string> words = {"trimora"};
+  for (std::string line; std::getline(lines, line);) words.push_back(line.substr(0, line.find('\0')));
+  if (words.size() < 3 || foreign(text)) return 0;  // one argument shows the menus, which have a target of their own
+  std::vector<char*> argv = argvof(words);
+  const int argc = static_cast<int>(argv.size());
+
+  const Files inputs = samplesand("paths", text.substr(std::min(end + 2, size)));
+  const Files whole = filesafter(inputs, [&] { trimora(argc, argv.data()); });
+  bool accepted = false;  // an input that can be read, and every option taken as it was written
+  const Files parts = filesafter(inputs, [&] {
+    RunState run;
+    run.filename = words[1];
+    const std::optional<Alignment> ali = openfile(run);
+    const std::vector<Answer> answers = applyoptions(argc, argv.data(), 2, run);
+    if (ali) checkranges(run);
+    accepted = ali && std::all_of(answers.begin(), answers.end(), [](const Answer& a) { return a.kind == a.taken; }) &&
+               (run.exten != "--" || run.tog_ungappedfile == 0);  // the one name for two files
+    calculate(run, ali);
+    if (ali && run.tog_sb == 0) checkrun(*ali, run);
+    // Another suffix could give a file the name of another one.
+    if (ali && run.tog_sb == 1 && run.numal > 0 && run.exten == "-tr") checkbatch(run);
+  });
+  must(whole == parts, "two runs write the same bytes");
+  int status = 0;
+  const Files script = filesafter(inputs, [&] { status = trimora_run(argc, argv.data()); });
+  must(script == (status == 2 ? inputs : whole), "trimora-run writes the same, or nothing");
+  must(status != 2 || !accepted, "trimora-run refuses only what was not taken");
+  return 0;
+}
