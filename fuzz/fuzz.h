@@ -140,10 +140,6 @@ inline std::vector<Stretch> plainblocks(const PositionScores& scores, int nupo, 
 
 // ---- The files
 
-inline bool every(int) {
-  return true;
-}
-
 inline bool gapless(const Alignment& ali, int p) {
   int i = 1;
   while (i <= ali.numseq && ali.let[i][p] != '-') ++i;
@@ -187,7 +183,6 @@ inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
   must(scores.val.size() == ali.nupo && scores.val_aa.size() == ali.nupo, "each position has a score");
   for (int p = 1; p <= ali.nupo; ++p) {
     must(scores.val[p] == plain.val[p] && scores.val_aa[p] == plain.val_aa[p], "scores and residues");
-    must(0 <= scores.val[p] && scores.val[p] <= static_cast<float>(ali.numseq), "scores are counted in sequences");
   }
 
   const SelectedBlocks blocks = getpos(scores, ali, run);
@@ -197,24 +192,23 @@ inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
   int behind = 0, gaps = 0, selected = 0;  // gaps of the first sequence outside the blocks
   for (std::size_t k = 0; k < expected.size(); ++k) {
     const auto [first, last] = blocks.newpos[k];
-    must(first == expected[k].first && last == expected[k].last, "the blocks");
-    must(behind < first && first <= last + 1 && last <= ali.nupo, "blocks are ordered, disjoint and inside");
+    must(first == expected[k].first && last == expected[k].last && behind < first, "the blocks");
     while (++behind < first) gaps += ali.let[1][behind] == '-' ? 1 : 0;
     must(blocks.newposseq[k].first == first - gaps && blocks.newposseq[k].last == last - gaps, "the first sequence");
     behind = last;
+    selected += last - first + 1;
+    for (int p = first; p <= last; ++p) must(map[p] == '#', "the map");
   }
-  for (int p = 1; p <= ali.nupo; ++p) selected += map[p] == '#' ? 1 : 0;
   must(blocks.nupo3 == selected && blocks.nupo3per == selected * 100 / ali.nupo, "the positions selected");
 
-  const std::string path = run.fichero1 + run.exten;
-  const auto expect = [&](const std::string& file, auto keep) {
+  const auto expect = [&](char toggle, const std::string& ending, auto keep) {
     Letters rows;
     append(rows, ali, keep);
-    checkfile(file, ali.name, rows, run);
+    if (toggle == 1) checkfile(run.fichero1 + ending, ali.name, rows, run);
   };
   const bool overwritten = run.tog_ungappedfile == 1 && run.exten == "--";
-  if (run.tog_seqfile == 1 && !overwritten) expect(path, [&](int p) { return map[p] == '#'; });
-  if (run.tog_ncbfile == 1) expect(path + "Comp", [&](int p) { return map[p] == '.'; });
-  if (run.tog_ungappedfile == 1) expect(run.fichero1 + "--", [&](int p) { return gapless(ali, p); });
+  if (!overwritten) expect(run.tog_seqfile, run.exten, [&](int p) { return map[p] == '#'; });
+  expect(run.tog_ncbfile, run.exten + "Comp", [&](int p) { return map[p] == '.'; });
+  expect(run.tog_ungappedfile, "--", [&](int p) { return gapless(ali, p); });
   return map;
 }

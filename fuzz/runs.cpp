@@ -28,7 +28,7 @@ void checkbatch(RunState run) {
     if (run.tog_sub == 0) derivedefaults(run);
     const Table<char> map = checkrun(ali, run);
     append(blocks, ali, [&](int p) { return map[p] == '#'; });
-    append(whole, ali, every);
+    append(whole, ali, [](int) { return true; });
     append(ungapped, ali, [&](int p) { return gapless(ali, p); });
   }
   const std::string path = getpath(run.fichero1).path_file + getpath(run.filename).name_file;

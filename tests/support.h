@@ -30,21 +30,15 @@ inline std::string listed(const std::vector<Stretch>& stretches) {
   return list;
 }
 
-/// The words of a line, for functions that take argc and argv.
-class Arguments {
- public:
-  explicit Arguments(std::istringstream line) : words_(std::istream_iterator<std::string>(line), {}) {
-    for (std::string& word : words_) argv_.push_back(word.data());
-  }
-  template <typename Function, typename... More>
-  auto to(Function function, More&&... more) {
-    return function(static_cast<int>(argv_.size()), argv_.data(), more...);
-  }
-
- private:
-  std::vector<std::string> words_;
-  std::vector<char*> argv_;
-};
+/// Call `function` with the words of a line as argc and argv, and with what else it takes.
+template <typename Function, typename... More>
+auto withwords(const std::string& line, Function function, More&&... more) {
+  std::istringstream text(line);
+  std::vector<std::string> words = {std::istream_iterator<std::string>(text), {}};
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  return function(static_cast<int>(argv.size()), argv.data(), more...);
+}
 
 /// What `step` prints, the message of a fatal error included.
 template <typename Step>

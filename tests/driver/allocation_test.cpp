@@ -38,7 +38,6 @@ TEST_F(Allocation, EachFailureEndsTheRunWithTheNameOfItsBuffer) {
   const std::string letters = "ACDEF-GHIKLMNPQRSTVWY-ACDEFGHIKLMNPQRSTVW";
   write("a.fas", ">a\n" + letters + "A\n>b\n" + letters + "-\n>c\n" + letters + "C\n");
   write("all.txt", "a.fas\na.fas\n");
-  Arguments arguments{std::istringstream("trimora all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y")};
   std::set<std::string> buffers;
   for (const bool always : {false, true}) {
     for (long n = 0;; ++n) {
@@ -47,7 +46,7 @@ TEST_F(Allocation, EachFailureEndsTheRunWithTheNameOfItsBuffer) {
         left = n;
         forgood = always;
         armed = true;
-        arguments.to(trimora);
+        withwords("trimora all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y", trimora);
         armed = false;
       });
       testing::internal::GetCapturedStderr();

@@ -25,16 +25,14 @@ std::map<std::string, std::string> values(const RunState& run) {
 TEST(Options, ChangesAndAnswers) {
   // clang-format off
   const struct { const char* arguments; const char* changes; const char* answers; } cases[] = {
-    {"-b1=8",                               "b1=8 sub=1",      "t"},
-    {"-b1=5",                               "",                "r"},         // fewer than half + 1
+    {"-b1=8 -b1=5",                         "b1=8 sub=1",      "tr"},        // fewer than half + 1
     {"-b1=9 -b2=9",                         "b2=9 sub=1",      "rt"},        // each meets the bounds of its moment
     {"-b2=9 -b1=9",                         "b1=9 b2=9 sub=1", "tt"},
     {"-b2=10 -b2=11 -b2=5 -b2=-1",          "b2=10 sub=1",     "trrr"},
     {"-b2=abc",                             "b2=6",            "g"},         // 0 sets without fixing
     {"-b0=32000 -b3=32000",                 "b0=32000 b3=32000", "tt"},
     {"-b0=1 -b0=32001 -b4=1 -b4=32001",     "",                "rrrr"},
-    {"-b3=",                                "b3=0",            "g"},
-    {"-b3=-1 -b3=32001 -v=49 -v=32001",     "",                "rrrr"},
+    {"-b3= -b3=-1 -b3=32001 -v=49 -v=32001", "b3=0",           "grrrr"},
     {"-b3=4294967297 -v=99999999999999999999", "",             "rr"},        // 1 in 32 bits
     {"-b3=+012x7 -v=50",                    "b3=12 v=50",      "gt"},        // always decimal
     {"-b4=2",                               "b0=2 b4=2",       "t"},
@@ -48,8 +46,7 @@ TEST(Options, ChangesAndAnswers) {
     {"-t=Codons -b4=3",                     "b0=3 b4=3 t=C",   "tt"},
     {"-t=P -t=x -T=D",                      "t=P",             "tr-"},
     {"-B3=5 -S=N -E=.out",                  "b3=5 e=.out s=0", "ttt"},
-    {"-s=n -k=y -d=y -n=y -u=y",            "d=1 k=1 n=1 s=0 u=1", "ttttt"},
-    {"-p=n -t=d",                           "p=0 t=D",         "tt"},
+    {"-s=n -k=y -d=y -n=y -u=y -p=n -t=d",  "d=1 k=1 n=1 p=0 s=0 t=D u=1", "ttttttt"},
     {"-p=text",                             "p=2",             "t"},
     {"-p=S -p= -p=h",                       "p=3",             "trr"},
     {"-a=y -p=Y",                           "a=1 sub=1",       "tt"},
@@ -66,8 +63,7 @@ TEST(Options, ChangesAndAnswers) {
     derivedefaults(run);
     const auto before = values(run);
     std::string answers, changes;
-    Arguments arguments{std::istringstream(c.arguments)};
-    for (const Answer& answer : arguments.to(applyoptions, 0, run)) answers += "-rgt"[answer.kind];
+    for (const Answer& answer : withwords(c.arguments, applyoptions, 0, run)) answers += "-rgt"[answer.kind];
     for (const auto& [name, value] : values(run)) {
       if (value != before.at(name)) changes += (changes.empty() ? "" : " ") + name + "=" + value;
     }

@@ -18,9 +18,7 @@ SelectionState parameters(int numseq, char seq_type, int b5, int b6) {
   return run;
 }
 
-std::string many(std::size_t count, char c) {
-  return std::string(count, c);
-}
+using Letters = std::string;
 
 TEST(Scores, OfOneColumn) {
   // clang-format off
@@ -42,10 +40,10 @@ TEST(Scores, OfOneColumn) {
     {"matrix_for_proteins_alone",     'D', 1, 1, "AAAATTT",                          4,                   'A'},
     {"dna_U_before_A",                'D', 1, 1, "AAUU",                             2,                   'U'},
     {"codons_as_dna",                 'C', 1, 1, "TTGgg",                            3,                   'G'},
-    {"sum_rounded_up_to_70",          'P', 1, 1, many(61, 'H') + many(20, 'Q') + many(25, 'Y'), 70,       'H'},
+    {"sum_rounded_up_to_70",          'P', 1, 1, Letters(61, 'H') + Letters(20, 'Q') + Letters(25, 'Y'), 70,       'H'},
     {"sum_rounded_up_to_9",           'P', 1, 1, "KKKKKKKKEEEENQ",                   9,                   'K'},
-    {"more_than_8_bits",              'P', 1, 0, many(700, 'W') + many(300, 'Y'),    700,                 'W'},
-    {"gaps_of_more_than_8_bits",      'D', 1, 0, many(700, 'A') + many(512, '-'),    0,                   '?'},
+    {"more_than_8_bits",              'P', 1, 0, Letters(700, 'W') + Letters(300, 'Y'),    700,                 'W'},
+    {"gaps_of_more_than_8_bits",      'D', 1, 0, Letters(700, 'A') + Letters(512, '-'),    0,                   '?'},
   };
   // clang-format on
   for (const auto& c : cases) {

@@ -53,10 +53,9 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
   write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
   write("names", "dna.fas\nodd.fas\nabsent.fas\n");  // fails before anything is concatenated
   for (const auto& c : cases) {
-    Arguments arguments{std::istringstream(std::string("trimora-run ") + c.arguments)};
     int status = -1;
     testing::internal::CaptureStderr();
-    printedby([&] { status = arguments.to(trimora_run); });
+    printedby([&] { status = withwords(std::string("trimora-run ") + c.arguments, trimora_run); });
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_EQ(status, c.status) << c.arguments;
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
@@ -69,16 +68,16 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
 TEST_F(TrimoraRun, TellsIncompleteFiles) {
   write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
   fs::create_symlink("/dev/full", "a.fas-tr");
-  Arguments arguments{std::istringstream("trimora-run a.fas -p=s -b4=2")};
   testing::internal::CaptureStderr();
-  printedby([&] { EXPECT_EQ(arguments.to(trimora_run), 1); });
+  printedby([&] { EXPECT_EQ(withwords("trimora-run a.fas -p=s -b4=2", trimora_run), 1); });
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "trimora-run: a.fas-tr could not be written completely: No space left on device\n");
   EXPECT_TRUE(fs::exists("a.fas-tr.txts"));
 
   for (const auto program : {trimora, trimora_run}) {
-    Arguments unwritten{std::istringstream("trimora a.fas -s=n -p=n")};
-    const auto intofull = [&] { std::exit(std::freopen("/dev/full", "w", stdout) ? unwritten.to(program) : 9); };
+    const auto intofull = [&] {
+      std::exit(std::freopen("/dev/full", "w", stdout) ? withwords("trimora a.fas -s=n -p=n", program) : 9);
+    };
     EXPECT_EXIT(intofull(), testing::ExitedWithCode(1), "standard output could not be written completely: No space");
   }
 }
