@@ -36,7 +36,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"dna.fas -s=n -p=n -t=D -b5=a", 0, ""},
     {"a.fas -s=n -p=n -t=C",      0, "looks like protein"},
     {"mixed -s=n -p=n",           0, "b.pir: is read as FASTA"},
-    {"names -s=n -p=n -w=y",      1, "sequence 2 is concatenated with that of another name, c with b\n"},
+    {"names -s=n -p=n -w=y",      1, "odd.fas: sequence 2 is c, but b in dna.fas"},
     {"--help",                    0, ""},
     {"--version",                 0, ""},
   };
