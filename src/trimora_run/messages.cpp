@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ground/speaker.h"
+#include "trimora_run/words.h"
 
 void Messages::note(std::string_view file, std::string_view words) {
   noted_ = true;
@@ -17,7 +18,7 @@ void Messages::error(std::string_view file, std::string_view words) {
 }
 
 void Messages::outofmemory(const char* file) {
-  std::fprintf(stderr, "%s: %s: the memory of this machine is not enough\n", speaker, file);
+  std::fprintf(stderr, "%s: %s: %s\n", speaker, file, words::outofmemory.data());
 }
 
 std::string Messages::since() {
