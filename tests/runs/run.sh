@@ -1,5 +1,5 @@
 #!/bin/sh
-# One whole-program run: sh run.sh VERSION EXAMPLES RUN PROGRAM, paths from the root on
+# One whole-program run: sh run.sh VERSION EXAMPLES RUN [EMULATOR ...] PROGRAM, paths from the root on
 #
 # RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `input/` (files
 # beside the examples) and `expected/`: `stdout` and every file that the run writes, with @VERSION@ for the version. For
@@ -8,7 +8,9 @@
 # The program runs in a fresh copy of the input. Afterwards that folder must hold the input as it was, what is expected
 # and nothing else. What differs is shown as a patch. trimora ends with status 1 at every end.
 set -eu
-version=$1 examples=$2 run=$3 program=$4
+version=$1 examples=$2 run=$3
+shift 3
+for program; do :; done # the last word
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -24,8 +26,8 @@ if [ -f "$run/script" ]; then script=$run/script; fi
 notes=/dev/null
 if [ -f "$run/notes" ]; then notes=$run/notes; fi
 more=
-case $program in
-*-run)
+case ${program##*/} in
+trimora-run*)
   if [ -f "$run/more" ]; then more=$(cat "$run/more"); fi
   status=$(cat "$run/status") said='s/^trimora: /trimora-run: /p; t; p' ;;
 *) status=1 said='/^trimora: /p' ;;
@@ -33,9 +35,9 @@ esac
 sed -n "$said" "$notes" >"$scratch/notes"
 
 cd "$scratch/found"
-eval "set -- $(cat "$run/arguments") $more"
+eval 'set -- "$@" '"$(cat "$run/arguments") $more"
 found=0
-"$program" "$@" <"$script" >stdout 2>"$scratch/stderr" || found=$?
+"$@" <"$script" >stdout 2>"$scratch/stderr" || found=$?
 cd "$scratch"
 sed -i "s|$scratch/found|@FOLDER@|" stderr
 diff -ru expected found
