@@ -1,29 +1,22 @@
 #!/usr/bin/env bash
-# Build the program and run it: scripts/run.sh [FILE [-X=VALUE ...]]
-# Without arguments it trims the example alignment and says what it wrote.
+# Build the programs and run trimora-run: scripts/run.sh [FILE [-X=VALUE ...]]
+# Without arguments it trims the example alignment, as the README shows, and says what it wrote.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
+installing=true
 need g++ cmake make
-(cd "$project" && configure --preset release)
-build "$project/build/release"
-trimora=$project/build/release/trimora
+echo "Building trimora and trimora-run in build/release: the first time this takes a minute." >&2
+make_preset release
+program=$project/build/release/trimora-run
+[ $# -eq 0 ] || exec "$program" "$@"
 
-if [ $# -gt 0 ]; then
-  exec "$trimora" "$@" # its exit status is 1, as always
-fi
-
-example=$project/build/example
-mkdir -p "$example"
-cp "$project/examples/globins.fas" "$example"
-cd "$example"
-rm -f globins.fas-tr globins.fas-tr.htm
-echo "\$ trimora globins.fas -p=y"
-"$trimora" globins.fas -p=y || true # the exit status is 1 at every end
-for file in globins.fas-tr globins.fas-tr.htm; do
-  [ -s "$file" ] || { echo "$example/$file was not written" >&2; exit 2; }
-done
-echo "Written:"
-echo "  $example/globins.fas-tr      the selected blocks"
-echo "  $example/globins.fas-tr.htm  the report"
-echo "Open the report in a browser: xdg-open '$example/globins.fas-tr.htm'"
+folder=$project/build/example
+mkdir -p "$folder/examples"
+cp "$project/examples/globins.fas" "$folder/examples"
+cd "$folder"
+echo "\$ trimora-run examples/globins.fas -p=t"
+"$program" examples/globins.fas -p=t
+echo "Written, below $folder:"
+echo "  examples/globins.fas-tr      the selected blocks"
+echo "  examples/globins.fas-tr.txt  the report; without -p=t it is a page for the browser, globins.fas-tr.htm"

@@ -1,16 +1,11 @@
 #!/usr/bin/env bash
-# Build and pass all tests: with sanitizers and every check of the library, and as users run the program.
+# Build and pass all tests: as users run the program, and with sanitizers and every check of the library.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
+installing=true
 need g++ cmake make libgtest-dev
-cd "$project"
-configure --preset dev
-build build/dev
-configure --preset release -B build/release-tests -DTRIMORA_TESTS=ON -DTRIMORA_WERROR=ON
-build build/release-tests
-for folder in build/release-tests build/dev; do
-  ctest --test-dir "$folder" --output-on-failure --parallel "$(nproc)" --no-tests=error --progress
-done
+pass tests
+pass dev
 # Why tests were skipped, if any were.
-grep -ih '^skipped:' build/*/Testing/Temporary/LastTest.log | sort -u || true
+grep -ih '^skipped:' "$project"/build/{tests,dev}/Testing/Temporary/LastTest.log | sort -u || true

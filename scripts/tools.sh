@@ -1,14 +1,16 @@
-# Sourced by the other scripts: where the project stands, and how missing build tools get installed.
+# Sourced by the other scripts: where the project stands, which tools are there, how a preset is built.
 
+installing=${CI:-false} # run.sh and test.sh install what is missing, and so does CI; the other scripts name it
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # need PACKAGE...: the Debian or Ubuntu packages without which the caller cannot go on. Installs those that are missing
-# when it may (as root, or with sudo), and otherwise says which they are.
+# when it should and may (as root, or with sudo), and otherwise says which they are.
 need() {
   local missing=() package
   for package in "$@"; do present "$package" || missing+=("$package"); done
   [ ${#missing[@]} -eq 0 ] && return
-  echo "Missing: ${missing[*]}" >&2
+  [ "$installing" = true ] || give_up "${missing[@]}"
+  echo "Installing: ${missing[*]}" >&2
   local root=()
   if [ "$(id -u)" -ne 0 ]; then
     command -v sudo >/dev/null && root=(sudo) || give_up "${missing[@]}"
@@ -23,6 +25,10 @@ need() {
 present() {
   case $1 in
     g++) command -v c++ >/dev/null ;;
+    googletest) [ -e /usr/src/googletest/CMakeLists.txt ] ;;
+    libc++-dev) echo "#include <version>" | clang++ -stdlib=libc++ -fsyntax-only -x c++ - 2>/dev/null ;;
+    libc++abi-dev) [ -e "$(clang++ -print-file-name=libc++abi.so)" ] ;;
+    locales) [ -e /usr/share/i18n/locales/tr_TR ] ;;
     ghostscript) command -v gs >/dev/null ;;
     dpkg-dev) command -v dpkg-shlibdeps >/dev/null ;;
     libgtest-dev) header gtest/gtest.h ;;
@@ -54,6 +60,17 @@ configure() {
 build() {
   local log
   log=$(cmake --build "$1" --parallel "$(nproc)" ${2:+--target "$2"} 2>&1) || { echo "$log" >&2; exit 2; }
+}
+
+# make_preset PRESET: configure and build it; from any folder.
+make_preset() {
+  (cd "$project" && configure --preset "$1" && build "build/$1")
+}
+
+# pass PRESET: and pass its tests.
+pass() {
+  make_preset "$1" || return
+  ctest --test-dir "$project/build/$1" --output-on-failure --parallel "$(nproc)" --no-tests=error --progress
 }
 
 # browse ARGUMENT...: Chromium without a window, as a new user whose profile stays in the folder where this is called.
