@@ -5,8 +5,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
 need g++ cmake make chromium ghostscript pngquant
-(cd "$project" && configure --preset release)
-build "$project/build/release" trimora
+make_preset release
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
