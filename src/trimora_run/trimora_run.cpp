@@ -41,7 +41,7 @@ int carryout(Arguments& arguments) {
     throw;
   } catch (const std::bad_alloc&) {
     Messages::outofmemory(run.culprit().c_str());
-    throw;
+    errfunc("\nMemory allocation failure\n");
   }
   return complete && !messages.failed() && !(arguments.strict && messages.noted()) ? done : failed;
 }
@@ -71,6 +71,9 @@ int trimora_run(int argc, char* argv[]) {
     } catch (const WrongUsage& wrong) {
       std::fprintf(stderr, "%s: %s\nNothing was run. Try 'trimora-run --help'.\n", speaker, wrong.why.c_str());
       status = wrongusage;
+    } catch (const std::bad_alloc&) {  // before the run has begun
+      Messages::outofmemory(argc > 1 ? argv[1] : "");
+      throw;
     }
   });
   OutputFile::flushstandardoutput();

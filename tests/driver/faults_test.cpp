@@ -1,0 +1,178 @@
+// What fails at every place in turn: memory, and each call of the system for files. The linker puts the functions named
+// __wrap_ in the place of the library's own, which are __real_ then.
+#include <cerrno>
+#include <cstdlib>
+#include <iterator>
+#include <map>
+#include <new>
+#include <set>
+
+#include "driver/entry.h"
+#include "support.h"
+#include "trimora_run/trimora_run.h"
+
+namespace {
+
+enum Fault { none, memory, opening, reading, writing, closing, seeking, everyfault };
+Fault armed = none;
+bool forgood = false;         // once something has failed, it stays so
+long left = 0;                // calls until it fails
+std::FILE* broken = nullptr;  // the file whose reading has failed
+
+/// Whether this call of that kind fails.
+bool fails(Fault kind) {
+  if (armed != kind || --left >= 0) return false;
+  if (!forgood) armed = none;
+  errno = EIO;
+  return true;
+}
+
+void* allocate(std::size_t size) {
+  if (fails(memory)) throw std::bad_alloc();
+  void* place = std::malloc(size == 0 ? 1 : size);
+  if (place == nullptr) throw std::bad_alloc();
+  return place;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  return allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return allocate(size);
+}
+void operator delete(void* place) noexcept {
+  std::free(place);
+}
+void operator delete[](void* place) noexcept {
+  std::free(place);
+}
+void operator delete(void* place, std::size_t) noexcept {
+  std::free(place);
+}
+void operator delete[](void* place, std::size_t) noexcept {
+  std::free(place);
+}
+
+extern "C" {
+std::FILE* __real_fopen(const char* path, const char* mode);
+std::FILE* __wrap_fopen(const char* path, const char* mode) {
+  return fails(opening) ? nullptr : __real_fopen(path, mode);
+}
+std::size_t __real_fread(void* to, std::size_t size, std::size_t count, std::FILE* file);
+std::size_t __wrap_fread(void* to, std::size_t size, std::size_t count, std::FILE* file) {
+  if (!fails(reading)) return __real_fread(to, size, count, file);
+  broken = file;
+  return 0;
+}
+int __real_ferror(std::FILE* file);
+int __wrap_ferror(std::FILE* file) {
+  return file == broken ? 1 : __real_ferror(file);
+}
+std::size_t __real_fwrite(const void* from, std::size_t size, std::size_t count, std::FILE* file);
+std::size_t __wrap_fwrite(const void* from, std::size_t size, std::size_t count, std::FILE* file) {
+  return fails(writing) ? __real_fwrite(from, size, count / 2, file) : __real_fwrite(from, size, count, file);
+}
+int __real_fclose(std::FILE* file);
+int __wrap_fclose(std::FILE* file) {
+  if (file == broken) broken = nullptr;
+  const int result = __real_fclose(file);
+  return fails(closing) ? EOF : result;
+}
+int __real_fseek(std::FILE* file, long offset, int origin);
+int __wrap_fseek(std::FILE* file, long offset, int origin) {
+  return fails(seeking) ? -1 : __real_fseek(file, offset, origin);
+}
+}
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Faults : public FolderTest {
+ protected:
+  /// A gap in every sequence, a gap in one, and blocks; listed twice.
+  static void writeinputs() {
+    const std::string letters = "ACDEF-GHIKLMNPQRSTVWY-ACDEFGHIKLMNPQRSTVW";
+    write("a.fas", ">a\n" + letters + "A\n>b\n" + letters + "-\n>c\n" + letters + "C\n");
+    write("all.txt", "a.fas\na.fas\n");
+  }
+  static std::map<std::string, std::string> files() {
+    std::map<std::string, std::string> found;
+    for (const auto& entry : fs::recursive_directory_iterator(".")) {
+      if (!entry.is_regular_file()) continue;
+      std::ifstream file(entry.path());
+      found[entry.path()].assign(std::istreambuf_iterator<char>(file), {});
+    }
+    return found;
+  }
+  /// Run a command line in which call `n` of that kind fails. Returns what it prints, and what it says in `said`.
+  std::string run(const std::string& line, int (*program)(int, char*[]), Fault kind, long n, bool always) {
+    testing::internal::CaptureStderr();
+    const std::string printed = printedby([&] {
+      withwords(line, [&](int argc, char* argv[]) {
+        left = n;
+        forgood = always;
+        armed = kind;
+        status = program(argc, argv);
+        armed = none;
+        return status;
+      });
+    });
+    said = testing::internal::GetCapturedStderr();
+    return printed;
+  }
+  int status = -1;
+  std::string said;
+};
+
+TEST_F(Faults, MemoryRunsOutWithTheNameOfItsBuffer) {
+  writeinputs();
+  std::set<std::string> buffers;
+  for (const bool always : {false, true}) {
+    for (long n = 0;; ++n) {
+      const std::string printed = run("trimora all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y", trimora, memory, n, always);
+      if (left >= 0) break;  // nothing failed any more
+      const std::size_t message = printed.find("\nMemory allocation failure");
+      ASSERT_NE(message, std::string::npos) << "allocation " << n << "\n" << printed;
+      const std::string words = printed.substr(message);
+      EXPECT_TRUE(words.ends_with("\n\nExecution terminated\n")) << words;
+      buffers.insert(words.substr(26, words.find("\n\n") - 26));
+    }
+  }
+  EXPECT_EQ(buffers,
+            (std::set<std::string>{"", " in bb", " in let", " in let\n1", " in letall", " in letall_init",
+                                   " in lettrimora", " in name", " in newlet", " in newletall", " in newname",
+                                   " in newpos 1", " in newposseq 5", " in mask", " in pos", " in val", " in val_aa"}));
+}
+
+// Whatever fails: either all is as it would be, or the status and a line on standard error tell.
+TEST_F(Faults, NothingIncompletePassesForDone) {
+  const char* const lines[] = {"trimora-run all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y"};
+  for (const char* line : lines) {
+    writeinputs();
+    run(line, trimora_run, none, 0, false);
+    ASSERT_EQ(status, 0) << said;
+    const auto whole = files();
+    for (int kind = memory; kind < everyfault; ++kind) {
+      for (const bool always : {false, true}) {
+        for (long n = 0;; ++n) {
+          for (const auto& entry : fs::directory_iterator(".")) fs::remove_all(entry);
+          writeinputs();
+          run(line, trimora_run, static_cast<Fault>(kind), n, always);
+          if (left >= 0) break;
+          const std::string where =
+              std::string(line) + ", fault " + std::to_string(kind) + ", call " + std::to_string(n);
+          if (status == 0) {
+            EXPECT_TRUE(files() == whole) << where;
+          } else {
+            EXPECT_NE(said.find("trimora-run: "), std::string::npos) << where;
+          }
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
