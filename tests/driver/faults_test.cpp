@@ -2,10 +2,10 @@
 // __wrap_ in the place of the library's own, which are __real_ then.
 #include <cerrno>
 #include <cstdlib>
-#include <iterator>
 #include <map>
 #include <new>
 #include <set>
+#include <sstream>
 
 #include "driver/entry.h"
 #include "support.h"
@@ -102,8 +102,7 @@ class Faults : public FolderTest {
     std::map<std::string, std::string> found;
     for (const auto& entry : fs::recursive_directory_iterator(".")) {
       if (!entry.is_regular_file()) continue;
-      std::ifstream file(entry.path());
-      found[entry.path()].assign(std::istreambuf_iterator<char>(file), {});
+      found[entry.path()] = (std::ostringstream() << std::ifstream(entry.path()).rdbuf()).str();
     }
     return found;
   }
