@@ -50,7 +50,7 @@ inline constexpr W toolong = "sequence {number} ({name}) is longer than the {lim
 inline constexpr W othercount = "has {number} sequences, the first alignment, {first}, has {other}: --match=name puts them together by name, with ? where a species is missing";
 
 // Nothing is overwritten.
-inline constexpr W overwrites = "{result} would be written over {input}: choose other names, another suffix (-e=), or another folder (--into=)";
+inline constexpr W overwrites = "the result {result} would replace the input {input}: choose other names, another suffix (-e=), or another folder (--into=)";
 
 // What counts otherwise than it seems.
 inline constexpr W dropped = "dropped as gaps in every sequence, so that positions are counted without them: columns {columns} ({number} in all)";
