@@ -99,7 +99,8 @@ done <<<"$table"
 
 paragraphs() { # from a manual page: what stands below each option, in one line
   sed -E 's/\\\(.q//g; s/\\-/-/g' "$1" | awk 'below && /^\.B[IR] -.*=/ { sub(/^.... ?-/, ""); at = $0 }
-    /^\.(TP|S[HS])/ { if (at) print at; at = ""; below = /TP/; next } at { at = at " " $0 } { below = 0 }' | sed '/The default is N, as/,$ { s/$/ The default is N/ }'
+    /^\.(TP|S[HS])/ { if (at) print at; at = ""; below = /TP/; next } at { at = at " " $0 } { below = 0 }' |
+    sed '/The default is N, as/,$ s/$/ The default is N/'
 }
 same "trimora.1" "$table" "$(paragraphs $man/trimora.1 | sed '1s/$/ The default is by file/' | told 'The default is ')"
 same "options.md" "$table" "$(sed -nE 's/^[|] `-(..?)` [|] ([^|]*) [|] ([^|]*) [|].*/\1=\3 (\2)/p' $doc/docs/options.md |
