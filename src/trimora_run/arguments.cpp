@@ -98,6 +98,8 @@ std::string takeapart(int argc, char* argv[], Arguments& arguments) {
       named = true;
     } else if (!named) {
       wrong = word + " stands where the file name is expected";
+    } else if (word.starts_with('-') && word.find('=') == std::string::npos) {
+      wrong = word + " is not an option: a value follows its =, as in -t=D";
     } else if (word.starts_with('-')) {
       arguments.settled.push_back(argv[k]);
     } else if (word.find('=') != std::string::npos) {

@@ -136,7 +136,8 @@ struct Desk {
   }
 };
 
-void notecharacters(const Desk& desk) {
+/// `asread`: the type of sequence is the one that it seems to be, so that X or N is an unknown residue.
+void notecharacters(const Desk& desk, bool asread) {
   const Alignment& ali = desk.ali;
   const Characters found = characters(ali, desk.run);
   const auto firstof = [&](std::string_view set) {
@@ -172,7 +173,8 @@ void notecharacters(const Desk& desk) {
     desk.note(words::oddcharacters, {std::to_string(i), nameof(ali, i), std::string_view(list).substr(1)});
   }
 
-  if (found.unknowns * 100 < static_cast<long long>(share) * ali.nupo || desk.run.tog_gaps == allgaps) return;
+  if (!asread || found.unknowns * 100 < static_cast<long long>(share) * ali.nupo || desk.run.tog_gaps == allgaps)
+    return;
   const bool mark = (found.all & unknownmark) != 0;
   const bool letters = (found.all & unknownletter) != 0;
   const char letter = unknownof(desk.run);
@@ -318,15 +320,15 @@ void notealignment(const Alignment& ali, const BatchState& run, Messages& messag
   if (!ali.dropped.empty()) {
     desk.note(words::dropped, {columns(ali.dropped), std::to_string(totallength(ali.dropped))});
   }
-  notecharacters(desk);
+  const std::string letters = firstletters(ali);
+  const bool protein = run.seq_type == 'P';
+  const bool nucleotides = letters.size() >= telling && letters.find_first_not_of("ACGTUN") == std::string::npos;
+  const bool residues = letters.find_first_of("EFILPQ") != std::string::npos;
+  notecharacters(desk, protein ? !nucleotides : !residues);
   if (pointsatfirst(ali, run.fichero1)) desk.note(words::points, {});
   if (run.fileformat == fasta && ali.name[1].size() > 2 && ali.name[1][2] == ';') desk.note(words::looksnbrf, {});
-
-  const std::string letters = firstletters(ali);
-  if (run.seq_type == 'P' && letters.size() >= telling && letters.find_first_not_of("ACGTUN") == std::string::npos) {
-    desk.note(words::looksnucleotide, {});
-  }
-  if (run.seq_type != 'P' && letters.find_first_of("EFILPQ") != std::string::npos) desk.note(words::looksprotein, {});
+  if (protein && nucleotides) desk.note(words::looksnucleotide, {});
+  if (!protein && residues) desk.note(words::looksprotein, {});
   if (run.seq_type == 'C') notecodons(desk);
   notenames(desk);
 }
