@@ -103,7 +103,7 @@ bool Run::carryout() {
     trim(ali, all);
     name = std::move(ali.name);
   }
-  if (concatenable_) allsaveseq(all, name, run_);
+  if (concatenable_ && !paths.empty()) allsaveseq(all, name, run_);
   if (run_.tog_sb == 1 && paths.empty()) return fail(run_.filename, words::listnothing);
   if (paths.size() < listed) return fail(run_.filename, filled(words::listincomplete, {typed(run_.filename)}));
   return true;
