@@ -100,14 +100,15 @@ Characters characters(const Alignment& ali, const BatchState& run) {
   return found;
 }
 
-/// What a note begins with: the first few stretches.
+/// Columns in a note: the first few stretches and, where there are more, how many they are.
 std::string columns(const std::vector<Stretch>& stretches) {
-  std::string list;
+  const int number = totallength(stretches);
+  std::string list = number == 1 ? "column " : "columns ";
   for (std::size_t k = 0; k < std::min(listed, stretches.size()); ++k) {
     const Stretch& s = stretches[k];
     list += (k > 0 ? ", " : "") + std::to_string(s.first) + (s.length() > 1 ? "-" + std::to_string(s.last) : "");
   }
-  return stretches.size() > listed ? list + ", ..." : list;
+  return stretches.size() > listed ? list + ", ... (" + std::to_string(number) + " in all)" : list;
 }
 
 /// The letters of the first sequence, as capitals.
@@ -318,7 +319,7 @@ std::string emptiest(const Alignment& ali, const BatchState& run) {
 void notealignment(const Alignment& ali, const BatchState& run, Messages& messages) {
   const Desk desk{ali, run, messages};
   if (!ali.dropped.empty()) {
-    desk.note(words::dropped, {columns(ali.dropped), std::to_string(totallength(ali.dropped))});
+    desk.note(words::dropped, {columns(ali.dropped)});
   }
   const std::string letters = firstletters(ali);
   const bool protein = run.seq_type == 'P';

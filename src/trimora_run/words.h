@@ -53,7 +53,7 @@ inline constexpr W othercount = "has {number} sequences, the first alignment, {f
 inline constexpr W overwrites = "the result {result} would replace the input {input}: choose other names, another suffix (-e=), or another folder (--into=)";
 
 // What counts otherwise than it seems.
-inline constexpr W dropped = "dropped as gaps in every sequence, so that positions are counted without them: columns {columns} ({number} in all)";
+inline constexpr W dropped = "dropped as gaps in every sequence, so that positions are counted without them: {columns}";
 inline constexpr W windows = "has Windows line ends, which count as positions, so the results are wrong: tr -d '\\r' < {file} > out.fas";
 inline constexpr W tabs = "tabs count as positions, so the results are wrong (first in sequence {number}, {name}): tr -d '\\t' < {file} > out.fas";
 inline constexpr W digits = "digits count as positions, so the results are wrong (first in sequence {number}, {name}): sed '/^>/!s/[0-9]//g' {file} > out.fas";

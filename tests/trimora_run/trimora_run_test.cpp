@@ -31,7 +31,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"unended -s=n -p=n",         1, "unended: lists no alignment that was trimmed"},
     {"emptyline -s=n -p=n",       1, "emptyline: not every alignment in the list"},
     {"ended -s=n -p=n -b4=2",     0, ""},
-    {"odd.fas -s=n -p=n",         0, "columns 2, 6-7 (3 in all)\ntrimora-run: odd.fas: has Windows line ends"},
+    {"odd.fas -s=n -p=n",         0, "columns 2, 6-7\ntrimora-run: odd.fas: has Windows line ends"},
     {"dna.fas -s=n -p=n",         0, "looks like nucleotides"},
     {"dna.fas -s=n -p=n -t=D -b5=a", 0, ""},
     {"a.fas -s=n -p=n -t=C",      0, "looks like protein"},
