@@ -4,12 +4,11 @@
 
 namespace {
 
-[[noreturn, gnu::format(printf, 2, 0)]] void end(const Culprit& culprit, const char* format, va_list arguments) {
+[[gnu::format(printf, 2, 0)]] ExecutionTerminated end(const Culprit& culprit, const char* format, va_list arguments) {
   ExecutionTerminated terminated;
   terminated.culprit = culprit;
   std::vsnprintf(terminated.message, sizeof terminated.message, format, arguments);
-  va_end(arguments);
-  throw ExecutionTerminated(terminated);
+  return terminated;
 }
 
 }  // namespace
@@ -17,11 +16,15 @@ namespace {
 void errfunc(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  end({}, format, arguments);
+  const ExecutionTerminated terminated = end({}, format, arguments);
+  va_end(arguments);
+  throw ExecutionTerminated(terminated);
 }
 
 void errfunc(const Culprit& culprit, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  end(culprit, format, arguments);
+  const ExecutionTerminated terminated = end(culprit, format, arguments);
+  va_end(arguments);
+  throw ExecutionTerminated(terminated);
 }

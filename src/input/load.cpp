@@ -104,16 +104,18 @@ Alignment readrecords(InputFile& file, const Format& format) {
     const std::string& name = ali.name[n];
 
     const std::size_t before = letters.size();
+    std::size_t beyond = 0;  // the length of the sequence when it is more than may be
     bool whole = false;
     try {
       if (format.described) file.readline(line);
       whole = file.readuntil(format.terminator, [&](const char* first, const char* last) {
         appendletters(letters, first, last);
-        if (letters.size() - before > most) throw std::bad_alloc();
+        if (letters.size() - before <= most) return;
+        beyond = letters.size() - before;
+        throw std::bad_alloc();
       });
     } catch (const std::bad_alloc&) {
-      const std::size_t beyond = letters.size() - before;
-      errfunc(culprit(n, name, beyond > most ? beyond : 0, most), "\nMemory allocation failure in let\n%i\n", n);
+      errfunc(culprit(n, name, beyond, most), "\nMemory allocation failure in let\n%i\n", n);
     }
     const std::size_t found = letters.size() - before;
     if (format.terminated && !whole) errfunc(culprit(n, name, found, 0), "\nFile not in NBRF/PIR format\n");

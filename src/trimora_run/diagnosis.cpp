@@ -82,7 +82,7 @@ bool opens(const std::string& path) {
 /// What a file is that does not begin like an alignment.
 std::string whatitis(const std::string& path) {
   const std::string bytes = beginning(path);
-  const std::size_t begin = bytes.find_first_not_of("\n");
+  const std::size_t begin = bytes.find_first_not_of('\n');
   if (bytes.find_first_not_of(" \t\r\n") == std::string::npos) return std::string(words::emptyfile);
   if (bytes.starts_with("\x1f\x8b")) return filled(words::compressed, {typed(path)});
   if (bytes.starts_with("\xef\xbb\xbf")) return filled(words::byteordermark, {typed(path)});
@@ -100,7 +100,7 @@ std::string whatitis(const std::string& path) {
   if (twonumbers(line)) return filled(words::otherformat, {"PHYLIP", "phylip", typed(path)});
   if (text.find(" MSF: ") != std::string::npos) return filled(words::otherformat, {"MSF", "msf", typed(path)});
   if (line.starts_with('>')) return filled(words::pircode, {shown(line)});
-  if (const std::string why = whynopath(line, path); !why.empty()) return why;
+  if (std::string why = whynopath(line, path); !why.empty()) return why;
   if (whitespace(line[0])) return std::string(words::emptyfirstline);
   return filled(words::unknownfile, {shown(line), here()});
 }

@@ -174,8 +174,8 @@ void notecharacters(const Desk& desk, bool asread) {
     desk.note(words::oddcharacters, {std::to_string(i), nameof(ali, i), std::string_view(list).substr(1)});
   }
 
-  if (!asread || found.unknowns * 100 < static_cast<long long>(share) * ali.nupo || desk.run.tog_gaps == allgaps)
-    return;
+  const bool many = found.unknowns * 100 >= static_cast<long long>(share) * ali.nupo;
+  if (!asread || !many || desk.run.tog_gaps == allgaps) return;
   const bool mark = (found.all & unknownmark) != 0;
   const bool letters = (found.all & unknownletter) != 0;
   const char letter = unknownof(desk.run);
