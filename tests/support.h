@@ -23,6 +23,11 @@ inline Alignment alignment(const std::vector<std::string>& rows) {
   return ali;
 }
 
+/// The bytes of a file.
+inline std::string textof(const std::string& path) {
+  return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
+}
+
 /// Stretches as "first..last ", one behind the other.
 inline std::string listed(const std::vector<Stretch>& stretches) {
   std::string list;

@@ -37,7 +37,7 @@ void Concatenation::save(const std::string& path, const Table<std::string>& name
 
 namespace {
 bool concatenates(const BatchState& run) {
-  return run.tog_sb == 1 && run.tog_sub == 1;
+  return run.tog_sb == 1 && (run.tog_sub == 1 || run.tog_own == 1);
 }
 
 std::string base(const BatchState& run) {

@@ -1,5 +1,6 @@
 // Concatenations across the alignments of a batch: sequence i of one alignment behind sequence i of the one before.
-// Sequences are matched by their order alone; names play no part.
+// Sequences are matched by their order alone; names play no part. Whoever matches them
+// otherwise reads the parts.
 #pragma once
 #include <optional>
 #include <string>
@@ -25,11 +26,14 @@ class Concatenation {
 
   long long columns() const { return columns_; }
 
- private:
+  /// What one alignment has added.
   struct Part {
     Rows rows;
     int width;
   };
+  const std::vector<Part>& parts() const { return parts_; }
+
+ private:
   const char* buffer_;
   std::vector<Part> parts_;
   long long columns_ = 0;  // appended so far

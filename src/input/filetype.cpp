@@ -5,11 +5,8 @@
 #include "ground/errfunc.h"
 #include "ground/speaker.h"
 
-namespace {
-
-/// The number of alignments that a paths file lists. `line` is what the line buffer held before: a read at the end of
-/// the file leaves it as it is, so that the last line is counted twice when it ends with a line end. Users rely on what
-/// follows from that: the last path counts only with its line end, and without an empty line behind it.
+// A read at the end of the file leaves the line as it is, so that the last one is counted twice when it ends with a line
+// end.
 int countpaths(InputFile& pathsfile, std::string line) {
   int numal = 0;
   while (!pathsfile.ended()) {
@@ -18,8 +15,6 @@ int countpaths(InputFile& pathsfile, std::string line) {
   }
   return numal - 1;
 }
-
-}  // namespace
 
 void checkfiletype(InputState& run) {
   std::string line;

@@ -16,6 +16,11 @@ void checkfiletype(InputState& run);
 /// Decide format and type of sequence by the first non-empty line of an alignment, or fail through errfunc().
 void checkformat(const std::string& line, InputState& run);
 
+/// The number of alignments that are processed of a paths file, from its unread part on. Users rely on what follows from
+/// how lines are read: the last path counts only with its line end, and without an empty line behind it. `line` is what
+/// the line buffer held before.
+int countpaths(InputFile& pathsfile, std::string line);
+
 /// Read the next path of a paths file; empty lines do not count. Returns false, with `path` as it was, at the end.
 bool readpath(InputFile& pathsfile, std::string& path);
 

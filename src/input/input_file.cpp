@@ -11,6 +11,14 @@ constexpr std::size_t linelength = 189;
 }  // namespace
 
 InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb")) {
+  begin();
+}
+
+InputFile::InputFile() : file_(stdin) {
+  begin();
+}
+
+void InputFile::begin() {
   if (!file_) return;
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
   block_.reset(new char[blocksize]);              // not filled: it is overwritten

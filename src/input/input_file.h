@@ -5,15 +5,21 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 
 class InputFile {
  public:
   /// Open `path`. What cannot be read, such as a directory, counts as not opened.
   explicit InputFile(const std::string& path);
+  /// Standard input.
+  InputFile();
   explicit operator bool() const { return file_ != nullptr; }
 
   /// True once a read has met the end of the file: not yet when the last byte has been read.
   bool ended() const { return end_met_; }
+
+  /// What of the file is at hand, without reading it: its beginning as long as nothing was read.
+  std::string_view unread() const { return {next_, static_cast<std::size_t>(limit_ - next_)}; }
 
   /// Bytes in the file, 0 when that cannot be told.
   std::size_t size() const;
@@ -43,10 +49,13 @@ class InputFile {
   }
 
  private:
+  void begin();
   bool refill();
 
   struct Closer {
-    void operator()(std::FILE* open) const { std::fclose(open); }
+    void operator()(std::FILE* open) const {
+      if (open != stdin) std::fclose(open);
+    }
   };
   std::unique_ptr<std::FILE, Closer> file_;
   std::unique_ptr<char[]> block_;

@@ -5,16 +5,38 @@
 #include <cstdarg>
 #include <cstring>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 #include "ground/errfunc.h"
 #include "ground/speaker.h"
 
+namespace fs = std::filesystem;
+
 int OutputFile::incomplete_ = 0;
 
-OutputFile::OutputFile(const std::string& path)
+namespace {
+
+constexpr const char* beginning = ".part";  // behind the name of a file that is not whole yet
+
+/// Where to write what is to appear whole at `path`: nothing is there yet. Links are followed.
+std::string beside(std::string path) {
+  std::error_code unknown;
+  const bool there = fs::exists(path, unknown);
+  if (path.starts_with("/dev/") || (there && !fs::is_regular_file(path, unknown))) return path;
+  if (there) path = fs::canonical(path, unknown).string();
+  int number = 1;
+  while (fs::exists(path + beginning + std::to_string(number), unknown)) ++number;
+  return path + beginning + std::to_string(number);
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path, Birth birth)
     : path_(path),
+      written_(birth == whole ? beside(path) : path),
       buffer_(new char[buffersize]),  // not filled: it is overwritten
-      file_(std::fopen(path.c_str(), "wb")),
+      file_(std::fopen(written_.c_str(), "wb")),
       next_(buffer_.get()),
       exceptions_(std::uncaught_exceptions()) {
   if (file_ == nullptr) {
@@ -26,15 +48,28 @@ OutputFile::OutputFile(const std::string& path)
   std::setvbuf(file_, nullptr, _IONBF, 0);  // the buffer is ours
 }
 
+OutputFile::OutputFile()
+    : path_("standard output"),
+      written_(path_),
+      buffer_(new char[buffersize]),
+      file_(stdout),
+      next_(buffer_.get()),
+      exceptions_(std::uncaught_exceptions()) {}
+
 OutputFile::~OutputFile() {
   flush();
   errno = 0;
-  if (std::fclose(file_) != 0) failed();  // some file systems tell only now
-  if (error_ != 0) {
-    nameincomplete(path_.c_str(), std::strerror(error_));
-  } else if (std::uncaught_exceptions() > exceptions_) {
-    nameincomplete(path_.c_str(), "the run ended early");
+  if ((file_ == stdout ? std::fflush(file_) : std::fclose(file_)) != 0) failed();  // some file systems tell only now
+  if (file_ == stdout) std::clearerr(stdout);  // what failed is told here
+  const bool endedearly = std::uncaught_exceptions() > exceptions_;
+  std::error_code refusal;
+  if (error_ == 0 && !endedearly && written_ != path_) {
+    fs::rename(written_, written_.substr(0, written_.rfind(beginning)), refusal);
+    if (refusal) error_ = refusal.value();
   }
+  if (error_ == 0 && !endedearly) return;
+  nameincomplete(path_.c_str(), error_ != 0 ? std::strerror(error_) : "the run ended early");
+  if (written_ != path_) fs::remove(written_, refusal);
 }
 
 void OutputFile::flushstandardoutput() {

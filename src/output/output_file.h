@@ -10,8 +10,14 @@
 
 class OutputFile {
  public:
+  /// How a file comes into being: under its own name from the start, or whole or not at all, under another name beside it
+  /// that is changed in the end. What is there and is no file, such as a terminal, is written to from the start.
+  enum Birth { gradual, whole };
+
   /// Create `path`, or empty it. Fails through errfunc() when it cannot be opened; standard error says why.
-  explicit OutputFile(const std::string& path);
+  explicit OutputFile(const std::string& path, Birth birth = gradual);
+  /// Standard output, which stays open.
+  OutputFile();
   /// Write what is left. A file that is incomplete, since a write failed or the run ended in the middle of it, is named
   /// on standard error with the reason; nothing else changes.
   ~OutputFile();
@@ -57,6 +63,7 @@ class OutputFile {
   static int incomplete_;
 
   std::string path_;
+  std::string written_;  // where it is written: `path_`, or beside it as long as it is not whole
   std::unique_ptr<char[]> buffer_;
   std::FILE* file_;
   char* next_;      // where the next byte goes

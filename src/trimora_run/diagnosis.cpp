@@ -79,9 +79,32 @@ bool opens(const std::string& path) {
   return static_cast<bool>(InputFile(path));
 }
 
-/// What a file is that does not begin like an alignment.
-std::string whatitis(const std::string& path) {
-  const std::string bytes = beginning(path);
+}  // namespace
+
+std::string typed(const std::string& path) {
+  const bool plain = std::all_of(path.begin(), path.end(), [](char c) {
+    return isletter(c) || (c >= '0' && c <= '9') || std::strchr("/._-+,:@%", c) != nullptr || (c & 0x80) != 0;
+  });
+  if (plain && (path == "-" || !path.starts_with('-'))) return path;
+  std::string text = path.starts_with('-') ? "./'" : "'";
+  for (const char c : path) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return text + "'";
+}
+
+std::string whynopath(const std::string& line, const std::string& list) {
+  std::string trimmed = line;
+  if (trimmed.ends_with('\r')) trimmed.pop_back();
+  if (trimmed != line && opens(trimmed)) return filled(words::listwindows, {shown(trimmed), typed(list)});
+  const std::size_t first = trimmed.find_first_not_of(" \t");
+  if (first == std::string::npos) return "";
+  const std::string inner = trimmed.substr(first, trimmed.find_last_not_of(" \t") + 1 - first);
+  if (inner != trimmed && opens(inner)) return filled(words::listblanks, {shown(line), typed(list)});
+  if (inner.starts_with('#')) return filled(words::listcomment, {shown(inner), typed(list)});
+  if (inner.starts_with("~/")) return filled(words::listhome, {shown(inner), typed(list)});
+  return "";
+}
+
+std::string whatitis(const std::string& bytes, const std::string& path) {
   const std::size_t begin = bytes.find_first_not_of('\n');
   if (bytes.find_first_not_of(" \t\r\n") == std::string::npos) return std::string(words::emptyfile);
   if (bytes.starts_with("\x1f\x8b")) return filled(words::compressed, {typed(path)});
@@ -103,31 +126,6 @@ std::string whatitis(const std::string& path) {
   if (std::string why = whynopath(line, path); !why.empty()) return why;
   if (whitespace(line[0])) return std::string(words::emptyfirstline);
   return filled(words::unknownfile, {shown(line), here()});
-}
-
-}  // namespace
-
-std::string typed(const std::string& path) {
-  const bool plain = std::all_of(path.begin(), path.end(), [](char c) {
-    return isletter(c) || (c >= '0' && c <= '9') || std::strchr("/._-+,:@%", c) != nullptr || (c & 0x80) != 0;
-  });
-  if (plain && !path.starts_with('-')) return path;
-  std::string text = path.starts_with('-') ? "./'" : "'";
-  for (const char c : path) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-  return text + "'";
-}
-
-std::string whynopath(const std::string& line, const std::string& list) {
-  std::string trimmed = line;
-  if (trimmed.ends_with('\r')) trimmed.pop_back();
-  if (trimmed != line && opens(trimmed)) return filled(words::listwindows, {shown(trimmed), typed(list)});
-  const std::size_t first = trimmed.find_first_not_of(" \t");
-  if (first == std::string::npos) return "";
-  const std::string inner = trimmed.substr(first, trimmed.find_last_not_of(" \t") + 1 - first);
-  if (inner != trimmed && opens(inner)) return filled(words::listblanks, {shown(line), typed(list)});
-  if (inner.starts_with('#')) return filled(words::listcomment, {shown(inner), typed(list)});
-  if (inner.starts_with("~/")) return filled(words::listhome, {shown(inner), typed(list)});
-  return "";
 }
 
 std::string unfit(const std::string& path) {
@@ -164,7 +162,7 @@ std::string diagnose(const ExecutionTerminated& end, const std::string& path, co
   if (culprit.error != 0) return filled(words::readerror, {std::strerror(culprit.error)});
   if (message.starts_with("File not opened")) return whynotopened(path);
   if (message.starts_with("Sequence not in NBRF/PIR or") || message.starts_with("Sequence not in correct")) {
-    return whatitis(path);
+    return whatitis(beginning(path), path);
   }
   if (message.starts_with("Sequence name too long")) {
     return filled(words::nametoolong, {number, name, length, other, typed(path)});

@@ -14,6 +14,9 @@ std::string whynotopened(const std::string& path);
 /// Why `line` of the paths file `list` names no file though something like it is there, or empty.
 std::string whynopath(const std::string& line, const std::string& list);
 
+/// What the beginning of a file shows it to be, when it does not begin like an alignment.
+std::string whatitis(const std::string& bytes, const std::string& path);
+
 /// What `end` means for the alignment `path`; `first` is the first alignment of the batch. The file is looked at again
 /// when it is in no known format. Empty when standard error has told already.
 std::string diagnose(const ExecutionTerminated& end, const std::string& path, const std::string& first);

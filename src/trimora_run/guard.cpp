@@ -7,6 +7,8 @@
 #include "batch/concatenation.h"
 #include "ground/path.h"
 #include "output/file_names.h"
+#include "trimora_run/columns.h"
+#include "trimora_run/partitions.h"
 
 namespace fs = std::filesystem;
 
@@ -41,26 +43,45 @@ bool hardlinked(const std::string& path) {
   return !error && links > 1;
 }
 
+void addforms(std::vector<std::string>& results, const std::string& name, const Forms& forms) {
+  for (const Form form : forms) results.push_back(name + std::string(ending(form)));
+}
+
 }  // namespace
 
-std::vector<std::string> resultsof(const OutputState& run) {
+std::vector<std::string> resultsof(const OutputState& run, const Forms& forms, bool columns) {
   std::vector<std::string> results;
-  if (run.tog_seqfile == 1) results.push_back(seqfile(run));
+  if (run.tog_seqfile == 1) addforms(results, seqfile(run), forms);
   if (run.tog_viewfile != noreport) results.push_back(viewfile(run));
   if (run.tog_maskfile == 1) results.push_back(maskfile(run));
   if (run.tog_psfile == 1) results.push_back(psfile(run));
-  if (run.tog_ncbfile == 1) results.push_back(ncbfile(run));
-  if (run.tog_ungappedfile == 1) results.push_back(ungappedfile(run));
+  if (run.tog_ncbfile == 1) addforms(results, ncbfile(run), forms);
+  if (run.tog_ungappedfile == 1) addforms(results, ungappedfile(run), forms);
+  if (columns) results.push_back(columnsfile(run));
   return results;
 }
 
-std::vector<std::string> concatenationsof(const BatchState& run) {
+std::vector<std::string> concatenationsof(const BatchState& run, const Forms& forms, bool partitions) {
+  std::vector<std::string> names;
+  if (run.tog_sb == 0) return names;
+  if (run.tog_allfile == 1) names.push_back(allfile(run));
+  if (run.tog_allfile_init == 1) names.push_back(allfile_init(run));
+  if (run.tog_allungfile == 1) names.push_back(allungfile(run));
   std::vector<std::string> results;
-  if (run.tog_sb == 0) return results;
-  if (run.tog_allfile == 1) results.push_back(allfile(run));
-  if (run.tog_allfile_init == 1) results.push_back(allfile_init(run));
-  if (run.tog_allungfile == 1) results.push_back(allungfile(run));
+  for (const std::string& name : names) {
+    addforms(results, name, forms);
+    if (partitions) results.insert(results.end(), {raxmlfile(name), nexusfile(name)});
+  }
   return results;
+}
+
+std::optional<std::pair<std::string, std::string>> samebasename(const std::vector<std::string>& paths) {
+  std::unordered_map<std::string, std::string> names;
+  for (const std::string& path : paths) {
+    const auto [entry, fresh] = names.try_emplace(getpath(path).name_file, path);
+    if (!fresh) return {{entry->second, path}};
+  }
+  return std::nullopt;
 }
 
 std::optional<std::pair<std::string, std::string>> overwritten(const std::vector<std::string>& results,

@@ -6,12 +6,16 @@
 #include <vector>
 
 #include "batch/batch_state.h"
+#include "trimora_run/forms.h"
 
 /// The files that a run with these settings writes for the alignment `run.fichero1`.
-std::vector<std::string> resultsof(const OutputState& run);
+std::vector<std::string> resultsof(const OutputState& run, const Forms& forms, bool columns);
 
-/// The concatenations that it writes behind it, when it is the last one.
-std::vector<std::string> concatenationsof(const BatchState& run);
+/// The concatenations that it writes behind it, when it is the last one, and their partitions.
+std::vector<std::string> concatenationsof(const BatchState& run, const Forms& forms, bool partitions);
+
+/// Two paths with the same last part, whose results would have the same names in one folder.
+std::optional<std::pair<std::string, std::string>> samebasename(const std::vector<std::string>& paths);
 
 /// The first of `results` that would be written over one of `inputs`, and that input; also through links. Nothing is
 /// opened, and a file that is not there cannot be written over.

@@ -4,6 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "input/letters.h"
+
 namespace {
 
 std::vector<std::string_view> sortedkeys(const Table<std::string>& name) {
@@ -15,11 +17,19 @@ std::vector<std::string_view> sortedkeys(const Table<std::string>& name) {
 
 }  // namespace
 
-std::string_view keyof(std::string_view name) {
-  return name.substr(0, std::min(name.find_first_of(" \t\r\n"), name.size()));
+std::string_view plainname(std::string_view name) {
+  while (!name.empty() && whitespace(name.back())) name.remove_suffix(1);
+  while (!name.empty() && whitespace(name.front())) name.remove_prefix(1);
+  return name;
 }
 
-Pair sametwice(const Table<std::string>& name, std::string_view (*part)(std::string_view)) {
+std::string_view keyof(std::string_view name, std::string_view ends) {
+  name = plainname(name);
+  const std::size_t end = name.find_first_of(ends.empty() ? " \t\v\f\r" : ends);
+  return plainname(name.substr(0, std::min(end, name.size())));
+}
+
+Pair sametwice(const Table<std::string>& name, const PartOfName& part) {
   std::unordered_map<std::string_view, int> numbers;
   numbers.reserve(static_cast<std::size_t>(name.size()));
   for (int i = 1; i <= name.size(); ++i) {

@@ -1,12 +1,17 @@
 // Names of sequences, as species are told apart by them.
 #pragma once
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "ground/table.h"
 
-/// The part of a stored name by which it is compared: up to its first blank, tab or line end.
-std::string_view keyof(std::string_view name);
+/// A stored name without its line end and without blanks at either end.
+std::string_view plainname(std::string_view name);
+
+/// The part of a stored name by which species are told apart: up to the first of `ends`, or to its first blank or tab
+/// when none are given; without blanks at either end.
+std::string_view keyof(std::string_view name, std::string_view ends = "");
 
 /// Two sequences, counted from 1; 0 and 0: none.
 struct Pair {
@@ -15,7 +20,8 @@ struct Pair {
 };
 
 /// The first two that have the same name; the names are made comparable by `part`.
-Pair sametwice(const Table<std::string>& name, std::string_view (*part)(std::string_view));
+using PartOfName = std::function<std::string_view(std::string_view)>;
+Pair sametwice(const Table<std::string>& name, const PartOfName& part);
 
 /// Whether two lists hold the same keys, each once, in whatever order.
 bool samekeys(const Table<std::string>& a, const Table<std::string>& b);

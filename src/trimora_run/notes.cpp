@@ -283,7 +283,7 @@ void notenames(const Desk& desk) {
     if (pair.first == 0) return;
     desk.note(words, {std::to_string(pair.first), std::to_string(pair.second), shown, desk.file});
   };
-  const Pair cut = sametwice(name, keyof);
+  const Pair cut = sametwice(name, [](std::string_view text) { return keyof(text); });
   if (cut.first == 0) return;
   const Pair whole = sametwice(name, [](std::string_view text) { return text; });
   if (whole.first != 0) {

@@ -5,15 +5,19 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <optional>
 #include <system_error>
 #include <utility>
 
 #include "driver/options.h"
+#include "ground/path.h"
 #include "ground/speaker.h"
 #include "input/filetype.h"
 #include "input/input_file.h"
-#include "selection/calculate.h"
+#include "output/file_names.h"
+#include "selection/reduced_views.h"
+#include "trimora_run/columns.h"
 #include "trimora_run/diagnosis.h"
 #include "trimora_run/guard.h"
 #include "trimora_run/names.h"
@@ -74,39 +78,129 @@ void checkbeforehand(const Arguments& arguments) {
   }
 }
 
+Run::Run(Arguments& arguments, Messages& messages)
+    : arguments_(arguments), messages_(messages), forms_(arguments.forms), species_(arguments.nameend) {
+  if (forms_.empty()) forms_ = {arguments.filter ? Form::plain : Form::trimora};
+}
+
 bool Run::carryout() {
   run_.filename = arguments_.file;
-  std::optional<Alignment> loaded = openfile(run_);
-  opened_ = loaded.has_value();
-  const std::vector<Answer> answers = apply(arguments_, run_);
-  if (opened_) check(answers, arguments_);
-  checknames(run_);
-  for (const Answer& answer : answers) std::fprintf(prints, "%s", answer.warning.c_str());
+  if (arguments_.filter) return filter();
+  std::optional<Alignment> loaded = open();
+  settle(loaded.has_value());
   if (!opened_) load(run_);  // which fails, in the words of trimora
 
-  std::vector<std::string> paths = {run_.fichero1};
   std::size_t listed = 1;
   if (run_.tog_sb == 1) {
-    const auto list = listedpaths(run_.filename);
+    auto list = listedpaths(run_.filename);
     if (!list) return fail(run_.filename, words::listgone);
-    paths = *list;
-    listed = paths.size();
-    paths.resize(std::min(listed, static_cast<std::size_t>(std::max(0, run_.numal))));
+    listed = list->size();
+    list->resize(std::min(listed, static_cast<std::size_t>(std::max(0, run_.numal))));
+    paths_ = std::move(*list);
+  } else {
+    paths_ = {run_.fichero1};
   }
-  guard(paths);
+  guard(paths_);
 
-  Concatenations all = allalloc(run_);
-  Table<std::string> name;  // of the last alignment
-  for (const std::string& path : paths) {
+  all_ = allalloc(run_);
+  for (const std::string& path : paths_) {
     run_.fichero1 = path;
-    Alignment ali = loaded ? *std::exchange(loaded, std::nullopt) : load(run_);
-    trim(ali, all);
-    name = std::move(ali.name);
+    row_ = {};
+    row_.alignment = path;
+    messages_.since();  // what was said before concerns the run
+    try {
+      trim(loaded && path == loaded_ ? *std::exchange(loaded, std::nullopt) : load(run_));
+    } catch (const ExecutionTerminated& end) {
+      explain(end);
+      failed(end);
+    } catch (const std::bad_alloc&) {
+      Messages::outofmemory(path.c_str());
+      row_.message = words::outofmemory;
+      failed({"\nMemory allocation failure\n", {}});
+    }
+    record();
   }
-  if (concatenable_ && !paths.empty()) allsaveseq(all, name, run_);
-  if (run_.tog_sb == 1 && paths.empty()) return fail(run_.filename, words::listnothing);
-  if (paths.size() < listed) return fail(run_.filename, filled(words::listincomplete, {typed(run_.filename)}));
+  overview_.reset();
+  if (concatenable_ && !first_.empty()) saveconcatenations();
+  if (run_.tog_sb == 1 && paths_.empty()) return fail(run_.filename, words::listnothing);
+  if (paths_.size() < listed) return fail(run_.filename, filled(words::listincomplete, {typed(run_.filename)}));
+  return complete_;
+}
+
+/// Open the file and load the alignment, or the first one of a batch. With --keep-going that is the first one that can be
+/// loaded; those that cannot fail when their turn comes.
+std::optional<Alignment> Run::open() {
+  const auto opens = [](const std::string& path) { return static_cast<bool>(InputFile(path)); };
+  const auto list = arguments_.keepgoing ? listedpaths(arguments_.file) : std::nullopt;
+  std::optional<Alignment> loaded;
+  if (!list || list->empty() || list->front().starts_with('>') || std::none_of(list->begin(), list->end(), opens)) {
+    loaded = openfile(run_);
+    opened_ = loaded.has_value();
+    loaded_ = run_.fichero1;
+    return loaded;
+  }
+  run_.fileformat = fasta;
+  for (auto path = list->begin(); path != list->end() && !loaded; ++path) {
+    if (!opens(*path)) continue;
+    RunState alone;
+    alone.filename = loaded_ = *path;
+    try {
+      loaded = openfile(alone);
+      if (alone.tog_sb == 1) loaded.reset();  // a list in the list
+      if (loaded) run_ = alone;
+    } catch (const ExecutionTerminated&) {
+      continue;
+    }
+  }
+  InputFile pathsfile(arguments_.file);
+  run_.filename = arguments_.file;
+  run_.tog_sb = 1;
+  run_.numal = pathsfile ? countpaths(pathsfile, "") : 0;
+  return loaded;
+}
+
+/// The alignment comes from standard input, and its selected blocks go to standard output.
+bool Run::filter() {
+  run_.fichero1 = run_.filename;
+  InputFile input;
+  const std::string beginning(input ? input.unread() : "");
+  const std::size_t name = std::min(beginning.find_first_not_of('\n'), beginning.size());
+  const std::string line = beginning.substr(name, beginning.find('\n', name) - name);
+  if (!line.starts_with('>')) refuse(run_.filename, whatitis(beginning, run_.filename));
+  checkformat(line + '\n', run_);
+  const Alignment ali = load(input, run_);
+  run_.numseq = ali.numseq;
+  derivedefaults(run_);
+  settle(true);
+  derivepercents();
+  notealignment(ali, run_, messages_);
+  if (const std::string why = unfitname(ali.name, forms_, run_.filename, run_.fileformat); !why.empty())
+    refuse(run_.filename, why);
+  const Selection found = findblocks(ali, run_);
+  noteselection(ali, found, run_, messages_);
+  OutputFile out;
+  writeform(out, sheetof(ali, found.blocks.newpos), forms_.front(), run_);
   return true;
+}
+
+/// Apply the options; the first alignment, as far as it is `known`, tells what they may be.
+void Run::settle(bool known) {
+  const std::vector<Answer> answers = apply(arguments_, run_);
+  if (known) check(answers, arguments_);
+  checknames(run_);
+  for (const Answer& answer : answers) std::fprintf(prints, "%s", answer.warning.c_str());
+  if (arguments_.match == Match::name) {
+    run_.tog_sub = 0;
+    run_.tog_own = 1;
+  }
+}
+
+/// b1 and b2 in per cent of the sequences of the alignment in work: truncated, and at least what they have to be.
+void Run::derivepercents() {
+  const auto share = [&](int percent) { return static_cast<int>(static_cast<long long>(run_.numseq) * percent / 100); };
+  if (arguments_.b1percent) run_.negval = std::max(run_.initnegval, share(*arguments_.b1percent));
+  if (arguments_.b2percent) run_.flankval = share(*arguments_.b2percent);
+  if (arguments_.b1percent || arguments_.b2percent) run_.flankval = std::max(run_.negval, run_.flankval);
 }
 
 const std::string& Run::culprit() const {
@@ -114,6 +208,7 @@ const std::string& Run::culprit() const {
 }
 
 void Run::explain(const ExecutionTerminated& end) {
+  if (end.culprit.told) return;
   if (!opened_) return messages_.error(arguments_.file, whynotopened(arguments_.file));
   if (run_.tog_sb == 1) {
     std::error_code error;
@@ -129,42 +224,180 @@ bool Run::fail(const std::string& file, std::string_view words) {
   return false;
 }
 
-/// Refuse a run whose results would be written over its input.
+/// End the run for a reason that is said here.
+void Run::refuse(const std::string& file, std::string_view words, const char* message) {
+  Culprit told;
+  told.told = true;
+  messages_.error(file, words);
+  errfunc(told, "%s", message);
+}
+
+/// The state with which files are written: in another folder, if one was named.
+BatchState Run::placed() const {
+  BatchState state = run_;
+  if (arguments_.into.empty()) return state;
+  state.fichero1 = arguments_.into;
+  if (!arguments_.into.ends_with(separator)) state.fichero1 += separator;
+  state.fichero1 += getpath(run_.fichero1).name_file;
+  return state;
+}
+
+/// Refuse a run whose results would be written over its input, or over each other; and make what it needs to write.
 void Run::guard(const std::vector<std::string>& paths) {
   std::vector<std::string> results;
-  OutputState each = run_;
   for (const std::string& path : paths) {
-    each.fichero1 = path;
-    for (std::string& result : resultsof(each)) results.push_back(std::move(result));
+    run_.fichero1 = path;
+    for (std::string& result : resultsof(placed(), forms_, arguments_.columns)) results.push_back(std::move(result));
   }
-  BatchState last = run_;
-  if (!paths.empty()) last.fichero1 = paths.back();
-  for (std::string& result : concatenationsof(last)) results.push_back(std::move(result));
+  for (std::string& result : concatenationsof(placed(), forms_, arguments_.partitions))
+    results.push_back(std::move(result));
+  if (!arguments_.table.empty()) {
+    if (std::find(results.begin(), results.end(), arguments_.table) != results.end()) {
+      throw WrongUsage{"--table=" + arguments_.table + " is the name of another file that is written"};
+    }
+    results.push_back(arguments_.table);
+  }
   std::vector<std::string> inputs = paths;
   inputs.push_back(run_.filename);
   if (const auto found = overwritten(results, inputs)) {
-    Culprit told;
-    told.told = true;
-    messages_.error(arguments_.file, filled(words::overwrites, {found->first, found->second}));
-    errfunc(told, "\nNothing was written\n");
+    refuse(arguments_.file, filled(words::overwrites, {found->first, found->second}));
   }
+  if (!arguments_.into.empty()) {
+    if (const auto same = samebasename(paths)) {
+      refuse(arguments_.file, filled(words::samebasename, {same->first, same->second, arguments_.into}));
+    }
+    std::error_code error;
+    std::filesystem::create_directories(arguments_.into, error);
+    if (error) refuse(arguments_.file, filled(words::nofolder, {arguments_.into, error.message()}));
+  }
+  if (!arguments_.table.empty()) overview_.emplace(arguments_.table);
+}
+
+/// The alignment in work has failed: the run ends, unless it is to go on.
+void Run::failed(const ExecutionTerminated& end) {
+  row_.status = "failed";
+  complete_ = false;
+  if (arguments_.keepgoing && run_.tog_sb == 1) return;
+  record();
+  for (; recorded_ < paths_.size(); record()) {
+    row_ = {};
+    row_.alignment = paths_[recorded_];
+  }
+  overview_.reset();
+  ExecutionTerminated told = end;
+  told.culprit.told = true;
+  throw ExecutionTerminated(told);
+}
+
+/// Put the alignment in work into the table.
+void Run::record() {
+  const std::string said = messages_.since();
+  if (row_.message.empty()) row_.message = said;
+  if (overview_) overview_->add(row_);
+  ++recorded_;
 }
 
 /// Carry one alignment from its notes to the concatenations.
-void Run::trim(const Alignment& ali, Concatenations& all) {
+void Run::trim(const Alignment& ali) {
   const bool first = first_.empty();
+  const int incomplete = OutputFile::incomplete();
+  row_.sequences = ali.numseq;
+  row_.columns = static_cast<long long>(ali.nupo) + totallength(ali.dropped);
+  row_.positions = ali.nupo;
   take(ali, first, reference_, run_);
+  derivepercents();
   if (first) {
     first_ = run_.fichero1;
     firstnames_ = ali.name;
   }
   notealignment(ali, run_, messages_);
-  const bool concatenates = all.letall || all.letall_init || all.newletall;
+  const bool concatenates = all_.letall || all_.letall_init || all_.newletall;
+  checknamesofforms(ali, concatenates);
+  bool fits = true;
   if (concatenates && arguments_.match == Match::same) {
-    concatenable_ = samespecies(ali, firstnames_, first_, run_.fichero1, messages_) && concatenable_;
+    fits = samespecies(ali, firstnames_, first_, run_.fichero1, messages_);
+    if (!arguments_.keepgoing) concatenable_ = fits && concatenable_;
   }
   const Selection found = findblocks(ali, run_);
   noteselection(ali, found, run_, messages_);
-  savefiles(ali, found, run_);
-  if (concatenable_) allconcat(all, ali, found.blocks, found.ungapped);
+  if (overview_) describe(ali, found);
+  save(ali, found);
+  const bool whole = OutputFile::incomplete() == incomplete;
+  row_.status = whole && (fits || !arguments_.keepgoing) ? "ok" : "failed";
+  if (!whole) row_.message = words::incomplete;
+  if (arguments_.keepgoing && std::string_view(row_.status) == "failed") return;
+  if (concatenates && concatenable_) concatenate(ali, found);
+}
+
+/// Refuse names that a form, or the species by name, cannot hold: before anything is written for this alignment.
+void Run::checknamesofforms(const Alignment& ali, bool concatenates) {
+  const auto check = [&](const std::string& why) {
+    if (!why.empty()) refuse(run_.fichero1, why, "\nAlignment not trimmed\n");
+  };
+  const bool byname = arguments_.match == Match::name;
+  const bool written = run_.tog_seqfile == 1 || run_.tog_ncbfile == 1 || run_.tog_ungappedfile == 1;
+  if (concatenates && byname) check(unfitkey(ali.name, arguments_.nameend));
+  if (forms_ == Forms{Form::trimora}) return;
+  if (written || (concatenates && !byname)) check(unfitname(ali.name, forms_, run_.fichero1, run_.fileformat));
+  if (!concatenates || !byname) return;
+  Table<std::string> keys;
+  for (int i = 1; i <= ali.numseq; ++i) keys.append(std::string(keyof(ali.name[i], arguments_.nameend)));
+  check(unfitname(keys, forms_, run_.fichero1, run_.fileformat));
+}
+
+void Run::describe(const Alignment& ali, const Selection& found) {
+  const bool known = run_.tog_ungappedfile == 1 || concatenatesungapped(run_);
+  row_.ungapped = known ? found.ungapped.nupoung : ungap(ali).nupoung;
+  row_.selected = found.blocks.nupo3;
+  row_.percent = found.blocks.nupo3per;
+  row_.blocks = static_cast<int>(found.blocks.newpos.size());
+  row_.b1 = run_.negval;
+  row_.b2 = run_.flankval;
+}
+
+/// Write the files of one alignment.
+void Run::save(const Alignment& ali, const Selection& found) {
+  const BatchState files = placed();
+  OutputState grouped = files;
+  Forms others = forms_;
+  if (std::erase(others, Form::trimora) == 0) grouped.tog_seqfile = grouped.tog_ncbfile = grouped.tog_ungappedfile = 0;
+  savefiles(ali, found, grouped);
+  const auto savealignment = [&](const std::string& path, const std::vector<Stretch>& stretches) {
+    saveforms(path, sheetof(ali, stretches), others, files);
+  };
+  if (files.tog_seqfile == 1) savealignment(seqfile(files), found.blocks.newpos);
+  if (files.tog_ncbfile == 1 && !others.empty())
+    savealignment(ncbfile(files), complement(found.blocks.newpos, ali.nupo));
+  if (files.tog_ungappedfile == 1) savealignment(ungappedfile(files), found.ungapped.newlet);
+  if (arguments_.columns) savecolumns(columnsfile(files), ali, found.scores, found.blocks, files);
+}
+
+void Run::concatenate(const Alignment& ali, const Selection& found) {
+  allconcat(all_, ali, found.blocks, found.ungapped);
+  if (arguments_.match == Match::name) {
+    species_.add(ali.name);
+  } else {
+    lastnames_ = ali.name;
+  }
+  if (!arguments_.partitions) return;
+  const std::string name = partitionnames_.take(run_.fichero1);
+  letall_.add(name, found.blocks.newpos);
+  letall_init_.add(name, {{1, ali.nupo}});
+  newletall_.add(name, found.ungapped.newlet);
+}
+
+void Run::saveconcatenations() {
+  const BatchState files = placed();
+  const bool byname = arguments_.match == Match::name;
+  const auto rowof = [&](std::size_t alignment, int i) { return byname ? species_.row(alignment, i) : i; };
+  const std::string model = !arguments_.model.empty() ? arguments_.model : run_.seq_type == 'P' ? "LG" : "DNA";
+  const auto saveone = [&](const std::optional<Concatenation>& all, const std::string& path, const Partitions& parts) {
+    if (!all) return;
+    saveforms(path, sheetof(*all, byname ? species_.name() : lastnames_, rowof), forms_, files);
+    if (arguments_.partitions) parts.save(path, model, run_.seq_type == 'C');
+  };
+  saveone(all_.letall, allfile(files), letall_);
+  if (all_.letall) std::fprintf(prints, "Trimora alignment in batch: %lld positions\n\n", all_.letall->columns());
+  saveone(all_.letall_init, allfile_init(files), letall_init_);
+  saveone(all_.newletall, allungfile(files), newletall_);
 }

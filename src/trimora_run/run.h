@@ -1,5 +1,7 @@
 // One run of trimora-run: its own column of verbs, which carries an alignment or a batch from the file to its results.
 #pragma once
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,8 +11,13 @@
 #include "ground/errfunc.h"
 #include "ground/table.h"
 #include "input/alignment.h"
+#include "selection/calculate.h"
 #include "trimora_run/arguments.h"
+#include "trimora_run/forms.h"
 #include "trimora_run/messages.h"
+#include "trimora_run/overview.h"
+#include "trimora_run/partitions.h"
+#include "trimora_run/species.h"
 
 /// Thrown when the command line asks for what cannot be.
 struct WrongUsage {
@@ -23,7 +30,7 @@ void checkbeforehand(const Arguments& arguments);
 
 class Run {
  public:
-  Run(Arguments& arguments, Messages& messages) : arguments_(arguments), messages_(messages) {}
+  Run(Arguments& arguments, Messages& messages);
 
   /// Returns  whether everything was done; what was not is said. Fails through errfunc(), or as WrongUsage before anything
   ///          is written.
@@ -34,16 +41,44 @@ class Run {
   void explain(const ExecutionTerminated& end);
 
  private:
+  std::optional<Alignment> open();
+  bool filter();
+  void settle(bool known);
+  void derivepercents();
   bool fail(const std::string& file, std::string_view words);
+  [[noreturn]] void refuse(const std::string& file, std::string_view words,
+                           const char* message = "\nNothing was written\n");
   void guard(const std::vector<std::string>& paths);
-  void trim(const Alignment& ali, Concatenations& all);
+  void failed(const ExecutionTerminated& end);
+  void record();
+  void trim(const Alignment& ali);
+  void checknamesofforms(const Alignment& ali, bool concatenates);
+  void describe(const Alignment& ali, const Selection& found);
+  void save(const Alignment& ali, const Selection& found);
+  void concatenate(const Alignment& ali, const Selection& found);
+  void saveconcatenations();
+  BatchState placed() const;
 
   Arguments& arguments_;
   Messages& messages_;
   RunState run_;
+  Forms forms_;  // in which alignment files are written
   bool opened_ = true;
+  std::string loaded_;             // path of the alignment that was loaded to begin with
+  bool complete_ = true;           // every alignment so far
   bool concatenable_ = true;       // as far as the names of the sequences allow it
   int reference_ = 0;              // sequences of the first alignment
   std::string first_;              // its path
   Table<std::string> firstnames_;  // and the names in it
+
+  std::vector<std::string> paths_;  // of the alignments
+  std::size_t recorded_ = 0;        // of them so far
+  std::optional<Overview> overview_;
+  Overviewed row_;  // of the alignment in work
+
+  Concatenations all_;
+  Table<std::string> lastnames_;  // in the last alignment that was concatenated
+  Species species_;
+  PartitionNames partitionnames_;
+  Partitions letall_, letall_init_, newletall_;  // of the concatenations of the same names
 };

@@ -24,7 +24,8 @@ constexpr int wrongusage = 2;
 /// The run, with what is to be said when it fails.
 int carryout(Arguments& arguments) {
   Messages messages;
-  if (const std::string why = unfit(arguments.file); !why.empty()) {
+  prints = arguments.filter ? stderr : stdout;
+  if (const std::string why = arguments.filter ? "" : unfit(arguments.file); !why.empty()) {
     messages.error(arguments.file, why);
     return failed;
   }
@@ -50,6 +51,7 @@ int carryout(Arguments& arguments) {
 
 int trimora_run(int argc, char* argv[]) {
   speaker = "trimora-run";
+  prints = stdout;
   const int incompletebefore = OutputFile::incomplete();
   const std::string_view first = argc > 1 ? argv[1] : "";
   int status = failed;

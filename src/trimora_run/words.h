@@ -81,6 +81,13 @@ inline constexpr W emptyrow = "sequence {number} ({name}) is nothing but gaps in
 inline constexpr W samenames = "sequences {first} and {second} have the same name, {name}, and tree programs refuse them: rename one";
 inline constexpr W samewords = "sequences {first} and {second} have the same name up to the first blank, {name}, where many tree programs cut it: sed '/^>/s/ /_/g' {file} > out.fas";
 inline constexpr W otherorder = "has the sequences of {first} in another order, so that species would be mixed up: nothing was concatenated: --match=name puts them together by name, --match=order by their order all the same";
+inline constexpr W samebasename = "{first} and {second} would have results of the same name in {folder}: rename one, or trim them into two folders";
+inline constexpr W nofolder = "the folder {folder} could not be made: {reason}";
+inline constexpr W incomplete = "some of its files could not be written completely";
+inline constexpr W nokey = "sequence {number} ({name}) has no name by which its species could be told";
+inline constexpr W samekeys = "sequences {first} and {second} are both called {name}, so that it is not certain which one belongs to the species: leave one out, or say with --name-end= where the name of the species ends";
+inline constexpr W unfitname = "the name of sequence {number} ({name}) {flaw}, and {form} cannot hold it, so the alignment was not trimmed: sed '/^>/s/[{characters}]/_/g' {file} > out.fas";
+inline constexpr W unfitstart = "the name of sequence {number} ({name}) {flaw}, and {form} cannot hold it, so the alignment was not trimmed: rename it";
 inline constexpr W othernames = "sequence {number} is {name}, but {other} in {first}: nothing was concatenated: --match=name puts sequences together by name, --match=order by their order all the same";
 
 // clang-format on
