@@ -25,7 +25,21 @@ Exit status: 0 done, 1 failed or something is incomplete, 2 wrong usage.
   -a=Y|N      batch: write the concatenated selected blocks (N)
   -c=Y|N      batch: write the concatenated input alignments (N)
   -w=Y|N      batch: write the concatenated ungapped alignments (N)
-  --match=same|order  batch: concatenate sequences by their order; same (the
-              default) refuses alignments whose names differ
+  --match=same|name|order  batch: concatenate sequences by order, whose names
+              have to be the same (the default), by name, with ? where an
+              alignment lacks one, or by order, whatever the names
+  --name-end=CHARACTERS  with --match=name: the name of a species ends at the
+              first of these, not at the first blank
+  --partitions  with each concatenation: which columns are of which alignment,
+              for RAxML (.partitions), IQ-TREE and MrBayes (.nex)
+  --model=NAME  model named in .partitions (DNA; proteins: LG)
+  --format=trimora|fasta|phylip|nexus[,...]  forms of the alignments written;
+              all but trimora, the default, add .fasta, .phy or .nexus
+  --into=FOLDER  write everything there, not beside the alignments
+  --columns   write what became of each column         FILE-tr.columns.tsv
+  --table=FILE  write a line for each alignment: sizes, status, message
+  --keep-going  batch: go on behind an alignment that fails
   --strict    every note makes the status 1 in the end
+-b1 and -b2 take per cent of the sequences, too: -b1=60% -b2=95%
+FILE may be -: zcat x.fas.gz | trimora-run - -t=D > out.fasta
 )";

@@ -114,4 +114,10 @@ zsh() { # its list of options, which reads the same in bash
 same "zsh" "$(sed 's/[^|]*$/-/' <<<"$table")" "$(zsh | sed -E 's/^-//; s/=-\[[^]]*\]:/=/; /\(\(/ {
   s/=.*\(\(/=/; s/([A-Z])\\:("[^"]*"|[[:alpha:]]*)/\1/g; s/([A-Z]) /\1|/g }' | told '\(')"
 same "trimora-run.1" "$names" "$(grep -oP '(^\.BR? |" )\\-\K[a-z]\d?(?= |$)' $man/trimora-run.1)"
+own=$(sed -nE 's/^  \{"(--[a-z-]+)".*/\1/p' "$source/src/trimora_run/arguments.cpp")
+same "own options of zsh" "$own" "$(sed -nE "s/^  '(--[a-z-]+).*/\1/p" share/zsh/site-functions/_trimora)"
+same "own options of bash" "$own" "$(completed "trimora-run x.fas --" | tr -d =)"
+same "own options in the help" "$own" "$(bin/trimora-run --help | sed -nE 's/^  (--[a-z-]+).*/\1/p')"
+same "own options in trimora-run.1" "$own"$'\n--help\n--version' \
+  "$(sed -nE 's/\\-/-/g; s/^\.BR?I? (--[a-z-]+).*/\1/p' $man/trimora-run.1 | sort -u)"
 same "version" "$(printf 'Trimora %s\n' "$version" "$version")" "$(grep -oh 'Trimora [0-9.]*' $man/*)"
