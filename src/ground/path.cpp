@@ -1,6 +1,6 @@
 #include "ground/path.h"
 
 SplitPath getpath(const std::string& path) {
-  const std::size_t behind = path.rfind(separator) + 1;  // 0 when there is no separator
+  const std::size_t behind = path.find_last_of(separators) + 1;  // 0 when there is no separator
   return {path.substr(0, behind), path.substr(behind)};
 }

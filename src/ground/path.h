@@ -1,9 +1,14 @@
 // Paths and their parts.
 #pragma once
 #include <string>
+#include <string_view>
 
-/// Separates directory and file name in a path.
-inline constexpr char separator = '/';
+/// Each of these separates directory and file name in a path. On Windows a drive ends at a colon.
+#ifdef _WIN32
+inline constexpr std::string_view separators = "/\\:";
+#else
+inline constexpr std::string_view separators = "/";
+#endif
 
 /// A path, split behind its last separator.
 struct SplitPath {

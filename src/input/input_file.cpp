@@ -8,6 +8,14 @@
 namespace {
 constexpr std::size_t blocksize = 65536;  // stays in the second cache while it is copied to its place
 constexpr std::size_t linelength = 189;
+
+#ifdef _WIN32  // where a long ends at 2 GB
+constexpr auto tell = _ftelli64;
+constexpr auto seek = _fseeki64;
+#else
+constexpr auto tell = std::ftell;
+constexpr auto seek = std::fseek;
+#endif
 }  // namespace
 
 InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb")) {
@@ -40,10 +48,10 @@ bool InputFile::refill() {
 }
 
 std::size_t InputFile::size() const {
-  const long here = std::ftell(file_.get());
-  if (here < 0 || std::fseek(file_.get(), 0, SEEK_END) != 0) return 0;
-  const long bytes = std::ftell(file_.get());
-  std::fseek(file_.get(), here, SEEK_SET);
+  const auto here = tell(file_.get());
+  if (here < 0 || seek(file_.get(), 0, SEEK_END) != 0) return 0;
+  const auto bytes = tell(file_.get());
+  seek(file_.get(), here, SEEK_SET);
   return bytes < 0 ? 0 : static_cast<std::size_t>(bytes);
 }
 

@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Paths as Windows has them: bash windows.sh VERSION SOURCE TRIMORA TRIMORA-RUN [EMULATOR ...]
+# However a file is named, what stored runs have written stands beside it, the same to the byte.
+set -euo pipefail
+version=$1 source=$2 trimora=$3 trimora_run=$4
+shift 4
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+cd "$scratch"
+folder="Übung 1/Données 数据" name="Mäuse & Ōtter.fas"
+drive=Z:${PWD//\//\\} # as wine names the root of this machine
+mkdir -p "$folder"
+cp "$source/examples/globins.fas" "$folder"
+cp "$source/examples/globins.fas" "$folder/$name"
+cp -R "$source/tests/golden/globins_defaults/expected" stored
+sed -i "s/@VERSION@/$version/" stored/*
+wrong=0
+
+# run COMMAND...: trimora has one status for every end.
+run() { "$@" >stdout 2>stderr || [[ $* == *trimora.exe* ]] || { echo "status $?: $*"; cat stdout stderr; wrong=1; }; }
+# wrote WHAT FILE STORED: apart from the one line of the report that holds the whole path
+wrote() { { diff -u <(sed '/^New number of positions/d' "stored/$3") <(sed '/^New number of positions/d' "$2") && rm "$2"; } || { echo "so it was written for $1"; wrong=1; }; }
+
+for path in "$folder/" "${folder//\//\\}\\" "$drive\\${folder//\//\\}\\" "Z:$folder/"; do
+  for program in "$trimora" "$trimora_run"; do
+    run "$@" "$program" "$path$name" -p=n
+    wrote "$path$name" "$folder/$name-tr" globins.fas-tr
+    run "$@" "$program" "${path}globins.fas" -s=n
+    wrote "${path}globins.fas" "$folder/globins.fas-tr.htm" globins.fas-tr.htm # its title is the name of the file alone
+  done
+  printf 'o\n%s\ns\nm\ng\nq\n' "${path}globins.fas" | run "$@" "$trimora"
+  wrote "${path}globins.fas in the menu" "$folder/globins.fas-tr" globins.fas-tr
+  wrote "${path}globins.fas in the menu" "$folder/globins.fas-tr.htm" globins.fas-tr.htm
+done
+
+# A list of paths: the concatenations stand in the folder of its last alignment, under the name of the list.
+stored=$source/tests/golden/batch_concatenated
+cp -R "$stored/input" batch
+cp -R "$stored/input" expected
+cp -R "$stored/expected/." expected
+for list in batch/lists/all.txt expected/lists/all.txt; do sed -i 's,/,\\,g' $list; done
+read -r _ arguments <"$stored/arguments"
+cd batch
+# shellcheck disable=SC2086
+run "$@" "$trimora" 'lists\all.txt' $arguments
+sed 's/\r$//; s,\\,/,' stdout >shown && mv shown stdout && rm stderr
+diff -ru ../expected . || wrong=1
+exit $wrong
