@@ -60,7 +60,7 @@ OutputFile::~OutputFile() {
   flush();
   errno = 0;
   if ((file_ == stdout ? std::fflush(file_) : std::fclose(file_)) != 0) failed();  // some file systems tell only now
-  if (file_ == stdout) std::clearerr(stdout);  // what failed is told here
+  if (file_ == stdout) std::clearerr(stdout);                                      // what failed is told here
   const bool endedearly = std::uncaught_exceptions() > exceptions_;
   std::error_code refusal;
   if (error_ == 0 && !endedearly && written_ != path_) {

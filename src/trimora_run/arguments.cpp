@@ -14,6 +14,8 @@
 
 #include "input/letters.h"
 
+#include "trimora_run/system_path.h"
+
 namespace {
 
 /// An option that only trimora-run has.
@@ -170,7 +172,7 @@ std::string contradiction(const Arguments& arguments) {
 
 bool exists(const char* path) {
   std::error_code ignored;
-  return std::filesystem::exists(path, ignored);
+  return std::filesystem::exists(systempath(path), ignored);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "input/input_file.h"
 #include "input/letters.h"
 #include "trimora_run/messages.h"
+#include "trimora_run/system_path.h"
 #include "trimora_run/words.h"
 
 namespace fs = std::filesystem;
@@ -23,7 +24,7 @@ namespace {
 /// The folder in which relative paths are looked for.
 std::string here() {
   std::error_code ignored;
-  return fs::current_path(ignored).string();
+  return plainpath(fs::current_path(ignored));
 }
 
 /// The first bytes of a file, enough to know its kind by.
@@ -130,7 +131,7 @@ std::string whatitis(const std::string& bytes, const std::string& path) {
 
 std::string unfit(const std::string& path) {
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
+  const fs::file_status status = fs::status(systempath(path), error);
   if (!fs::exists(status) || fs::is_regular_file(status)) return "";
   if (fs::is_directory(status)) return filled(words::isfolder, {typed(path)});
   return std::string(words::ispipe);
@@ -139,8 +140,8 @@ std::string unfit(const std::string& path) {
 std::string whynotopened(const std::string& path) {
   if (std::string why = unfit(path); !why.empty()) return why;
   std::error_code error;
-  if (!fs::exists(path, error)) {
-    return path.starts_with(separator) ? std::string(words::nosuchfile) : filled(words::nosuchpath, {here()});
+  if (!fs::exists(systempath(path), error)) {
+    return systempath(path).is_absolute() ? std::string(words::nosuchfile) : filled(words::nosuchpath, {here()});
   }
   errno = 0;
   std::FILE* file = std::fopen(path.c_str(), "rb");

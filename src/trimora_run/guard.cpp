@@ -1,14 +1,17 @@
 #include "trimora_run/guard.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <unordered_map>
 
 #include "batch/concatenation.h"
 #include "ground/path.h"
+#include "input/letters.h"
 #include "output/file_names.h"
 #include "trimora_run/columns.h"
 #include "trimora_run/partitions.h"
+#include "trimora_run/system_path.h"
 
 namespace fs = std::filesystem;
 
@@ -21,25 +24,33 @@ class Places {
   /// The place of `path`, or nothing when no file is there.
   std::string of(const std::string& path) {
     std::error_code error;
-    const fs::file_type type = fs::symlink_status(path, error).type();
+    const fs::file_type type = fs::symlink_status(systempath(path), error).type();
     if (error || type == fs::file_type::not_found) return "";
     if (type == fs::file_type::symlink) {
-      const fs::path target = fs::canonical(path, error);
-      return error ? "" : target.string();
+      const fs::path target = fs::canonical(systempath(path), error);
+      return error ? "" : place(target);
     }
     const SplitPath split = getpath(path);
     const auto [folder, fresh] = folders_.try_emplace(split.path_file);
-    if (fresh) folder->second = fs::canonical(split.path_file.empty() ? "." : split.path_file, error).string();
-    return (fs::path(folder->second) / split.name_file).string();
+    if (fresh) folder->second = fs::canonical(split.path_file.empty() ? "." : systempath(split.path_file), error);
+    return place(folder->second / systempath(split.name_file));
   }
 
  private:
-  std::unordered_map<std::string, std::string> folders_;
+  static std::string place(const fs::path& path) {
+    std::string text = plainpath(path);
+#ifdef _WIN32  // where capitals do not make another file
+    std::transform(text.begin(), text.end(), text.begin(), lower);
+#endif
+    return text;
+  }
+
+  std::unordered_map<std::string, fs::path> folders_;
 };
 
 bool hardlinked(const std::string& path) {
   std::error_code error;
-  const auto links = fs::hard_link_count(path, error);
+  const auto links = fs::hard_link_count(systempath(path), error);
   return !error && links > 1;
 }
 
@@ -101,7 +112,7 @@ std::optional<std::pair<std::string, std::string>> overwritten(const std::vector
     if (linkedinputs.empty() || !hardlinked(result)) continue;
     for (const std::string& input : linkedinputs) {
       std::error_code error;
-      if (fs::equivalent(result, input, error)) return {{result, input}};
+      if (fs::equivalent(systempath(result), systempath(input), error)) return {{result, input}};
     }
   }
   return std::nullopt;

@@ -33,6 +33,12 @@ for path in "$folder/" "${folder//\//\\}\\" "$drive\\${folder//\//\\}\\" "Z:$fol
   wrote "${path}globins.fas in the menu" "$folder/globins.fas-tr.htm" globins.fas-tr.htm
 done
 
+# An output that would replace its input is refused, here under a name that differs in capitals alone.
+cp "$folder/globins.fas" "$folder/GENES.SEQ"
+printf '%s\n' "$folder/GENES.SEQ" >"$folder/genes"
+if "$@" "$trimora_run" "${folder//\//\\}\\genes" -c=y -s=n -p=n >stdout 2>stderr; then echo "taken: genes"; wrong=1; fi
+cmp "$folder/GENES.SEQ" "$folder/globins.fas" || wrong=1
+
 # A list of paths: the concatenations stand in the folder of its last alignment, under the name of the list.
 stored=$source/tests/golden/batch_concatenated
 cp -R "$stored/input" batch

@@ -1,0 +1,14 @@
+// Paths between the program, where they are bytes (UTF-8 on Windows), and std::filesystem, which on Windows would take
+// the letters beyond ASCII of a plain string for others.
+#pragma once
+#include <filesystem>
+#include <string>
+
+inline std::filesystem::path systempath(const std::string& path) {
+  return reinterpret_cast<const char8_t*>(path.c_str());
+}
+
+inline std::string plainpath(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
