@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Build the programs in many ways and compare every byte that they write: scripts/same-bytes.sh [--native]
-# Two compilers, with and without optimisation, several instruction sets, 64-bit ARM through an emulator, and several
-# environments. Each build is a preset of CMakePresets.json and passes the stored runs. Scores that stand exactly on a
-# threshold show arithmetic that rounds otherwise; there every build has to write what the first one wrote.
+# Two compilers, with and without optimisation, several instruction sets, 64-bit ARM and Windows through emulators, and
+# several environments. Each build is a preset of CMakePresets.json and passes the stored runs. Scores that stand exactly
+# on a threshold show arithmetic that rounds otherwise; there every build has to write what the first one wrote.
 # --native leaves out what needs an emulator or another machine's compiler, and most of the builds.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
@@ -12,7 +12,7 @@ native=false
 [ $# -eq 0 ] || $native || { echo "usage: scripts/same-bytes.sh [--native]" >&2; exit 2; }
 
 need g++ clang cmake make locales
-$native || need g++-aarch64-linux-gnu qemu-user-static
+$native || need g++-aarch64-linux-gnu qemu-user-static g++-mingw-w64-x86-64-posix wine
 cd "$project"
 export LC_ALL=C
 work=$(mktemp -d)
@@ -52,6 +52,7 @@ differing() {
     cp "$work"/inputs/* "$folder"
     read -r -a arguments <<<"${thresholds[k]}"
     (cd "$folder" && "${command[@]}" "${arguments[@]}" >stdout) || [ $? -eq 1 ]
+    [ "$1" != windows ] || sed -i 's/\r$//' "$folder/stdout" # line ends on the screen are the platform's
     diff -rq "$work/$first/$k" "$folder" >/dev/null || count=$((count + 1))
   done
   [ "$1" = $first ] || rm -rf "${work:?}/$1"
@@ -89,7 +90,7 @@ first=gcc-O0 builds=(gcc-O0 gcc-plain) others=()
 has sse2 && builds+=(gcc-native clang-native)
 has fma && builds+=(gcc-fma) others+=(gcc-fused) # GCC fuses at -O2; at -O3 its vectors keep it from doing so, by chance
 if ! $native; then
-  builds+=(gcc-O3 gcc-Os clang-O0 clang-O3 clang-plain arm-{gcc-{O0,O2,O3,sve},clang-O3})
+  builds+=(gcc-O3 gcc-Os clang-O0 clang-O3 clang-plain arm-{gcc-{O0,O2,O3,sve},clang-O3} windows)
   others+=(arm-fused clang-fast)
   has sse2 && builds+=(old)
   has avx2 fma && builds+=({gcc,clang}-v3)

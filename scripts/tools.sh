@@ -34,6 +34,7 @@ present() {
     libgtest-dev) header gtest/gtest.h ;;
     libbenchmark-dev) header benchmark/benchmark.h ;;
     g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ >/dev/null ;;
+    g++-mingw-w64-x86-64-posix) command -v x86_64-w64-mingw32-g++-posix >/dev/null ;;
     qemu-user-static) command -v qemu-aarch64-static >/dev/null ;;
     libclang-rt-*-dev) [ -e "$(clang -print-resource-dir)/include/fuzzer" ] ;;
     llvm) command -v llvm-cov >/dev/null ;;
