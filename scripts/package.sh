@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Build the packages: a .deb and a .tar.gz in build/packages. Where lintian is installed, it has to accept the .deb.
+# Build the packages: a .deb, a .tar.gz and, for Windows, a .zip in build/packages. The page is in them when scripts/web.sh
+# has made it. Where lintian is installed, it has to accept the .deb.
 # The .deb uses the system's libraries, as Debian asks: their corrections reach the programs without a new package. In
-# the .tar.gz the programs are linked statically and run on any Linux of the same processor.
+# the .tar.gz and the .zip the programs are linked statically: they run on any Linux of the same processor, on any Windows.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
-need g++ cmake make dpkg-dev file gzip
+need g++ g++-mingw-w64-x86-64-posix cmake make dpkg-dev file gzip
 cd "$project"
 packages=build/packages
 rm -rf $packages
@@ -29,6 +30,8 @@ flags() { # without those that hold paths
 }
 pack DEB build/package-debian -DTRIMORA_STATIC=OFF -DCMAKE_CXX_FLAGS="$(flags CXXFLAGS) $(flags CPPFLAGS)" \
   -DCMAKE_EXE_LINKER_FLAGS="$(flags LDFLAGS)"
+pack ZIP build/package-windows --toolchain cmake/windows/toolchain.cmake
+bash tests/install/links.sh $packages/_CPack_Packages
 rm -rf $packages/_CPack_Packages
 
 if command -v lintian >/dev/null; then
@@ -36,4 +39,5 @@ if command -v lintian >/dev/null; then
 else
   echo "lintian is not installed: the .deb was not judged." >&2
 fi
+[ -e build/web/trimora.html ] || echo "The page has not been made (scripts/web.sh): the packages are without it." >&2
 for package in "$project/$packages"/*; do echo "$package"; done

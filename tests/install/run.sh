@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # An installation into an empty folder: bash run.sh CMAKE BUILD SOURCE VERSION
 #
-# It holds exactly the files listed here, readable by all, and the programs run from there. Completions, manual pages,
-# documents and help tell of the options, letters, ranges and defaults of the installed program, and of no others.
+# It holds exactly the files listed here, readable by all, whose links lead somewhere, and the programs run from there.
+# Completions, manual pages, documents and help tell of the options, letters, ranges and defaults of the installed program, and of no others.
 set -euo pipefail
 cmake=$1 build=$2 source=$3 version=$4
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-completions=share/bash-completion/completions man=share/man/man1 doc=share/doc/trimora
+completions=share/bash-completion/completions man=share/man/man1 doc=share/doc/trimora data=share/trimora
 # same WHAT EXPECTED FOUND: lines in any order
 same() { diff <(sort <<<"$2") <(sort <<<"$3") || { echo "$1: expected <, found >"; exit 1; }; }
 
@@ -15,12 +15,18 @@ umask 022
 DESTDIR="$scratch/an image" "$cmake" --install "$build" --prefix /any/prefix >"$scratch/log"
 cd "$scratch/an image/any/prefix"
 expected=$(printf '%s\n' bin/trimora{,-run} $man/trimora{,-run}.1 $completions/trimora{,-run} \
-  share/zsh/site-functions/_trimora
+  share/zsh/site-functions/_trimora $doc/{workflow,config}
   cd "$source"
-  printf "$doc/%s\n" README.md CHANGELOG.md LICENSE docs/*.md examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas}}
-  find docs -path '*/pictures/*' -printf "$doc/%p\n")
+  printf "$doc/%s\n" {README,CONTRIBUTING,CHANGELOG}.md CITATION.cff LICENSE docs/*.md \
+    examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas}}
+  find docs -path '*/pictures/*' -printf "$doc/%p\n"
+  find workflow config -type f ! -path '*/__pycache__/*' -printf "$data/%p\n"
+  [ ! -d build/web/package ] || find build/web/package -type f ! -name '*.tgz' -printf "$data/engine/%P\n"
+  [ ! -e build/web/trimora.html ] || echo $data/trimora.html)
 same "files" "$expected" "$(find . ! -type d -printf '%P\n')"
-same "modes" "" "$(find . -type f ! -path './bin/*' ! -perm 644 -o \( -type d -o -path './bin/*' \) ! -perm 755)"
+same "modes" "" "$(find . -type f ! -path './bin/*' ! -name '*.sh' ! -perm 644 -o \
+  \( -type d -o -path './bin/*' -o -name '*.sh' \) ! -perm 755)"
+bash "$source/tests/install/links.sh" $doc $data
 file=$PWD/$doc/examples/globins.fas
 bin/trimora-run "$file" -p=n >"$scratch/log" && test -s "$file-tr"
 
@@ -120,4 +126,5 @@ same "own options of bash" "$own" "$(completed "trimora-run x.fas --" | tr -d =)
 same "own options in the help" "$own" "$(bin/trimora-run --help | sed -nE 's/^  (--[a-z-]+).*/\1/p')"
 same "own options in trimora-run.1" "$own"$'\n--help\n--version' \
   "$(sed -nE 's/\\-/-/g; s/^\.BR?I? (--[a-z-]+).*/\1/p' $man/trimora-run.1 | sort -u)"
-same "version" "$(printf 'Trimora %s\n' "$version" "$version")" "$(grep -oh 'Trimora [0-9.]*' $man/*)"
+same "version" "Trimora $version
+version: $version" "$(grep -ohE 'Trimora [0-9.]*[0-9]|^version: .*' $man/* $doc/{CITATION.cff,docs/citing.md} | sort -u)"
