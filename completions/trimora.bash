@@ -1,39 +1,44 @@
-# Completion of trimora and trimora-run in bash: a file first, then options and those values that are letters.
+# Completion of trimora and trimora-run in bash: a file first, then options and what they take.
 _trimora() {
-  local line=${COMP_LINE:0:COMP_POINT} option start letters k
+  # As in the help. Words in capitals stand for what is typed; FILE and FOLDER are looked for.
+  local options=(-t='P|D|C' -b1= -b2= -b3= -b4= -b0= -b5='N|H|A' -b6='Y|N' -e= -s='Y|N' -p='Y|T|S|N' -v= -k='Y|N' -d='Y|N'
+    -n='Y|N' -u='Y|N' -a='Y|N' -c='Y|N' -w='Y|N')
+  local own=( # of trimora-run alone, which stand anywhere
+    --match='same|name|order'
+    --name-end=
+    --partitions
+    --model=
+    --format='trimora|fasta|phylip|nexus'
+    --into=FOLDER
+    --columns
+    --table=FILE
+    --keep-going
+    --strict
+  )
+  local line=${COMP_LINE:0:COMP_POINT} option start values
   local word=${line##*[[:blank:]]} # whole, also where bash splits words at "="
   COMPREPLY=()
   if ((COMP_CWORD == 1)); then
     compopt -o default
-    [[ $1 == *trimora-run && $word == -* ]] && mapfile -t COMPREPLY < <(compgen -W "--help --version" -- "$word")
-    return
+    options=(--help --version)
+    [[ $1 == *trimora-run && $word == -* ]] || return
   fi
-  if [[ $1 == *trimora-run && $word == --* ]]; then
-    case $word in
-    --into=* | --table=*) mapfile -t COMPREPLY < <(compgen -f -- "${word#*=}") ;;
-    --match=*) mapfile -t COMPREPLY < <(compgen -W "same name order" -- "${word#*=}") ;;
-    --format=*) mapfile -t COMPREPLY < <(compgen -W "trimora fasta phylip nexus" -- "${word#*=}") ;;
-    *)
-      mapfile -t COMPREPLY < <(compgen -W "--match= --name-end= --partitions --model= --format= --into= --columns
-        --table= --keep-going --strict" -- "$word")
-      [[ ${COMPREPLY[0]-} == *= ]] && compopt -o nospace
-      return
-      ;;
-    esac
-    [[ $COMP_WORDBREAKS == *=* ]] || COMPREPLY=("${COMPREPLY[@]/#/${word%%=*}=}")
-    return
-  fi
-  for option in t=PDC b1= b2= b3= b4= b0= b5=NHA b6=YN e= s=YN p=YTSN v= k=YN d=YN n=YN u=YN a=YN c=YN w=YN; do
-    start=-${option%%=*}= letters=${option#*=}
+  [[ $1 == *trimora-run ]] && options+=("${own[@]}")
+  for option in "${options[@]}"; do
+    start=${option%%=*} values=${option#*=}
+    [[ $option == *=* ]] && start+="="
     if [[ $start == "$word"* && $start != "$word" ]]; then
       COMPREPLY+=("$start")
-      compopt -o nospace
-    elif [[ $word == "$start"* ]]; then
+      [[ $start == *= ]] && compopt -o nospace
+    elif [[ $start == *= && $word == "$start"* ]]; then
       word=${word#"$start"}
       [[ $COMP_WORDBREAKS == *=* ]] && start= # only what stands behind the "=" is replaced
-      for ((k = 0; k < ${#letters}; ++k)); do
-        [[ ${letters:k:1} == "$word"* ]] && COMPREPLY+=("$start${letters:k:1}")
-      done
+      case $values in
+        FILE) mapfile -t COMPREPLY < <(compgen -f -- "$word") && compopt -o filenames ;;
+        FOLDER) mapfile -t COMPREPLY < <(compgen -d -- "$word") && compopt -o filenames ;;
+        *"|"*) mapfile -t COMPREPLY < <(compgen -W "${values//|/ }" -- "$word") ;;
+      esac
+      COMPREPLY=("${COMPREPLY[@]/#/$start}")
       return
     fi
   done

@@ -44,6 +44,13 @@ COMP_LINE="trimora glo" COMP_POINT=11 COMP_CWORD=1
 _trimora trimora || true
 same "first argument" "-o default" "$asked"
 same "first argument" --version "$(completed "trimora-run --v")"
+help=$(bin/trimora-run --help | sed -nE 's/^  (--[^ ]*) .*/\1/p')
+for start in "--" "x.fas --"; do # behind the file the first two cannot stand
+  same "options of its own" "$(sed 's/=.*/=/' <<<"$help")" "$(completed "trimora-run $start" | grep -v '^--version$\|^--help$')"
+done
+while IFS== read -r option words; do
+  same "words of $option" "${words//|/$'\n'}" "$(completed "trimora-run x.fas $option=")"
+done < <(grep -E '=.*[|]' <<<"$help")
 COMP_WORDBREAKS=' '
 same "value with its option" -p=S "$(completed "trimora x.fas -b3=5 -p=S")"
 COMP_WORDBREAKS=' ='
@@ -113,17 +120,16 @@ same "options.md" "$table" "$(sed -nE 's/^[|] `-(..?)` [|] ([^|]*) [|] ([^|]*) [
   sed -E 's/([A-Z]), /\1|/g' | told '\(')"
 same "README.md" "$(grep '^b[0-4]' <<<"$table")" \
   "$(sed -nE 's/^[|] (b[0-4]),[^|]* [|] ([^|]*) [|] ([^|]*) [|].*/\1= \3 (\2)/p' $doc/README.md | told '\(')"
-zsh() { # its list of options, which reads the same in bash
+zsh() { # its list of options or own, which reads the same in bash
   eval "$(sed -n '/^local/,/^)/p' share/zsh/site-functions/_trimora)"
-  printf '%s (-)\n' "${options[@]}"
+  local -n list=$1
+  printf '%s (-)\n' "${list[@]}"
 }
-same "zsh" "$(sed 's/[^|]*$/-/' <<<"$table")" "$(zsh | sed -E 's/^-//; s/=-\[[^]]*\]:/=/; /\(\(/ {
+same "zsh" "$(sed 's/[^|]*$/-/' <<<"$table")" "$(zsh options | sed -E 's/^-//; s/=-\[[^]]*\]:/=/; /\(\(/ {
   s/=.*\(\(/=/; s/([A-Z])\\:("[^"]*"|[[:alpha:]]*)/\1/g; s/([A-Z]) /\1|/g }' | told '\(')"
 same "trimora-run.1" "$names" "$(grep -oP '(^\.BR? |" )\\-\K[a-z]\d?(?= |$)' $man/trimora-run.1)"
-own=$(sed -nE 's/^  \{"(--[a-z-]+)".*/\1/p' "$source/src/trimora_run/arguments.cpp")
-same "own options of zsh" "$own" "$(sed -nE "s/^  '(--[a-z-]+).*/\1/p" share/zsh/site-functions/_trimora)"
-same "own options of bash" "$own" "$(completed "trimora-run x.fas --" | tr -d =)"
-same "own options in the help" "$own" "$(bin/trimora-run --help | sed -nE 's/^  (--[a-z-]+).*/\1/p')"
+same "options of its own in zsh" "$(sed 's/=.*/=/' <<<"$help")" "$(zsh own | sed -E 's/^(--[a-z-]*=?).*/\1/')"
+own=$(sed 's/=.*//' <<<"$help")
 same "own options in trimora-run.1" "$own"$'\n--help\n--version' \
   "$(sed -nE 's/\\-/-/g; s/^\.BR?I? (--[a-z-]+).*/\1/p' $man/trimora-run.1 | sort -u)"
 same "version" "Trimora $version
