@@ -52,7 +52,6 @@ differing() {
     cp "$work"/inputs/* "$folder"
     read -r -a arguments <<<"${thresholds[k]}"
     (cd "$folder" && "${command[@]}" "${arguments[@]}" >stdout) || [ $? -eq 1 ]
-    [ "$1" != windows ] || sed -i 's/\r$//' "$folder/stdout" # line ends on the screen are the platform's
     diff -rq "$work/$first/$k" "$folder" >/dev/null || count=$((count + 1))
   done
   [ "$1" = $first ] || rm -rf "${work:?}/$1"

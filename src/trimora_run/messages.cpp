@@ -31,6 +31,7 @@ void Messages::say(std::string_view file, std::string_view words) {
   for (char& c : line) c = c == '\n' ? ' ' : c;  // a name may hold anything
   line += '\n';
   std::fputs(line.c_str(), stderr);  // in one piece: other processes may write there as well
+  std::fflush(stderr);               // at once, also where it has a buffer
   since_.append(since_.empty() ? "" : "; ").append(words);
 }
 

@@ -39,8 +39,8 @@ eval 'set -- "$@" '"$(cat "$run/arguments") $more"
 found=0
 "$@" <"$script" >stdout 2>"$scratch/stderr" || found=$?
 case $program in
-*.exe) # what is printed, files never, has line ends and reasons of Windows
-  sed -i 's/\r$//; s|Z:[^ ]*\\found|@FOLDER@|' stdout "$scratch/stderr"
+*.exe) # the system's own words for a folder and a reason
+  sed -i 's|Z:[^ ]*\\found|@FOLDER@|' "$scratch/stderr"
   sed -i 's/: Not a directory$/: No such file or directory/' "$scratch/notes"
   ;;
 esac

@@ -49,6 +49,6 @@ read -r _ arguments <"$stored/arguments"
 cd batch
 # shellcheck disable=SC2086
 run "$@" "$trimora" 'lists\all.txt' $arguments
-sed 's/\r$//; s,\\,/,' stdout >shown && mv shown stdout && rm stderr
+sed 's,\\,/,' stdout >shown && mv shown stdout && rm stderr
 diff -ru ../expected . || wrong=1
 exit $wrong
