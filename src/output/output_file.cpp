@@ -10,6 +10,7 @@
 
 #include "ground/errfunc.h"
 #include "ground/speaker.h"
+#include "ground/system_path.h"
 
 namespace fs = std::filesystem;
 
@@ -22,11 +23,11 @@ constexpr const char* beginning = ".part";  // behind the name of a file that is
 /// Where to write what is to appear whole at `path`: nothing is there yet. Links are followed.
 std::string beside(std::string path) {
   std::error_code unknown;
-  const bool there = fs::exists(path, unknown);
-  if (path.starts_with("/dev/") || (there && !fs::is_regular_file(path, unknown))) return path;
-  if (there) path = fs::canonical(path, unknown).string();
+  const bool there = fs::exists(systempath(path), unknown);
+  if (path.starts_with("/dev/") || (there && !fs::is_regular_file(systempath(path), unknown))) return path;
+  if (there) path = plainpath(fs::canonical(systempath(path), unknown));
   int number = 1;
-  while (fs::exists(path + beginning + std::to_string(number), unknown)) ++number;
+  while (fs::exists(systempath(path + beginning + std::to_string(number)), unknown)) ++number;
   return path + beginning + std::to_string(number);
 }
 
@@ -64,12 +65,12 @@ OutputFile::~OutputFile() {
   const bool endedearly = std::uncaught_exceptions() > exceptions_;
   std::error_code refusal;
   if (error_ == 0 && !endedearly && written_ != path_) {
-    fs::rename(written_, written_.substr(0, written_.rfind(beginning)), refusal);
+    fs::rename(systempath(written_), systempath(written_.substr(0, written_.rfind(beginning))), refusal);
     if (refusal) error_ = refusal.value();
   }
   if (error_ == 0 && !endedearly) return;
   nameincomplete(path_.c_str(), error_ != 0 ? std::strerror(error_) : "the run ended early");
-  if (written_ != path_) fs::remove(written_, refusal);
+  if (written_ != path_) fs::remove(systempath(written_), refusal);
 }
 
 void OutputFile::flushstandardoutput() {

@@ -14,7 +14,7 @@
 
 #include "input/letters.h"
 
-#include "trimora_run/system_path.h"
+#include "ground/system_path.h"
 
 namespace {
 

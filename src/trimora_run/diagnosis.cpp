@@ -11,10 +11,10 @@
 #include <system_error>
 
 #include "ground/path.h"
+#include "ground/system_path.h"
 #include "input/input_file.h"
 #include "input/letters.h"
 #include "trimora_run/messages.h"
-#include "trimora_run/system_path.h"
 #include "trimora_run/words.h"
 
 namespace fs = std::filesystem;

@@ -7,11 +7,11 @@
 
 #include "batch/concatenation.h"
 #include "ground/path.h"
+#include "ground/system_path.h"
 #include "input/letters.h"
 #include "output/file_names.h"
 #include "trimora_run/columns.h"
 #include "trimora_run/partitions.h"
-#include "trimora_run/system_path.h"
 
 namespace fs = std::filesystem;
 

@@ -33,8 +33,9 @@ Exit status: 0 done, 1 failed or something is incomplete, 2 wrong usage.
   --partitions  with each concatenation: which columns are of which alignment,
               for RAxML (.partitions), IQ-TREE and MrBayes (.nex)
   --model=NAME  model named in .partitions (DNA; proteins: LG)
-  --format=trimora|fasta|phylip|nexus[,...]  forms of the alignments written;
-              all but trimora, the default, add .fasta, .phy or .nexus
+  --format=trimora|fasta|phylip|nexus  forms of the alignments written,
+              several with commas; all but the default, trimora, add
+              .fasta, .phy or .nexus
   --into=FOLDER  write everything there, not beside the alignments
   --columns   write what became of each column         FILE-tr.columns.tsv
   --table=FILE  write a line for each alignment: sizes, status, message

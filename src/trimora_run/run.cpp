@@ -13,6 +13,7 @@
 #include "driver/options.h"
 #include "ground/path.h"
 #include "ground/speaker.h"
+#include "ground/system_path.h"
 #include "input/filetype.h"
 #include "input/input_file.h"
 #include "output/file_names.h"
@@ -212,7 +213,8 @@ void Run::explain(const ExecutionTerminated& end) {
   if (!opened_) return messages_.error(arguments_.file, whynotopened(arguments_.file));
   if (run_.tog_sb == 1) {
     std::error_code error;
-    const std::string why = std::filesystem::exists(culprit(), error) ? "" : whynopath(culprit(), run_.filename);
+    const std::string why =
+        std::filesystem::exists(systempath(culprit()), error) ? "" : whynopath(culprit(), run_.filename);
     if (!why.empty()) return messages_.error(run_.filename, why);
   }
   const std::string why = diagnose(end, culprit(), first_);
@@ -236,9 +238,8 @@ void Run::refuse(const std::string& file, std::string_view words, const char* me
 BatchState Run::placed() const {
   BatchState state = run_;
   if (arguments_.into.empty()) return state;
-  state.fichero1 = arguments_.into;
-  if (!arguments_.into.ends_with(separator)) state.fichero1 += separator;
-  state.fichero1 += getpath(run_.fichero1).name_file;
+  state.fichero1 =
+      arguments_.into + (getpath(arguments_.into).name_file.empty() ? "" : "/") + getpath(run_.fichero1).name_file;
   return state;
 }
 
@@ -267,7 +268,7 @@ void Run::guard(const std::vector<std::string>& paths) {
       refuse(arguments_.file, filled(words::samebasename, {same->first, same->second, arguments_.into}));
     }
     std::error_code error;
-    std::filesystem::create_directories(arguments_.into, error);
+    std::filesystem::create_directories(systempath(arguments_.into), error);
     if (error) refuse(arguments_.file, filled(words::nofolder, {arguments_.into, error.message()}));
   }
   if (!arguments_.table.empty()) overview_.emplace(arguments_.table);
