@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Build the programs in many ways and compare every byte that they write: scripts/same-bytes.sh [--native]
-# Two compilers, with and without optimisation, several instruction sets, 64-bit ARM and Windows through emulators, and
-# several environments. Each build is a preset of CMakePresets.json and passes the stored runs. Scores that stand exactly
-# on a threshold show arithmetic that rounds otherwise; there every build has to write what the first one wrote.
+# Two compilers, with and without optimisation, several instruction sets, 64-bit ARM and Windows through emulators,
+# WebAssembly, and several environments. Each build is a preset of CMakePresets.json and passes the stored runs. Scores that
+# stand exactly on a threshold show arithmetic that rounds otherwise; there every build has to write what the first one wrote.
 # --native leaves out what needs an emulator or another machine's compiler, and most of the builds.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
@@ -12,7 +12,7 @@ native=false
 [ $# -eq 0 ] || $native || { echo "usage: scripts/same-bytes.sh [--native]" >&2; exit 2; }
 
 need g++ clang cmake make locales
-$native || need g++-aarch64-linux-gnu qemu-user-static g++-mingw-w64-x86-64-posix wine
+$native || need g++-aarch64-linux-gnu qemu-user-static g++-mingw-w64-x86-64-posix wine emscripten nodejs
 cd "$project"
 export LC_ALL=C
 work=$(mktemp -d)
@@ -96,6 +96,7 @@ if ! $native; then
   has avx512f avx512bw avx512vl && builds+=({gcc,clang}-v4)
 fi
 for preset in "${builds[@]}"; do same "$preset"; done
+$native || webassembly same web
 for preset in "${others[@]}"; do other "$preset"; done
 
 in_environment "environment" -i PATH="$PATH"

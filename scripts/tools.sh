@@ -30,6 +30,8 @@ present() {
     libc++abi-dev) [ -e "$(clang++ -print-file-name=libc++abi.so)" ] ;;
     locales) [ -e /usr/share/i18n/locales/tr_TR ] ;;
     ghostscript) command -v gs >/dev/null ;;
+    emscripten) command -v em++ >/dev/null ;;
+    nodejs) command -v node >/dev/null ;;
     dpkg-dev) command -v dpkg-shlibdeps >/dev/null ;;
     libgtest-dev) header gtest/gtest.h ;;
     libbenchmark-dev) header benchmark/benchmark.h ;;
@@ -72,6 +74,12 @@ make_preset() {
 pass() {
   make_preset "$1" || return
   ctest --test-dir "$project/build/$1" --output-on-failure --parallel "$(nproc)" --no-tests=error --progress
+}
+
+# webassembly COMMAND...: with what CMake and Emscripten need for the preset `web`, also where another node than Debian's
+# comes first on the PATH.
+webassembly() {
+  CMAKE_TOOLCHAIN_FILE=$(em-config EMSCRIPTEN_ROOT)/cmake/Modules/Platform/Emscripten.cmake NODE_PATH=/usr/share/nodejs "$@"
 }
 
 # browse ARGUMENT...: Chromium without a window, as a new user whose profile stays in the folder where this is called.

@@ -1,0 +1,33 @@
+# The program as WebAssembly, and the npm package around it, in package/ of the build folder. trimora-run.mjs is what
+# Emscripten makes; trimora.mjs turns it into a function. Only for Emscripten: emcmake cmake --preset web
+target_compile_options(trimora_flags INTERFACE -msimd128 -mbulk-memory -fexceptions)
+target_link_options(trimora_flags INTERFACE -fexceptions)
+
+set(package ${PROJECT_BINARY_DIR}/package)
+set_target_properties(trimora-run PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${package})
+foreach(program trimora trimora-run) # trimora for the tests alone: it asks
+  set_target_properties(${program} PROPERTIES SUFFIX .mjs)
+  target_link_options(
+    ${program}
+    PRIVATE # A function that makes an instance, instead of a script that runs at once.
+            -sMODULARIZE
+            -sEXPORT_ES6
+            -sUSE_ES6_IMPORT_META=0
+            -sINVOKE_RUN=0
+            -sEXPORTED_RUNTIME_METHODS=FS,callMain
+            -sFORCE_FILESYSTEM
+            # Workers and Node too: nothing is asked of either, since trimora.mjs hands over the compiled program.
+            -sENVIRONMENT=web
+            # Up to what 32 bits address. No text becomes code, which a content security policy would refuse.
+            -sALLOW_MEMORY_GROWTH
+            -sMAXIMUM_MEMORY=4GB
+            -sDYNAMIC_EXECUTION=0)
+endforeach()
+
+configure_file(${CMAKE_CURRENT_LIST_DIR}/package.json.in ${package}/package.json @ONLY)
+foreach(file trimora.mjs trimora.d.ts README.md)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/${file} ${package}/${file} COPYONLY)
+endforeach()
+configure_file(${PROJECT_SOURCE_DIR}/LICENSE ${package}/LICENSE COPYONLY)
+add_custom_command(TARGET trimora-run POST_BUILD COMMAND ${CMAKE_COMMAND} -E rename ${package}/trimora-run.wasm
+                                                         ${package}/trimora.wasm)

@@ -1,0 +1,24 @@
+// Runs a program that was built as WebAssembly on the files of the folder it is called in, so that what tests the native
+// programs tests these as well: node emulator.mjs PACKAGE PROGRAM ARGUMENT ... with the engine's package folder and the
+// JavaScript of the program, beside which its trimora.wasm stands.
+import { mkdirSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
+import { dirname, relative } from "node:path";
+
+const [engine, program, ...args] = process.argv.slice(2);
+const { compile, run } = await import(`${engine}/trimora.mjs`);
+const { default: glue } = await import(program);
+const module = await compile(readFileSync(`${dirname(program)}/trimora.wasm`));
+
+const entries = readdirSync(".", { recursive: true, withFileTypes: true }).filter((entry) => entry.isFile());
+const names = entries.map((entry) => relative(".", `${entry.parentPath ?? entry.path}/${entry.name}`));
+const given = Object.fromEntries(names.map((name) => [name, new Uint8Array(readFileSync(name))]));
+const { status, stdout, stderr, files } = await run(given, args, { program: module, stdin: readFileSync(0), glue });
+for (const name of Object.keys(files)) {
+  mkdirSync(dirname(name), { recursive: true });
+  writeFileSync(name, files[name]);
+}
+writeFileSync(1, stdout);
+// Why a file cannot be opened stands there in the system's words, and folders in this one are called otherwise.
+const words = new TextDecoder("latin1").decode(stderr).replace(/: Permission denied$/m, ": Not a directory").replaceAll("/here", process.cwd());
+writeFileSync(2, words, "latin1");
+process.exitCode = status;
