@@ -1,0 +1,43 @@
+// Puts the page together: node build.mjs ENGINE PAGE - the engine's package in, one HTML file out.
+
+import { createHash } from "node:crypto";
+import { readFileSync, writeFileSync } from "node:fs";
+import { gzipSync } from "node:zlib";
+import * as esbuild from "esbuild";
+
+const [engine, page] = process.argv.slice(2);
+const here = (/** @type {string} */ path) => new URL(path, import.meta.url).pathname;
+const options = /** @type {const} */ ({
+  bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
+  loader: { ".fas": "text" }, alias: { trimora: `${engine}/trimora.mjs` },
+  define: { "import.meta.url": '"about:blank"' }, external: ["node:fs/promises"],
+});
+const bundle = async (/** @type {esbuild.BuildOptions} */ more) =>
+  (await esbuild.build({ ...options, ...more, write: false })).outputFiles[0].text;
+
+const packed = {
+  wasm: async () => readFileSync(`${engine}/trimora.wasm`),
+  worker: () => bundle({ entryPoints: [here("page/worker.js")] }),
+};
+
+/** The modules packed:wasm and packed:worker, each base64 of gzip. @type {esbuild.Plugin} */
+const packing = {
+  name: "packing",
+  setup(build) {
+    build.onResolve({ filter: /^packed:/ }, ({ path }) => ({ path: path.slice("packed:".length), namespace: "packed" }));
+    build.onLoad({ filter: /./, namespace: "packed" }, async ({ path }) => ({
+      contents: gzipSync(await packed[/** @type {"wasm"} */ (path)](), { level: 9 }).toString("base64"), loader: "text",
+    }));
+  },
+};
+
+// Inside a script element no text may look like its end.
+const code = (await bundle({ entryPoints: [here("page/main.js")], plugins: [packing] })).replaceAll("</script", "<\\/script");
+const uplot = readFileSync(here("node_modules/uplot/dist/uPlot.min.css"), "utf8");
+const style = uplot + (await bundle({ entryPoints: [here("page/page.css")] }));
+const html = readFileSync(here("page/index.html"), "utf8")
+  .replace("@STYLE@", () => style)
+  .replace("@SCRIPT@", `sha256-${createHash("sha256").update(code).digest("base64")}`)
+  .replace("@VERSION@", JSON.parse(readFileSync(`${engine}/package.json`, "utf8")).version)
+  .replace("@CODE@", () => code);
+writeFileSync(page, html);

@@ -1,0 +1,66 @@
+// The form of the parameters, made of their table.
+
+import { bounds, fromlink, inforce, parameters, shownorder, tolink } from "./parameters.js";
+import { element, make, numseq, show, state, update } from "./state.js";
+
+/** Set one value, "" for the default. @param {string} name @param {string} value */
+const set = (name, value) => update({ values: { ...state.values, [name]: value } });
+
+/** @param {import("./parameters.js").Parameter} parameter */
+function field({ name, label, effect, choices, slider }) {
+  const control = choices
+    ? make("select", {}, ...Object.entries(choices).map(([value, words]) => make("option", { value }, words)))
+    : make("input", { type: "number", inputMode: "numeric", step: "1" });
+  control.id = name;
+  control.setAttribute("aria-describedby", `${name}-effect ${name}-wrong`);
+  const range = choices ? null : make("input", { type: "range", step: "1", tabIndex: -1 });
+  range?.setAttribute("aria-hidden", "true"); // the same as the number beside it
+  for (const input of range ? [control, range] : [control]) {
+    input.addEventListener("input", () => set(name, input.value));
+  }
+  const wrong = make("p", { id: `${name}-wrong`, className: "wrong" });
+  wrong.setAttribute("role", "alert");
+
+  show((now) => {
+    const value = now.values[name] ?? "";
+    if (!(control instanceof HTMLInputElement) || !range) {
+      control.value = value;
+    } else {
+      const known = numseq(now) > 0 || !/^b[12]$/.test(name);
+      const { least, most, wrong: why } = bounds(now.values, name, numseq(now));
+      const number = known ? String(inforce(now.values, name, numseq(now))) : value;
+      if (document.activeElement !== control || value) control.value = number;
+      control.min = range.min = String(least);
+      control.max = String(most);
+      range.max = String(Math.min(most, slider ?? most));
+      range.value = number;
+      range.disabled = !known;
+      wrong.textContent = known ? why : "";
+      control.setAttribute("aria-invalid", String(known && why !== ""));
+    }
+    row.classList.toggle("changed", value !== "");
+  });
+
+  const row = make("div", { className: "field" },
+    make("label", { htmlFor: name }, make("b", {}, name === "t" ? "" : name), ` ${label}`), control,
+    ...(range ? [range] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect), wrong);
+  return row;
+}
+
+/** Connect the form; parameters stand in the link from now on. */
+export function connect() {
+  const form = element("fields", HTMLElement);
+  for (const name of shownorder) {
+    const parameter = parameters.find((one) => one.name === name);
+    if (parameter) form.append(field(parameter));
+  }
+  element("defaults", HTMLButtonElement).addEventListener("click", () => update({ values: {} }));
+
+  const take = () => update({ values: fromlink(location.hash.slice(1)) });
+  addEventListener("hashchange", () => tolink(state.values) !== location.hash.slice(1) && take());
+  take();
+  show((now) => {
+    const link = tolink(now.values);
+    if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname);
+  });
+}

@@ -1,0 +1,83 @@
+// The page: connects its parts and runs the program again whenever what it depends on has changed.
+
+import { ask, drop, Dropped, open } from "./engine.js";
+import * as form from "./form.js";
+import * as map from "./map.js";
+import { options, refused } from "./parameters.js";
+import * as opening from "./open.js";
+import * as plot from "./plot.js";
+import * as saving from "./save.js";
+import { numseq, showwhen, state, update } from "./state.js";
+import * as summary from "./summary.js";
+import * as viewer from "./viewer.js";
+
+const patience = 150; // milliseconds that a run under way is waited for before it is dropped
+const mostletters = 3e8; // bytes of the alignment that the viewer holds
+const large = 1e8; // bytes from which on the page says beforehand what a run needs
+
+let started = 0; // when the run under way was started; 0: none is
+let again = false;
+
+/** The run of the present state; a later one takes its place. */
+async function select() {
+  const { opened, values, shown } = state;
+  if (!opened || refused(values, numseq(state))) return;
+  if (started) {
+    again = true;
+    if (performance.now() - started > patience) drop();
+    else setTimeout(() => again && started && drop(), patience);
+    return;
+  }
+  started = performance.now();
+  update({ running: true });
+  try {
+    const made = await ask({ job: "select", args: [opened.file, ...options(values)], shown });
+    if (opened !== state.opened) return;
+    const lines = made.stderr.split("\n").filter((/** @type {string} */ line) => line)
+      .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, ""));
+    const failed = made.status !== 0 && !made.columns;
+    update({
+      table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout,
+      failure: failed ? lines.join("\n") || "The program found no alignment." : "",
+      first: Math.min(state.first, made.columns?.score.length ?? 1),
+    });
+    performance.measure("select", { start: started });
+  } catch (error) {
+    if (!(error instanceof Dropped)) {
+      update({ table: [], columns: null, notes: [], failure: error instanceof Error ? error.message : String(error) });
+    }
+  } finally {
+    started = 0;
+    update({ running: again });
+    if (again) {
+      again = false;
+      select();
+    } else if (!state.letters && state.columns) letters();
+  }
+}
+
+/** The letters of the alignment shown, once its first run is done. */
+async function letters() {
+  const { opened, shown } = state;
+  if (!opened) return;
+  try {
+    const found = await ask({ job: "letters", name: shown, limit: mostletters });
+    if (opened === state.opened && shown === state.shown) update({ letters: found });
+  } catch (error) {
+    if (error instanceof Error && !(error instanceof Dropped)) update({ notice: error.message });
+  }
+}
+
+for (const part of [form, opening, summary, plot, map, viewer, saving]) part.connect();
+
+showwhen((now) => [now.opened], ({ opened }) => {
+  if (!opened) return;
+  open(opened.inputs);
+  if (opened.bytes > large) {
+    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${(opened.bytes * 5 / 1e9).toFixed(1)} GB of memory for it. ` +
+      `The installed program needs ${(opened.bytes * 1.2 / 1e9).toFixed(1)} GB: trimora-run ${opened.file}` });
+  }
+});
+showwhen((now) => [now.opened, now.values, now.shown], select);
+showwhen((now) => [now.running], ({ running }) => document.body.classList.toggle("running", running));
+update({});

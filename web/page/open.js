@@ -1,0 +1,187 @@
+// Opening: files, folders, pasted text and examples become the files of a run.
+// Words     input: a file of the run, under the name that the program sees
+
+import batch1 from "../../examples/batch/primates_mt_1.fas";
+import batch2 from "../../examples/batch/primates_mt_2.fas";
+import globins from "../../examples/globins.fas";
+import primates from "../../examples/primates_mt.fas";
+import { gunzip } from "./gunzip.js";
+import { element, showwhen, update } from "./state.js";
+
+/**
+ * @typedef {object} Opened
+ * @property {import("./worker.js").Input[]} inputs
+ * @property {string[]} alignments their names
+ * @property {string} file what the program is given: the alignment, or the paths file of a batch
+ * @property {boolean} made whether the page made that paths file
+ * @property {number} bytes of all alignments
+ */
+
+/** Of a file: in 32 bits fit its letters, a second copy of them and what is written. */
+export const mostbytes = 1.5e9;
+
+/** @type {{title: string, about: string, values: Record<string, string>, files: Record<string, string>}[]} */
+const examples = [
+  { title: "Globins", about: "45 proteins", values: {}, files: { "globins.fas": globins } },
+  { title: "Primates", about: "mitochondrial DNA of 12 species", values: { t: "D" }, files: { "primates_mt.fas": primates } },
+  { title: "A batch", about: "two pieces of the primates' DNA", values: { t: "D" },
+    files: { "primates_mt_1.fas": batch1, "primates_mt_2.fas": batch2 } },
+];
+
+const natural = new Intl.Collator("en", { numeric: true }).compare;
+
+/** Unpack gzip, known by its first two bytes. @param {import("./worker.js").Input} input */
+async function unpacked({ name, blob }) {
+  const [first, second] = new Uint8Array(await blob.slice(0, 2).arrayBuffer());
+  if (first !== 0x1f || second !== 0x8b) return { name, blob };
+  try {
+    return { name: name.replace(/\.gz$/i, ""), blob: await gunzip(blob) };
+  } catch {
+    throw new Error(`${name} is compressed, but cannot be unpacked: it is damaged or incomplete.`);
+  }
+}
+
+/**
+ * Make of the files of one gesture what a run works on. Of several files those are taken that begin as alignments do,
+ * and a paths file that lists some of them.
+ * @param {import("./worker.js").Input[]} given @returns {Promise<Opened & {leftout: string[]}>}
+ */
+async function arrange(given) {
+  const inputs = [];
+  for (const input of given.sort((a, b) => natural(a.name, b.name))) inputs.push(await unpacked(input));
+  const [only] = inputs;
+  if (inputs.length === 1) {
+    return { inputs, alignments: [only.name], file: only.name, made: false, bytes: only.blob.size, leftout: [] };
+  }
+  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, 65536).text()));
+  const alignments = inputs.filter((_, k) => heads[k].trimStart().startsWith(">"));
+  const rest = inputs.filter((input) => !alignments.includes(input));
+  const sum = (/** @type {import("./worker.js").Input[]} */ files) => files.reduce((n, { blob }) => n + blob.size, 0);
+
+  // Listed paths lead to dropped files by their last part, since a browser tells no folders of single files.
+  const tail = (/** @type {string} */ path) => path.split(/[/\\]/).pop() ?? path;
+  for (const list of rest.filter(({ blob }) => blob.size < 1e7)) {
+    const paths = (await list.blob.text()).split("\n").map((line) => line.replace(/\r$/, "")).filter((line) => line);
+    const found = paths.map((path) =>
+      alignments.find(({ name }) => name === path) ?? alignments.find(({ name }) => tail(name) === tail(path)));
+    if (!found.some((input) => input)) continue;
+    const missing = paths.filter((_, k) => !found[k]);
+    if (missing.length > 0) {
+      throw new Error(`${list.name} lists ${missing[0]}${missing.length > 1 ? ` and ${missing.length - 1} more` : ""}, ` +
+        "which did not come with it: drop the paths file together with all its alignments.");
+    }
+    const listed = paths.map((path, k) =>
+      ({ name: path.replace(/^([.]*[/\\])+/, ""), blob: /** @type {import("./worker.js").Input} */ (found[k]).blob }));
+    return { ...batch(listed, tail(list.name)), made: false, leftout: rest.filter((f) => f !== list).map(({ name }) => name) };
+  }
+  if (alignments.length === 0) throw new Error("None of these files begins with >, as an alignment in FASTA or PIR does.");
+  const leftout = rest.map(({ name }) => name);
+  const [first] = alignments;
+  if (alignments.length > 1) return { ...batch(alignments, "paths.txt"), made: true, leftout };
+  return { inputs: alignments, alignments: [first.name], file: first.name, made: false, bytes: sum(alignments), leftout };
+
+  /** @param {import("./worker.js").Input[]} files @param {string} file the paths file */
+  function batch(files, file) {
+    const names = files.map(({ name }) => name);
+    const paths = new Blob([names.map((name) => `${name}\n`).join("")]);
+    return { inputs: [...files, { name: file, blob: paths }], alignments: names, file, bytes: sum(files) };
+  }
+}
+
+/** Open the files of one gesture. @param {Promise<import("./worker.js").Input[]>} coming @param {Record<string, string>} [values] */
+async function open(coming, values) {
+  try {
+    update({ notice: "Reading …" });
+    const given = await coming;
+    if (given.length === 0) return update({ notice: "There was no file." });
+    const { leftout, ...opened } = await arrange(given);
+    if (opened.bytes > mostbytes) {
+      throw new Error(`This is ${(opened.bytes / 1e9).toFixed(1)} GB; a page can work on ${mostbytes / 1e9} GB at most. ` +
+        "The installed program has no such limit: trimora-run " + opened.file);
+    }
+    update({
+      opened, shown: opened.alignments[0], table: [], notes: [], failure: "", printed: "", columns: null, letters: null,
+      first: 1, at: 0, marked: null, ...(values ? { values } : {}),
+      notice: leftout.length > 0 ? `Left out, as they do not begin like alignments: ${leftout.join(", ")}.` : "",
+    });
+  } catch (error) {
+    update({ notice: error instanceof Error ? error.message : String(error) });
+  }
+}
+
+/** @param {Iterable<File>} files @returns {import("./worker.js").Input[]} */
+const named = (files) => Array.from(files, (file) => ({ name: file.webkitRelativePath || file.name, blob: file }))
+  .filter(({ name }) => !/(^|\/)\./.test(name));
+
+/** What was dropped, with the content of folders. @param {DataTransfer} dropped */
+async function listed(dropped) {
+  const entries = Array.from(dropped.items, (item) => item.webkitGetAsEntry?.() ?? null);
+  const files = named(dropped.files); // where the browser tells no folders
+  if (!entries.some((entry) => entry?.isDirectory)) return files;
+  /** @type {import("./worker.js").Input[]} */
+  const found = [];
+  const walk = async (/** @type {any} */ entry) => {
+    if (entry.name.startsWith(".")) return;
+    if (entry.isFile) {
+      const blob = await new Promise((resolve, reject) => entry.file(resolve, reject));
+      found.push({ name: entry.fullPath.slice(1), blob });
+      return;
+    }
+    const reader = entry.createReader();
+    for (;;) { // some hundred entries at a time
+      const some = await new Promise((resolve, reject) => reader.readEntries(resolve, reject));
+      if (some.length === 0) return;
+      for (const inner of some) await walk(inner);
+    }
+  };
+  for (const entry of entries) if (entry) await walk(entry);
+  return found;
+}
+
+/** Connect the part of the page that opens alignments. */
+export function connect() {
+  const files = element("files", HTMLInputElement), folder = element("folder", HTMLInputElement);
+  for (const input of [files, folder]) {
+    input.addEventListener("change", () => {
+      open(Promise.resolve(named(input.files ?? [])));
+      input.value = ""; // the same file may be chosen again
+    });
+  }
+  element("choose", HTMLButtonElement).addEventListener("click", () => files.click());
+  element("choosefolder", HTMLButtonElement).addEventListener("click", () => folder.click());
+
+  const pasted = element("pasted", HTMLTextAreaElement);
+  element("usepasted", HTMLButtonElement).addEventListener("click", () =>
+    open(Promise.resolve(pasted.value.trim() ? [{ name: "pasted.fas", blob: new Blob([pasted.value]) }] : [])));
+
+  const buttons = element("examples", HTMLElement);
+  for (const { title, about, values, files: texts } of examples) {
+    const button = document.createElement("button");
+    button.append(title, Object.assign(document.createElement("small"), { textContent: about }));
+    button.addEventListener("click", () =>
+      open(Promise.resolve(Object.entries(texts).map(([name, text]) => ({ name, blob: new Blob([text]) }))), values));
+    buttons.append(button);
+  }
+
+  document.addEventListener("dragover", (event) => {
+    event.preventDefault();
+    document.body.classList.add("dragging");
+  });
+  document.addEventListener("dragleave", (event) => {
+    if (!event.relatedTarget) document.body.classList.remove("dragging");
+  });
+  document.addEventListener("drop", (event) => {
+    event.preventDefault();
+    document.body.classList.remove("dragging");
+    if (event.dataTransfer) open(listed(event.dataTransfer));
+  });
+
+  const notice = element("notice", HTMLElement), details = element("opening", HTMLDetailsElement);
+  showwhen((now) => [now.notice], (now) => {
+    notice.textContent = now.notice;
+  });
+  showwhen((now) => [now.opened], (now) => {
+    document.body.classList.toggle("opened", now.opened !== null);
+    details.open = now.opened === null;
+  });
+}

@@ -1,0 +1,9 @@
+// What build.mjs makes into modules.
+declare module "*.fas" {
+  const text: string;
+  export default text;
+}
+declare module "packed:*" {
+  const base64: string; // of gzip
+  export default base64;
+}

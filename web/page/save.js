@@ -1,0 +1,144 @@
+// Taking home: the files of the program, the report in a frame, the command line, the link.
+
+import { zipSync } from "fflate";
+import { ask, Dropped } from "./engine.js";
+import { options, refused, tolink } from "./parameters.js";
+import { element, make, numseq, show, showwhen, state, update } from "./state.js";
+import { copy } from "./viewer.js";
+
+const mostreport = 4e6; // letters: beyond, a browser takes long to show the report
+
+/**
+ * What the program can write. `on` is the value that asks for it, "" an option without a value.
+ * @type {{option: string, on: string, label: string, about: string, when?: "batch" | "single"}[]}
+ */
+const outputs = [
+  { option: "s", on: "Y", label: "Selected blocks", about: "the trimmed alignment, for the next program" },
+  { option: "p", on: "Y", label: "Report", about: "the whole alignment in colours, as a page" },
+  { option: "k", on: "Y", label: "Mask", about: "which residues are conserved, which positions selected" },
+  { option: "d", on: "Y", label: "Block map", about: "a PostScript picture" },
+  { option: "n", on: "Y", label: "Nonconserved blocks", about: "what was left out" },
+  { option: "u", on: "Y", label: "Ungapped alignment", about: "all positions without a gap" },
+  { option: "-columns", on: "", label: "Columns", about: "score, class and block of each column, as a table" },
+  { option: "a", on: "Y", label: "Concatenated selected blocks", about: "one alignment of all genes", when: "batch" },
+  { option: "c", on: "Y", label: "Concatenated input", about: "the same, untrimmed", when: "batch" },
+  { option: "w", on: "Y", label: "Concatenated ungapped", about: "the same, positions without a gap", when: "batch" },
+];
+const formats = { "": "As the program does: groups of ten", fasta: "FASTA", phylip: "PHYLIP", nexus: "NEXUS" };
+const defaults = /** @type {Record<string, string>} */ ({ s: "Y", p: "Y" });
+
+const batch = () => (state.opened?.alignments.length ?? 0) > 1;
+const possible = () => outputs.filter(({ when }) => when !== "batch" || batch());
+
+/** The options that choose exactly these outputs. @param {(option: string) => boolean} wanted */
+function choice(wanted) {
+  const chosen = [];
+  for (const { option, on } of possible()) {
+    if (wanted(option) === (option in defaults)) continue;
+    chosen.push(wanted(option) ? `-${option}${on && `=${on}`}` : `-${option}=N`);
+  }
+  if (state.outputs.format) chosen.push(`--format=${state.outputs.format}`);
+  return chosen;
+}
+
+/** The arguments of trimora-run for these outputs. @param {(option: string) => boolean} wanted */
+const args = (wanted) => [state.opened?.file ?? "", ...options(state.values), ...choice(wanted)];
+const wanted = (/** @type {string} */ option) => option in state.outputs;
+
+/** An argument as a shell takes it. @param {string} text */
+const quoted = (text) => (/^[\w@%+=:,./-]+$/.test(text) ? text : `'${text.replaceAll("'", "'\\''")}'`);
+
+/** Hand a file to the browser's downloads. @param {string} name @param {Uint8Array} bytes @param {string} [type] */
+function download(name, bytes, type = "application/octet-stream") {
+  const url = URL.createObjectURL(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (bytes)], { type }));
+  make("a", { href: url, download: name.split("/").pop() ?? name }).click();
+  setTimeout(() => URL.revokeObjectURL(url), 60000);
+}
+
+/** Run the program and take what it wrote. @param {string[]} given @returns {Promise<Record<string, Uint8Array> | null>} */
+async function write(given) {
+  const said = element("saved", HTMLElement);
+  said.textContent = "Running …";
+  try {
+    const { status, stderr, files } = await ask({ job: "write", args: given });
+    const names = Object.keys(files);
+    said.textContent = status !== 0 ? stderr : names.length === 0 ? "Nothing was written." : `Written: ${names.slice(0, 8).join(", ")}${names.length > 8 ? " …" : ""}`;
+    return status === 0 && names.length > 0 ? files : null;
+  } catch (error) {
+    said.textContent = error instanceof Dropped ? "" : error instanceof Error ? error.message : String(error);
+    return null;
+  }
+}
+
+/** @param {Record<string, Uint8Array> | null} files @param {boolean} always a zip, even of a single file */
+function save(files, always) {
+  if (!files) return;
+  const names = Object.keys(files);
+  if (names.length === 1 && !always) return download(names[0], files[names[0]]);
+  const { opened } = state;
+  const list = opened?.made ? { [opened.file]: new TextEncoder().encode(opened.alignments.map((name) => `${name}\n`).join("")) } : {};
+  const stem = (opened?.file ?? "trimora").split("/").pop();
+  download(`${stem}-tr.zip`, zipSync({ ...files, ...list }, { level: 6 }), "application/zip");
+}
+
+async function report() {
+  const files = await write(args((option) => option === "p"));
+  if (!files) return;
+  const name = Object.keys(files).find((one) => one.startsWith(state.shown)) ?? Object.keys(files)[0];
+  const url = URL.createObjectURL(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (files[name])], { type: "text/html" }));
+  const frame = element("frame", HTMLIFrameElement), dialog = element("report", HTMLDialogElement);
+  frame.src = url; // sandboxed: nothing in it runs, whatever names the sequences have
+  dialog.showModal();
+  dialog.addEventListener("close", () => {
+    frame.removeAttribute("src");
+    URL.revokeObjectURL(url);
+  }, { once: true });
+}
+
+export function connect() {
+  const list = element("outputs", HTMLElement);
+  for (const { option, label, about } of outputs) {
+    const box = make("input", { type: "checkbox", id: `out-${option}` });
+    box.addEventListener("change", () => {
+      const { [option]: _, ...others } = state.outputs;
+      update({ outputs: box.checked ? { ...others, [option]: "Y" } : others });
+    });
+    const button = make("button", { type: "button" }, "Save");
+    button.setAttribute("aria-label", `Save: ${label}`);
+    button.addEventListener("click", async () => save(await write(args((other) => other === option)), false));
+    const row = make("li", {}, box, make("label", { htmlFor: box.id }, label, make("small", {}, about)), button);
+    list.append(row);
+    show((now) => {
+      box.checked = option in now.outputs;
+      row.hidden = !possible().some((output) => output.option === option);
+    });
+  }
+  const format = element("format", HTMLSelectElement);
+  format.append(...Object.entries(formats).map(([value, words]) => make("option", { value }, words)));
+  format.addEventListener("change", () => {
+    const { format: _, ...others } = state.outputs;
+    update({ outputs: format.value ? { ...others, format: format.value } : others });
+  });
+  element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted)), true));
+  const openreport = element("openreport", HTMLButtonElement);
+  openreport.addEventListener("click", report);
+  element("closereport", HTMLButtonElement).addEventListener("click", () => element("report", HTMLDialogElement).close());
+
+  const command = element("command", HTMLElement), copied = element("saved", HTMLElement);
+  const copying = (/** @type {string} */ id, /** @type {() => string} */ text, /** @type {string} */ what) =>
+    element(id, HTMLButtonElement).addEventListener("click", async () => {
+      copied.textContent = await copy(text()) ? `${what} copied.` : "The browser did not let the page copy.";
+    });
+  copying("copycommand", () => command.textContent ?? "", "Command line");
+  copying("copylink", () => `${location.href.split("#")[0]}#${tolink(state.values)}`, "Link with these parameters, without the alignment,");
+
+  showwhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
+    if (!now.opened) return;
+    const list = now.opened.made ? `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n` : "";
+    command.textContent = `${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
+    const small = now.table.reduce((sum, row) => sum + Number(row.sequences) * Number(row.positions), 0) <= mostreport;
+    openreport.disabled = !small || refused(now.values, numseq(now));
+    openreport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";
+    element("zip", HTMLButtonElement).disabled = refused(now.values, numseq(now));
+  });
+}

@@ -1,0 +1,111 @@
+// The one state of the page, and how it changes: views are functions of it and are drawn anew after each change.
+// Counting  positions and sequences from 1, as everywhere in Trimora
+
+/**
+ * An alignment's columns as `--columns` tells them, one entry a position.
+ * @typedef {object} Columns
+ * @property {Float32Array} score in sequences
+ * @property {Uint8Array} residue code of the most frequent one, in capitals
+ * @property {Uint8Array} kind index into `kinds`
+ * @property {Uint32Array} column of the file
+ * @property {{first: number, last: number}[]} blocks selected, from left to right
+ */
+/** What a position may be. */
+export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
+
+/**
+ * The letters of an alignment: a file in which every record has the same layout, read where it stands.
+ * @typedef {object} Letters
+ * @property {Uint8Array} bytes
+ * @property {string[]} names of the sequences held
+ * @property {number[]} starts where the letters of each sequence begin in `bytes`
+ * @property {number} numseq of the alignment, of which `names` may be the first ones only
+ * @property {boolean} nucleotides whether the file itself says that it holds these
+ */
+
+/** A line of `--table`, by the names of its header. @typedef {Record<string, string>} Row */
+
+/**
+ * @typedef {object} State
+ * @property {import("./open.js").Opened | null} opened
+ * @property {string} shown name of the alignment that is looked at
+ * @property {Record<string, string>} values of the parameters, as on the command line; "" or absent: the default
+ * @property {Record<string, string>} outputs values of the options that choose what is written
+ * @property {boolean} running
+ * @property {Row[]} table of the last run
+ * @property {string[]} notes lines that the last run wrote on standard error
+ * @property {string} failure why there is no result, in a sentence; "" when there is one
+ * @property {string} notice what became of the last action
+ * @property {string} printed standard output of the last run
+ * @property {Columns | null} columns of the alignment shown
+ * @property {Letters | null} letters of the alignment shown
+ * @property {number} first position at the left of the alignment's window
+ * @property {number} width positions in that window
+ * @property {number} at position that is pointed at; 0: none
+ * @property {{row: number, first: number, torow: number, to: number} | null} marked sequences and positions, from where
+ *   the marking began to where it ended
+ */
+
+/** @type {State} */
+export const state = {
+  opened: null, shown: "", values: {}, outputs: { s: "Y", p: "Y" },
+  running: false, table: [], notes: [], failure: "", notice: "", printed: "", columns: null, letters: null,
+  first: 1, width: 1, at: 0, marked: null,
+};
+
+/** @type {((state: State) => void)[]} */
+const views = [];
+let due = false;
+
+/** Draw `view` after each change. @param {(state: State) => void} view */
+export function show(view) {
+  views.push(view);
+}
+
+/** Change the state; all views are drawn once, before the next frame. @param {Partial<State>} change */
+export function update(change) {
+  Object.assign(state, change);
+  if (due) return;
+  due = true;
+  requestAnimationFrame(() => {
+    due = false;
+    for (const view of views) view(state);
+  });
+}
+
+/** A view that is drawn only when one of what it reads changed. @param {(state: State) => unknown[]} reads @param {(state: State) => void} draw */
+export function showwhen(reads, draw) {
+  /** @type {unknown[]} */
+  let before = [];
+  show((now) => {
+    const values = reads(now);
+    if (before.length > 0 && values.every((value, k) => value === before[k])) return;
+    before = values;
+    draw(now);
+  });
+}
+
+/** The row of the alignment shown. @param {State} now @returns {Row | undefined} */
+export const shownrow = (now) => now.table.find((row) => row.alignment === now.shown) ?? now.table[0];
+
+/** Sequences of the alignment shown; 0: not known. @param {State} now */
+export const numseq = (now) => Number(shownrow(now)?.sequences ?? now.letters?.numseq ?? 0);
+
+/** @template {HTMLElement} T @param {string} id @param {{new(): T}} type @returns {T} */
+export function element(id, type) {
+  const found = document.getElementById(id);
+  if (!(found instanceof type)) throw new Error(`no ${id}`);
+  return found;
+}
+
+/**
+ * An element with properties and content.
+ * @template {keyof HTMLElementTagNameMap} K
+ * @param {K} tag @param {Partial<HTMLElementTagNameMap[K]>} properties @param {(Node | string)[]} content
+ * @returns {HTMLElementTagNameMap[K]}
+ */
+export function make(tag, properties, ...content) {
+  const made = Object.assign(document.createElement(tag), properties);
+  made.append(...content);
+  return made;
+}

@@ -1,0 +1,24 @@
+// Colours of the canvases, which are those of the style sheet, dark or light.
+
+/** @param {string} name of a custom property, without its dashes */
+export const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
+
+/** Call when the page turns dark or light. @param {() => void} then */
+export const watchtheme = (then) => matchMedia("(prefers-color-scheme: dark)").addEventListener("change", then);
+
+/**
+ * A canvas as large as its place on the screen, ready to be drawn on in units of the page.
+ * @param {HTMLCanvasElement} canvas @param {number} width @param {number} height
+ */
+export function prepare(canvas, width, height) {
+  const dot = devicePixelRatio || 1, ctx = /** @type {CanvasRenderingContext2D} */ (canvas.getContext("2d"));
+  if (canvas.width !== Math.round(width * dot) || canvas.height !== Math.round(height * dot)) {
+    canvas.width = Math.round(width * dot);
+    canvas.height = Math.round(height * dot);
+    canvas.style.width = `${width}px`;
+    canvas.style.height = `${height}px`;
+  }
+  ctx.setTransform(dot, 0, 0, dot, 0, 0);
+  ctx.clearRect(0, 0, width, height);
+  return ctx;
+}
