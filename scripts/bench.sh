@@ -1,18 +1,24 @@
 #!/usr/bin/env bash
-# Build the release and measure whole runs of it against cp and against bench/floor.cpp: scripts/bench.sh [--full]
-# Smaller alignments by default, under two minutes with the build; --full measures the sizes that the goals were set for.
+# Build the release and measure whole runs of it against cp and against bench/floor.cpp: scripts/bench.sh [--full|--web]
+# Smaller alignments by default, under two minutes with the build; --full measures the sizes that the goals were set for,
+# --web the engine and the page instead.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
-full=false
-[ $# -eq 1 ] && [ "$1" = --full ] && full=true
-[ $# -eq 0 ] || $full || { echo "usage: scripts/bench.sh [--full]" >&2; exit 2; }
+full=false web=false
+case "$#$*" in
+  0) ;;
+  1--full) full=true ;;
+  1--web) web=true ;;
+  *) echo "usage: scripts/bench.sh [--full|--web]" >&2 && exit 2 ;;
+esac
 
 need g++ cmake make libbenchmark-dev
+if $web; then need chromium; fi
 cd "$project"
 folder=$project/build/bench # of its own, so that build/release stays what the user made it
 configure --preset release -B "$folder" -DTRIMORA_BENCHMARKS=ON
-for target in trimora floor generate measure stages; do build "$folder" "$target"; done
+for target in trimora trimora-run floor generate measure stages; do build "$folder" "$target"; done
 trimora=$folder/trimora
 floor=$folder/bench/floor
 
@@ -105,6 +111,23 @@ echo "System    $(uname -sr)"
 echo "Compiler  $("$compiler" --version | head -n 1)"
 echo "Files in  ${TMPDIR:-/tmp} ($(df -T "$work" | awk 'NR == 2 { print $2 }'))"
 echo
+
+verdict() {
+  echo
+  missed=$(grep -o MISSED "$work/table" | wc -l) || true
+  if [ "$missed" -eq 0 ]; then echo "Every goal holds."; else echo "Goals missed: $missed"; fi
+}
+
+if $web; then
+  "$project/scripts/web.sh" >&2
+  begin
+  generate protein-fasta 500 50000 $seed in.fas
+  node "$project/web/test/speed.mjs" "$folder/trimora-run" "$project/build/web/package" "$project/build/web/trimora.html" \
+    "$project/examples/globins.fas" "$PWD/in.fas" | tee "$work/table"
+  verdict
+  exit
+fi
+
 echo "Whole processes in turn, each into fresh files; medians in milliseconds. \"best\" compares the fastest runs instead"
 echo "and is not judged: far from the ratio, it says that the machine was busy."
 echo
@@ -175,6 +198,4 @@ for growth in positions sequences; do
   judge "${ten[0]} x ${ten[1]}, tenfold $growth" tenfold 1.15
 done
 
-echo
-missed=$(grep -o MISSED "$work/table" | wc -l) || true
-if [ "$missed" -eq 0 ]; then echo "Every goal holds."; else echo "Goals missed: $missed"; fi
+verdict

@@ -42,6 +42,13 @@ export async function run(files, args, { program, stdin = new Uint8Array(), glue
       printErr() {}, // of the system layer itself, which throws as well
     }).then(resolve, reject);
   });
+  // Files grow twofold; the eighth by which Emscripten lets large ones grow copies them again and again.
+  FS.filesystems.MEMFS.expandFileStorage = (node, capacity) => {
+    const before = node.contents;
+    if (before && before.length >= capacity) return;
+    node.contents = new Uint8Array(Math.max(capacity, 2 * node.usedBytes, 4096));
+    if (before) node.contents.set(before.subarray(0, node.usedBytes));
+  };
   const place = (path, bytes) => {
     FS.mkdirTree(path.slice(0, path.lastIndexOf("/")) || "/");
     FS.writeFile(path, bytes, { canOwn: true });
