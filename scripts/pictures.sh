@@ -6,6 +6,7 @@ set -euo pipefail
 
 need g++ cmake make chromium ghostscript pngquant
 make_preset release
+"$project/scripts/web.sh" >/dev/null
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -23,5 +24,9 @@ pngquant --nofs --speed 1 --strip --output report.png 64 shot.png
 gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=pnggray -r216 -g1125x360 -dTextAlphaBits=4 -dGraphicsAlphaBits=4 \
   -sOutputFile=map.png -c "-20 180 translate -90 rotate" -f globins.fas-trPS
 
+# The page on the globins.
+node "$project/web/test/picture.mjs" "$project/build/web/trimora.html" globins.fas window.png
+pngquant --nofs --speed 1 --strip --output page.png 64 window.png
+
 mkdir -p "$project/docs/pictures"
-mv report.png map.png "$project/docs/pictures"
+mv report.png map.png page.png "$project/docs/pictures"

@@ -6,7 +6,7 @@ import batch2 from "../../examples/batch/primates_mt_2.fas";
 import globins from "../../examples/globins.fas";
 import primates from "../../examples/primates_mt.fas";
 import { gunzip } from "./gunzip.js";
-import { element, showwhen, update } from "./state.js";
+import { element, showwhen, state, update } from "./state.js";
 
 /**
  * @typedef {object} Opened
@@ -88,6 +88,9 @@ async function arrange(given) {
   }
 }
 
+/** The values that came with an example; they go with it, unless they were changed. @type {Record<string, string> | null} */
+let lent = null;
+
 /** Open the files of one gesture. @param {Promise<import("./worker.js").Input[]>} coming @param {Record<string, string>} [values] */
 async function open(coming, values) {
   try {
@@ -101,9 +104,10 @@ async function open(coming, values) {
     }
     update({
       opened, shown: opened.alignments[0], table: [], notes: [], failure: "", printed: "", columns: null, letters: null,
-      first: 1, at: 0, marked: null, ...(values ? { values } : {}),
+      first: 1, at: 0, marked: null, values: values ?? (state.values === lent ? {} : state.values),
       notice: leftout.length > 0 ? `Left out, as they do not begin like alignments: ${leftout.join(", ")}.` : "",
     });
+    lent = values ?? null;
   } catch (error) {
     update({ notice: error instanceof Error ? error.message : String(error) });
   }

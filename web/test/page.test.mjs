@@ -12,6 +12,7 @@ import { gzipSync } from "node:zlib";
 import axe from "axe-core";
 import { unzipSync } from "fflate";
 import puppeteer from "puppeteer-core";
+import { browsers } from "./browsers.mjs";
 
 const { TRIMORA_PAGE = "", TRIMORA_RUN = "" } = process.env;
 const url = pathToFileURL(TRIMORA_PAGE).href;
@@ -31,21 +32,18 @@ function native(files, args) {
 }
 
 const downloads = mkdtempSync(`${tmpdir()}/trimora.`);
-const browsers = {
-  chromium: { browser: "chrome", executablePath: "/usr/bin/chromium",
-    args: ["--no-sandbox", "--disable-gpu", "--disable-background-networking", "--disable-component-update", "--disable-sync"],
-    downloadBehavior: { policy: "allow", downloadPath: downloads } },
-  firefox: { browser: "firefox", executablePath: "/usr/bin/firefox-esr",
-    extraPrefsFirefox: { "browser.download.dir": downloads, "browser.download.folderList": 2 } },
+const saving = {
+  chromium: { downloadBehavior: { policy: "allow", downloadPath: downloads } },
+  firefox: { extraPrefsFirefox: { "browser.download.dir": downloads, "browser.download.folderList": 2 } },
 };
 after(() => rmSync(downloads, { recursive: true }));
 
-for (const [name, launch] of Object.entries(browsers)) describe(name, () => {
+for (const name of Object.keys(browsers)) describe(name, () => {
   let browser, page;
   const requests = [], errors = [];
 
   before(async () => {
-    browser = await puppeteer.launch(launch);
+    browser = await puppeteer.launch({ ...browsers[name], ...saving[name] });
     page = await browser.newPage();
     page.on("request", (request) => requests.push(request.url()));
     page.on("pageerror", (error) => errors.push(String(error)));

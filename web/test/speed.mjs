@@ -6,6 +6,7 @@ import { copyFileSync, mkdtempSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { pathToFileURL } from "node:url";
 import puppeteer from "puppeteer-core";
+import { browsers } from "./browsers.mjs";
 
 const [native, engine, html, small, large] = process.argv.slice(2);
 const rounds = 11;
@@ -33,8 +34,7 @@ for (let k = -2; k < rounds; ++k) { // the browser compiles better what has run 
 rmSync(folder, { recursive: true });
 line("engine, 25 MB", median(times.engine), median(times.native), 3);
 
-const browser = await puppeteer.launch({ executablePath: "/usr/bin/chromium",
-  args: ["--no-sandbox", "--disable-gpu", "--disable-background-networking", "--disable-component-update", "--disable-sync"] });
+const browser = await puppeteer.launch(browsers.chromium);
 for (const [work, file, goal] of [["page redrawn, globins", small, 100], ["page redrawn, 25 MB", large, 1000]]) {
   const page = await browser.newPage();
   await page.goto(pathToFileURL(html).href);
