@@ -31,11 +31,12 @@ async function select() {
   started = performance.now();
   update({ running: true });
   try {
-    const made = await ask({ job: "select", args: [opened.file, ...options(values)], shown });
+    const goingon = opened.alignments.length > 1 ? ["--keep-going"] : [];
+    const made = await ask({ job: "select", args: [opened.file, ...options(values), ...goingon], shown });
     if (opened !== state.opened) return;
     const lines = made.stderr.split("\n").filter((/** @type {string} */ line) => line)
       .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, ""));
-    const failed = made.status !== 0 && !made.columns;
+    const failed = !made.rows.some((/** @type {import("./state.js").Row} */ row) => row.status === "ok");
     update({
       table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout,
       failure: failed ? lines.join("\n") || "The program found no alignment." : "",

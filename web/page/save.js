@@ -23,10 +23,16 @@ const outputs = [
   { option: "a", on: "Y", label: "Concatenated selected blocks", about: "one alignment of all genes", when: "batch" },
   { option: "c", on: "Y", label: "Concatenated input", about: "the same, untrimmed", when: "batch" },
   { option: "w", on: "Y", label: "Concatenated ungapped", about: "the same, positions without a gap", when: "batch" },
+  { option: "-partitions", on: "", label: "Partitions", about: "of the concatenations, for RAxML, IQ-TREE and MrBayes", when: "batch" },
 ];
-const formats = { "": "As the program does: groups of ten", fasta: "FASTA", phylip: "PHYLIP", nexus: "NEXUS" };
+/** What else is chosen, each from a list. @type {Record<string, Record<string, string>>} */
+const choices = {
+  format: { "": "Trimora's own: groups of ten", fasta: "FASTA", phylip: "PHYLIP", nexus: "NEXUS" },
+  match: { "": "same names in the same order", name: "name: missing ones become ?", order: "order, whatever the names" },
+};
 const defaults = /** @type {Record<string, string>} */ ({ s: "Y", p: "Y" });
 
+const failures = () => state.table.some(({ status }) => status !== "ok");
 const batch = () => (state.opened?.alignments.length ?? 0) > 1;
 const possible = () => outputs.filter(({ when }) => when !== "batch" || batch());
 
@@ -37,7 +43,10 @@ function choice(wanted) {
     if (wanted(option) === (option in defaults)) continue;
     chosen.push(wanted(option) ? `-${option}${on && `=${on}`}` : `-${option}=N`);
   }
-  if (state.outputs.format) chosen.push(`--format=${state.outputs.format}`);
+  for (const name in choices) {
+    if (state.outputs[name] && (name !== "match" || batch())) chosen.push(`--${name}=${state.outputs[name]}`);
+  }
+  if (failures()) chosen.push("--keep-going");
   return chosen;
 }
 
@@ -62,10 +71,11 @@ async function write(given) {
   try {
     const { status, stderr, files } = await ask({ job: "write", args: given });
     const names = Object.keys(files);
-    said.textContent = status !== 0 ? stderr : names.length === 0 ? "Nothing was written." : `Written: ${names.slice(0, 8).join(", ")}${names.length > 8 ? " …" : ""}`;
-    return status === 0 && names.length > 0 ? files : null;
+    const whole = status === 0 || failures();
+    said.textContent = !whole ? stderr : names.length === 0 ? "Nothing was written." : `Written: ${names.slice(0, 8).join(", ")}${names.length > 8 ? " …" : ""}`;
+    return whole && names.length > 0 ? files : null;
   } catch (error) {
-    said.textContent = error instanceof Dropped ? "" : error instanceof Error ? error.message : String(error);
+    said.textContent = error instanceof Dropped ? "Not saved, since something was changed meanwhile." : error instanceof Error ? error.message : String(error);
     return null;
   }
 }
@@ -103,9 +113,10 @@ export function connect() {
       const { [option]: _, ...others } = state.outputs;
       update({ outputs: box.checked ? { ...others, [option]: "Y" } : others });
     });
+    const needed = option === "-partitions" ? "a" : option; // partitions of something
     const button = make("button", { type: "button" }, "Save");
     button.setAttribute("aria-label", `Save: ${label}`);
-    button.addEventListener("click", async () => save(await write(args((other) => other === option)), false));
+    button.addEventListener("click", async () => save(await write(args((other) => other === option || other === needed)), false));
     const row = make("li", {}, box, make("label", { htmlFor: box.id }, label, make("small", {}, about)), button);
     list.append(row);
     show((now) => {
@@ -113,12 +124,14 @@ export function connect() {
       row.hidden = !possible().some((output) => output.option === option);
     });
   }
-  const format = element("format", HTMLSelectElement);
-  format.append(...Object.entries(formats).map(([value, words]) => make("option", { value }, words)));
-  format.addEventListener("change", () => {
-    const { format: _, ...others } = state.outputs;
-    update({ outputs: format.value ? { ...others, format: format.value } : others });
-  });
+  for (const [name, values] of Object.entries(choices)) {
+    const list = element(name, HTMLSelectElement);
+    list.append(...Object.entries(values).map(([value, words]) => make("option", { value }, words)));
+    list.addEventListener("change", () => {
+      const { [name]: _, ...others } = state.outputs;
+      update({ outputs: list.value ? { ...others, [name]: list.value } : others });
+    });
+  }
   element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted)), true));
   const openreport = element("openreport", HTMLButtonElement);
   openreport.addEventListener("click", report);
@@ -134,9 +147,10 @@ export function connect() {
 
   showwhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
     if (!now.opened) return;
+    for (const part of document.querySelectorAll(".ofbatch")) part.toggleAttribute("hidden", !batch());
     const list = now.opened.made ? `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n` : "";
     command.textContent = `${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
-    const small = now.table.reduce((sum, row) => sum + Number(row.sequences) * Number(row.positions), 0) <= mostreport;
+    const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostreport));
     openreport.disabled = !small || refused(now.values, numseq(now));
     openreport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";
     element("zip", HTMLButtonElement).disabled = refused(now.values, numseq(now));

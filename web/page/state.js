@@ -89,7 +89,7 @@ export function showwhen(reads, draw) {
 export const shownrow = (now) => now.table.find((row) => row.alignment === now.shown) ?? now.table[0];
 
 /** Sequences of the alignment shown; 0: not known. @param {State} now */
-export const numseq = (now) => Number(shownrow(now)?.sequences ?? now.letters?.numseq ?? 0);
+export const numseq = (now) => Number(shownrow(now)?.sequences) || now.letters?.numseq || 0; // a failed one has none
 
 /** @template {HTMLElement} T @param {string} id @param {{new(): T}} type @returns {T} */
 export function element(id, type) {

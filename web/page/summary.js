@@ -30,7 +30,7 @@ export function connect() {
 
   showwhen((now) => [now.opened, now.table, now.shown], (now) => {
     const row = shownrow(now), opened = now.opened;
-    const what = row?.sequences ? `, ${plural(row.sequences, "sequence")}, ${plural(row.positions, "position")}` : "";
+    const what = row?.status === "ok" ? `, ${plural(row.sequences, "sequence")}, ${plural(row.positions, "position")}` : "";
     heading.textContent = !opened ? "Open an alignment"
       : `${opened.file}${opened.alignments.length > 1 ? `, ${plural(opened.alignments.length, "alignment")}` : what} – open another`;
     document.title = opened ? `${opened.file} – Trimora` : "Trimora";
@@ -40,12 +40,15 @@ export function connect() {
     const row = shownrow(now);
     failure.textContent = now.failure;
     said.replaceChildren();
-    document.body.classList.toggle("failed", now.failure !== "" || !row?.selected);
-    if (now.failure || !row?.selected) return;
+    const ok = now.failure === "" && row?.status === "ok";
+    document.body.classList.toggle("failed", !ok);
+    document.body.classList.toggle("nothing", now.failure !== "");
+    if (!now.failure && row && !ok) failure.textContent = `${row.alignment}: ${row.message || row.status}`;
+    if (!ok || !row) return;
     said.append(make("strong", {}, `${number(row.selected)} of ${plural(row.positions, "position")}`),
       ` selected (${row.percent} %), in ${plural(row.blocks, "block")}`);
     if (now.table.length < 2) return;
-    const sum = (/** @type {string} */ name) => number(now.table.reduce((n, one) => n + Number(one[name]), 0));
+    const sum = (/** @type {string} */ name) => number(now.table.reduce((n, one) => n + (Number(one[name]) || 0), 0));
     said.append(make("small", {}, ` of ${row.alignment}; ${sum("selected")} of ${sum("positions")} in all ${now.table.length} alignments`));
   });
 
@@ -64,9 +67,9 @@ export function connect() {
       button.setAttribute("aria-pressed", String(row.alignment === shownrow(now)?.alignment));
       button.addEventListener("click", () =>
         update({ shown: row.alignment, columns: null, letters: null, first: 1, at: 0, marked: null }));
-      const failed = row.selected === "" ? row.message : "";
+      const failed = row.status === "ok" ? "" : `${row.status}: ${row.message}`;
       const cells = failed ? [make("td", { colSpan: columns.length, className: "wrong" }, failed)]
-        : columns.map((name) => make("td", {}, row[name] && number(row[name])));
+        : columns.map((name) => make("td", {}, number(row[name])));
       return make("tr", {}, make("th", { scope: "row" }, button), ...cells);
     });
     element("batchtable", HTMLTableElement).replaceChildren(make("thead", {}, head), make("tbody", {}, ...lines));

@@ -163,6 +163,15 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.deepEqual(saved, native(files, ["paths.txt", "-t=D", "-p=N", "-a=Y"]));
   });
 
+  test("a batch goes on behind an alignment that fails", async () => {
+    await drop({ ...genes, "bad.fas": Buffer.from(">a\nACGT\n>b\nACG\n") });
+    await says("batchtable", "sequence 2 (b)");
+    await says("failure", "bad.fas");
+    await page.$$eval("#batchtable button", (buttons) => buttons[1].click());
+    await says("said", "447 of 450 positions");
+    await says("command", "--keep-going");
+  });
+
   test("what is no alignment is said in a sentence, and the page goes on", async () => {
     await drop({ "notes.txt": Buffer.from("Dear diary\n") });
     await says("failure", "notes.txt");
@@ -176,6 +185,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   test("names that are markup do nothing, in the page and in the report", async () => {
     const markup = "<script>parent.hacked=1</script><img src=x onerror=parent.hacked=1>";
     await drop({ "<img src=x onerror=hacked=1>.fas": Buffer.from(globins["globins.fas"].toString().replace("MYG_ESCGI", markup)) });
+    await says("openh", "<img");
     await says("said", "114 of 154 positions");
     await page.$eval("#openreport", (button) => button.click());
     await page.waitForSelector("dialog[open]");
