@@ -19,10 +19,9 @@ browse --hide-scrollbars --disable-lcd-text --force-device-scale-factor=1.5 --wi
   --screenshot="$work/shot.png" globins.fas-tr.htm
 pngquant --nofs --speed 1 --strip --output report.png 64 shot.png
 
-# The map, turned so that it reads from left to right, three dots a point: what is drawn in its bounding box, and ten
-# points around it.
-gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=pnggray -r216 -g1125x360 -dTextAlphaBits=4 -dGraphicsAlphaBits=4 \
-  -sOutputFile=map.png -c "-20 180 translate -90 rotate" -f globins.fas-trPS
+# The map as viewers show it, two dots a point.
+gs -q -dSAFER -dBATCH -dNOPAUSE -dEPSCrop -sDEVICE=pnggray -r144 -dTextAlphaBits=4 -dGraphicsAlphaBits=4 \
+  -sOutputFile=map.png globins.fas-trPS
 
 # The page on the globins.
 node "$project/web/test/picture.mjs" "$project/build/web/trimora.html" globins.fas window.png

@@ -18,7 +18,7 @@ expected=$(printf '%s\n' bin/trimora{,-run} $man/trimora{,-run}.1 $completions/t
   share/zsh/site-functions/_trimora $doc/{workflow,config}
   cd "$source"
   printf "$doc/%s\n" {README,CONTRIBUTING,CHANGELOG}.md CITATION.cff LICENSE docs/*.md \
-    examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas}}
+    examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas},genes/*.fas}
   find docs -path '*/pictures/*' -printf "$doc/%p\n"
   find workflow config -type f ! -path '*/__pycache__/*' -printf "$data/%p\n"
   [ ! -d build/web/package ] || find build/web/package -type f ! -name '*.tgz' -printf "$data/engine/%P\n"
