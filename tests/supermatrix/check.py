@@ -65,6 +65,8 @@ for name in read_ok:
     assert [int(line[0]) for line in columns] == list(range(1, len(rows[0][1]) + 1)), name
     chosen = lambda field: [(n, "".join(row[int(c[0]) - 1] for c in columns if c[field])) for n, row in rows]
     assert chosen(6) == read(f"out/{name}-tr.fasta") == read(f"out/{name}-tr"), name
+    filtered = subprocess.run([program, "-", *options.split()[:5]], stdin=open(name), capture_output=True)
+    assert filtered.stdout == pathlib.Path(f"out/{name}-tr.fasta").read_bytes(), filtered
     trimmed.append(chosen(6))
     whole.append(chosen(1))
 ungapped = [read(f"out/{name}--.fasta") for name in read_ok]

@@ -37,6 +37,26 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"a.fas -s=n -p=n -t=C",      0, "looks like protein"},
     {"mixed -s=n -p=n",           0, "b.pir: is read as FASTA"},
     {"names -s=n -p=n -w=y",      1, "odd.fas: sequence 2 is c, but b in dna.fas"},
+    {"a.fas --formt=fasta",       2, "--formt=fasta is not an option: did you mean --format?"},
+    {"a.fas --format=fasta,",     2, "it has to be trimora|fasta|phylip|nexus"},
+    {"a.fas --columns=y",         2, "--columns=y takes no value"},
+    {"a.fas --into=",             2, "it needs a value, FOLDER"},
+    {"a.fas --partitions",        2, "--partitions goes with a concatenation"},
+    {"ended -a=y --model=LG",     2, "--model goes with --partitions"},
+    {"ended -a=y --partitions --model=DNA,x", 2, "--model=DNA,x is refused"},
+    {"ended -a=y --name-end=|",   2, "--name-end goes with --match=name"},
+    {"ended -a=y --match=name -b1=3", 2, "give per cent, as -b1=60%"},
+    {"a.fas -b1=101%",            2, "a whole number from 0% to 100%"},
+    {"a.fas -b1=90% -b2=80%",     2, "-b1 is more than -b2"},
+    {"a.fas -b1=60% -b2=3",       2, "give both in per cent"},
+    {"- -k=y",                    2, "-k=y does not go with -"},
+    {"- --table=t",               2, "--table does not go with -"},
+    {"- --format=fasta,nexus",    2, "only one alignment"},
+    {"a.fas --table=a.fas",       1, "would replace the input"},
+    {"a.fas --table=a.fas-tr",    2, "is the name of another file"},
+    {"ended --into=folder",       1, "a.fas and a.fas would have results of the same name in folder"},
+    {"blanks.fas -p=n -b4=2 --format=phylip", 1, "sequence 1 (a 1) holds a blank, and PHYLIP cannot hold it"},
+    {"blanks -p=n -s=n -a=y --match=name -b4=2", 1, "sequences 1 and 2 are both called a"},
     {"--help",                    0, ""},
     {"--version",                 0, ""},
   };
@@ -51,6 +71,8 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
   write("b.pir", ">P1;a\n\nACDEF*\n>P1;b\n\nACDEF*\n");
   write("mixed", "a.fas\nb.pir\n");
   write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
+  write("blanks.fas", ">a 1\nACDEF\n>a 2\nACDEF\n");
+  write("blanks", "blanks.fas\n");
   write("names", "dna.fas\nodd.fas\nabsent.fas\n");  // fails before anything is concatenated
   for (const auto& c : cases) {
     int status = -1;
@@ -61,7 +83,22 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 10);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 12);  // nothing was written
+}
+
+// Of 7 sequences, of which at least 4 have to agree.
+TEST_F(TrimoraRun, PercentOfTheSequences) {
+  const char* const cases[][2] = {{"", "4\t5"},       {"-b1=60%", "4\t5"}, {"-b1=75% -b2=100%", "5\t7"},
+                                  {"-b1=0%", "4\t5"}, {"-b2=10%", "4\t4"}, {"-B1=100%", "7\t7"}};
+  std::string letters;
+  for (const char name : {'a', 'b', 'c', 'd', 'e', 'f', 'g'}) letters += std::string(">") + name + "\nACDEF\n";
+  write("a.fas", letters);
+  for (const auto& [options, numbers] : cases) {
+    const std::string line = std::string("trimora-run a.fas -p=n -s=n -b4=2 --table=t ") + options;
+    printedby([&] { EXPECT_EQ(withwords(line, trimora_run), 0); });
+    EXPECT_NE(textof("t").find(std::string("a.fas\t7\t5\t5\t5\t5\t100\t1\t") + numbers + "\tok\t\n"), std::string::npos)
+        << options << textof("t");
+  }
 }
 
 // /dev/full takes no byte. What is incomplete is named, the run goes on, and the status tells.
