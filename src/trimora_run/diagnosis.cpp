@@ -1,12 +1,10 @@
 #include "trimora_run/diagnosis.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 
@@ -29,10 +27,8 @@ std::string here() {
 
 /// The first bytes of a file, enough to know its kind by.
 std::string beginning(const std::string& path) {
-  std::array<char, 4096> bytes{};
-  std::ifstream file(path, std::ios::binary);
-  file.read(bytes.data(), bytes.size());
-  return {bytes.data(), static_cast<std::size_t>(file.gcount())};
+  const InputFile file(path);
+  return std::string(file ? file.unread() : "");
 }
 
 /// What another program wrote at the start of its file, and the names under which it is known.

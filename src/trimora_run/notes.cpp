@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <numeric>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ground/vector_clones.h"
+#include "input/input_file.h"
 #include "input/letters.h"
 #include "trimora_run/diagnosis.h"
 #include "trimora_run/names.h"
@@ -197,10 +197,8 @@ bool pointsatfirst(const Alignment& ali, const std::string& path) {
   const long long few = gaps(1);
   const auto many = [&](int i) { return gaps(i) * 10 >= ali.nupo && gaps(i) >= 2 * few; };
   if (!many(2) && !many(ali.numseq)) return false;
-  std::ifstream file(path, std::ios::binary);
-  std::string text(65536, '\0');
-  file.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(file.gcount()));
+  const InputFile file(path);
+  const std::string_view text = file ? file.unread() : "";
   int records = 0;
   long long points = 0;
   long long others = 0;
