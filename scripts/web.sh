@@ -43,6 +43,7 @@ echo "The engine as npm installs it"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 quietly npm pack "$folder/package" --pack-destination "$work"
+echo '{}' >"$work/package.json"
 (cd "$work" && quietly npm install --no-audit --no-fund ./trimora-*.tgz &&
   node --input-type=module -e 'import { run } from "trimora"; process.exitCode = (await run({}, ["--help"])).status')
 

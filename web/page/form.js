@@ -61,6 +61,6 @@ export function connect() {
   take();
   show((now) => {
     const link = tolink(now.values);
-    if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname);
+    if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname + location.search);
   });
 }

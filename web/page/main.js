@@ -13,6 +13,7 @@ import * as viewer from "./viewer.js";
 
 const patience = 150; // milliseconds that a run under way is waited for before it is dropped
 const mostletters = 3e8; // bytes of the alignment that the viewer holds
+const wrongusage = 2; // a value of the link that no sequence of this alignment allows: the form then says why
 const large = 1e8; // bytes from which on the page says beforehand what a run needs
 
 let started = 0; // when the run under way was started; 0: none is
@@ -29,11 +30,13 @@ async function select() {
     return;
   }
   started = performance.now();
+  let status = 0;
   update({ running: true });
   try {
     const goingon = opened.alignments.length > 1 ? ["--keep-going"] : [];
     const made = await ask({ job: "select", args: [opened.file, ...options(values), ...goingon], shown });
     if (opened !== state.opened) return;
+    status = made.status;
     const lines = made.stderr.split("\n").filter((/** @type {string} */ line) => line)
       .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, ""));
     const failed = !made.rows.some((/** @type {import("./state.js").Row} */ row) => row.status === "ok");
@@ -42,7 +45,6 @@ async function select() {
       failure: failed ? lines.join("\n") || "The program found no alignment." : "",
       first: Math.min(state.first, made.columns?.score.length ?? 1),
     });
-    performance.measure("select", { start: started });
   } catch (error) {
     if (!(error instanceof Dropped)) {
       update({ table: [], columns: null, notes: [], failure: error instanceof Error ? error.message : String(error) });
@@ -53,7 +55,7 @@ async function select() {
     if (again) {
       again = false;
       select();
-    } else if (!state.letters && state.columns) letters();
+    } else if (!state.letters && (state.columns || status === wrongusage)) letters();
   }
 }
 

@@ -20,11 +20,11 @@ import { element, showwhen, state, update } from "./state.js";
 /** Of a file: in 32 bits fit its letters, a second copy of them and what is written. */
 export const mostbytes = 1.5e9;
 
-/** @type {{title: string, about: string, values: Record<string, string>, files: Record<string, string>}[]} */
+/** @type {{title: string, about: string, type: string, files: Record<string, string>}[]} */
 const examples = [
-  { title: "Globins", about: "45 proteins", values: {}, files: { "globins.fas": globins } },
-  { title: "Primates", about: "mitochondrial DNA of 12 species", values: { t: "D" }, files: { "primates_mt.fas": primates } },
-  { title: "A batch", about: "two pieces of the primates' DNA", values: { t: "D" },
+  { title: "Globins", about: "45 proteins", type: "", files: { "globins.fas": globins } },
+  { title: "Primates", about: "mitochondrial DNA of 12 species", type: "D", files: { "primates_mt.fas": primates } },
+  { title: "A batch", about: "two pieces of the primates' DNA", type: "D",
     files: { "primates_mt_1.fas": batch1, "primates_mt_2.fas": batch2 } },
 ];
 
@@ -88,11 +88,11 @@ async function arrange(given) {
   }
 }
 
-/** The values that came with an example; they go with it, unless they were changed. @type {Record<string, string> | null} */
-let lent = null;
+/** The type of sequence that came with an example, and goes with it. */
+let lent = "";
 
-/** Open the files of one gesture. @param {Promise<import("./worker.js").Input[]>} coming @param {Record<string, string>} [values] */
-async function open(coming, values) {
+/** Open the files of one gesture. @param {Promise<import("./worker.js").Input[]>} coming @param {string} [type] of an example */
+async function open(coming, type) {
   try {
     update({ notice: "Reading …" });
     const given = await coming;
@@ -104,10 +104,10 @@ async function open(coming, values) {
     }
     update({
       opened, shown: opened.alignments[0], table: [], notes: [], failure: "", printed: "", columns: null, letters: null,
-      first: 1, at: 0, marked: null, values: values ?? (state.values === lent ? {} : state.values),
+      first: 1, at: 0, marked: null, values: { ...state.values, t: type ?? (state.values.t === lent ? "" : state.values.t ?? "") },
       notice: leftout.length > 0 ? `Left out, as they do not begin like alignments: ${leftout.join(", ")}.` : "",
     });
-    lent = values ?? null;
+    lent = type ?? "";
   } catch (error) {
     update({ notice: error instanceof Error ? error.message : String(error) });
   }
@@ -159,11 +159,11 @@ export function connect() {
     open(Promise.resolve(pasted.value.trim() ? [{ name: "pasted.fas", blob: new Blob([pasted.value]) }] : [])));
 
   const buttons = element("examples", HTMLElement);
-  for (const { title, about, values, files: texts } of examples) {
+  for (const { title, about, type, files: texts } of examples) {
     const button = document.createElement("button");
     button.append(title, Object.assign(document.createElement("small"), { textContent: about }));
     button.addEventListener("click", () =>
-      open(Promise.resolve(Object.entries(texts).map(([name, text]) => ({ name, blob: new Blob([text]) }))), values));
+      open(Promise.resolve(Object.entries(texts).map(([name, text]) => ({ name, blob: new Blob([text]) }))), type));
     buttons.append(button);
   }
 

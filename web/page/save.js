@@ -1,11 +1,11 @@
 // Taking home: the files of the program, the report in a frame, the command line, the link.
 
-import { zipSync } from "fflate";
 import { ask, Dropped } from "./engine.js";
 import { options, refused, tolink } from "./parameters.js";
 import { element, make, numseq, show, showwhen, state, update } from "./state.js";
 import { copy } from "./viewer.js";
 
+const mostlisted = 20; // alignments that the command line names
 const mostreport = 4e6; // letters: beyond, a browser takes long to show the report
 
 /**
@@ -64,13 +64,16 @@ function download(name, bytes, type = "application/octet-stream") {
   setTimeout(() => URL.revokeObjectURL(url), 60000);
 }
 
-/** Run the program and take what it wrote. @param {string[]} given @returns {Promise<Record<string, Uint8Array> | null>} */
-async function write(given) {
+/**
+ * Run the program and take what it wrote.
+ * @param {string[]} given arguments @param {{name: string, also: Record<string, Uint8Array>}} [zip] makes one file of all
+ * @returns {Promise<Record<string, Uint8Array> | null>}
+ */
+async function write(given, zip) {
   const said = element("saved", HTMLElement);
   said.textContent = "Running …";
   try {
-    const { status, stderr, files } = await ask({ job: "write", args: given });
-    const names = Object.keys(files);
+    const { status, stderr, files, names } = await ask({ job: "write", args: given, zip });
     const whole = status === 0 || failures();
     said.textContent = !whole ? stderr : names.length === 0 ? "Nothing was written." : `Written: ${names.slice(0, 8).join(", ")}${names.length > 8 ? " …" : ""}`;
     return whole && names.length > 0 ? files : null;
@@ -80,15 +83,17 @@ async function write(given) {
   }
 }
 
-/** @param {Record<string, Uint8Array> | null} files @param {boolean} always a zip, even of a single file */
-function save(files, always) {
-  if (!files) return;
-  const names = Object.keys(files);
-  if (names.length === 1 && !always) return download(names[0], files[names[0]]);
-  const { opened } = state;
-  const list = opened?.made ? { [opened.file]: new TextEncoder().encode(opened.alignments.map((name) => `${name}\n`).join("")) } : {};
-  const stem = (opened?.file ?? "trimora").split("/").pop();
-  download(`${stem}-tr.zip`, zipSync({ ...files, ...list }, { level: 6 }), "application/zip");
+/** The zip of this run; the paths file that the page made goes with it. */
+function zip() {
+  const { opened } = state, text = new TextEncoder();
+  /** @type {Record<string, Uint8Array>} */
+  const also = opened?.made ? { [opened.file]: text.encode(opened.alignments.map((name) => `${name}\n`).join("")) } : {};
+  return { name: `${opened?.file}-tr.zip`, also };
+}
+
+/** Hand what was written to the downloads. @param {Record<string, Uint8Array> | null} files */
+function save(files) {
+  for (const name in files) download(name, files[name], name.endsWith(".zip") ? "application/zip" : undefined);
 }
 
 async function report() {
@@ -116,7 +121,7 @@ export function connect() {
     const needed = option === "-partitions" ? "a" : option; // partitions of something
     const button = make("button", { type: "button" }, "Save");
     button.setAttribute("aria-label", `Save: ${label}`);
-    button.addEventListener("click", async () => save(await write(args((other) => other === option || other === needed)), false));
+    button.addEventListener("click", async () => save(await write(args((other) => other === option || other === needed), batch() ? zip() : undefined)));
     const row = make("li", {}, box, make("label", { htmlFor: box.id }, label, make("small", {}, about)), button);
     list.append(row);
     show((now) => {
@@ -132,7 +137,7 @@ export function connect() {
       update({ outputs: list.value ? { ...others, [name]: list.value } : others });
     });
   }
-  element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted)), true));
+  element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted), zip())));
   const openreport = element("openreport", HTMLButtonElement);
   openreport.addEventListener("click", report);
   element("closereport", HTMLButtonElement).addEventListener("click", () => element("report", HTMLDialogElement).close());
@@ -148,7 +153,8 @@ export function connect() {
   showwhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
     if (!now.opened) return;
     for (const part of document.querySelectorAll(".ofbatch")) part.toggleAttribute("hidden", !batch());
-    const list = now.opened.made ? `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n` : "";
+    const list = !now.opened.made ? "" : now.opened.alignments.length > mostlisted ? "# paths.txt, which names the alignments, is in the zip\n"
+      : `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n`;
     command.textContent = `${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
     const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostreport));
     openreport.disabled = !small || refused(now.values, numseq(now));

@@ -5,6 +5,7 @@ import { element, kinds, make, numseq, showwhen, shownrow, state, update } from 
 import { go } from "./viewer.js";
 
 const listed = 200; // blocks, at most
+const rows = 1000; // alignments of a batch, at most
 const count = new Intl.NumberFormat("en");
 const number = (/** @type {string | number} */ n) => count.format(Number(n));
 const plural = (/** @type {string | number} */ n, /** @type {string} */ word) => `${number(n)} ${word}${Number(n) === 1 ? "" : "s"}`;
@@ -62,7 +63,7 @@ export function connect() {
     if (batch.hidden) return;
     const columns = /** @type {const} */ (["sequences", "positions", "selected", "percent", "blocks"]);
     const head = make("tr", {}, ...["alignment", ...columns].map((name) => make("th", { scope: "col" }, name)));
-    const lines = now.table.map((row) => {
+    const lines = now.table.slice(0, rows).map((row) => {
       const button = make("button", { type: "button" }, row.alignment);
       button.setAttribute("aria-pressed", String(row.alignment === shownrow(now)?.alignment));
       button.addEventListener("click", () =>
@@ -72,6 +73,7 @@ export function connect() {
         : columns.map((name) => make("td", {}, number(row[name])));
       return make("tr", {}, make("th", { scope: "row" }, button), ...cells);
     });
+    if (now.table.length > rows) lines.push(make("tr", {}, make("td", {}, `and ${number(now.table.length - rows)} more`)));
     element("batchtable", HTMLTableElement).replaceChildren(make("thead", {}, head), make("tbody", {}, ...lines));
   });
 

@@ -1,5 +1,6 @@
 // The engine's thread: runs the program on the files that are open and hands back what the page draws or saves.
 
+import { zipSync } from "fflate";
 import { run } from "trimora";
 import { readcolumns, readletters, readtable } from "./tables.js";
 
@@ -9,7 +10,7 @@ import { readcolumns, readletters, readtable } from "./tables.js";
  * @typedef {{job: "open", program: WebAssembly.Module, inputs: Input[]}
  *   | {job: "select", args: string[], shown: string}
  *   | {job: "letters", name: string, limit: number}
- *   | {job: "write", args: string[]}} Job
+ *   | {job: "write", args: string[], zip?: {name: string, also: Record<string, Uint8Array>}}} Job
  */
 
 const text = new TextDecoder();
@@ -57,10 +58,12 @@ const jobs = {
     return { ...readletters(written, Number(row.positions), limit), numseq: Number(row.sequences), nucleotides };
   },
 
-  /** Every file that the run writes. */
-  async write({ args }) {
-    const made = await run(await read(), args, { program });
-    return { status: made.status, stderr: text.decode(made.stderr), files: made.files };
+  /** Every file that the run writes, or one zip of them. */
+  async write({ args, zip }) {
+    const { status, stderr, files: written } = await run(await read(), args, { program });
+    const names = Object.keys(written);
+    const given = zip && names.length > 0 ? { [zip.name]: zipSync({ ...written, ...zip.also }) } : written;
+    return { status, stderr: text.decode(stderr), names, files: given };
   },
 };
 
