@@ -13,6 +13,7 @@ import * as viewer from "./viewer.js";
 
 const patience = 150; // milliseconds that a run under way is waited for before it is dropped
 const mostletters = 3e8; // bytes of the alignment that the viewer holds
+const mostviewed = 5e8; // bytes of all alignments, beyond which it holds none
 const wrongusage = 2; // a value of the link that no sequence of this alignment allows: the form then says why
 const large = 1e8; // bytes from which on the page says beforehand what a run needs
 
@@ -63,6 +64,9 @@ async function select() {
 async function letters() {
   const { opened, shown } = state;
   if (!opened) return;
+  if (opened.bytes > mostviewed) {
+    return update({ notice: "So large an alignment is not shown letter by letter: numbers, plot and blocks hold for all of it." });
+  }
   try {
     const found = await ask({ job: "letters", name: shown, limit: mostletters });
     if (opened === state.opened && shown === state.shown) update({ letters: found });
@@ -77,7 +81,7 @@ showwhen((now) => [now.opened], ({ opened }) => {
   if (!opened) return;
   open(opened.inputs);
   if (opened.bytes > large) {
-    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${(opened.bytes * 5 / 1e9).toFixed(1)} GB of memory for it. ` +
+    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${(opened.bytes * 8 / 1e9).toFixed(1)} GB of memory for it. ` +
       `The installed program needs ${(opened.bytes * 1.2 / 1e9).toFixed(1)} GB: trimora-run ${opened.file}` });
   }
 });

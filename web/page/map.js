@@ -15,7 +15,8 @@ function draw() {
   ctx.fillStyle = colour("faint");
   ctx.fillRect(0, 6, width, 8);
   ctx.fillStyle = colour("selected");
-  for (const block of columns.blocks) ctx.fillRect(x(block.first), 18, Math.max(x(block.last + 1) - x(block.first), 1), 10);
+  const least = columns.blocks.length < width ? 1 : 0; // more blocks than pixels: each adds its share of a colour
+  for (const block of columns.blocks) ctx.fillRect(x(block.first), 18, Math.max(x(block.last + 1) - x(block.first), least), 10);
   ctx.strokeStyle = colour("window");
   ctx.lineWidth = 2;
   ctx.strokeRect(Math.min(x(first) + 1, width - 4), 2, Math.max(Math.min(x(first + seen), width) - x(first) - 2, 3), height - 4);

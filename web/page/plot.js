@@ -18,7 +18,7 @@ function shade(u) {
     if (last < min || first > max) continue;
     const from = Math.max(u.valToPos(first - 0.5, "x", true), left);
     const to = Math.min(u.valToPos(last + 0.5, "x", true), left + u.bbox.width);
-    u.ctx.fillRect(from, top, Math.max(to - from, 1), height);
+    u.ctx.fillRect(from, top, to - from, height);
   }
 }
 
@@ -56,16 +56,16 @@ function build(now) {
   plot = null;
   const columns = now.columns;
   if (!columns) return;
-  const nupo = columns.score.length;
+  const nupo = columns.score.length, digits = 7 * numseq(now).toLocaleString("en").length; // as wide as the labels
   const axis = { stroke: colour("ink"), grid: { stroke: colour("faint"), width: 1 }, ticks: { stroke: colour("faint"), width: 1 } };
   plot = new uPlot({
-    width: box().clientWidth, height: 190, legend: { show: false }, padding: [8, 48, 0, 0],
+    width: box().clientWidth, height: 190, legend: { show: false }, padding: [8, 30 + digits, 0, 0],
     cursor: { y: false, drag: { x: true, y: false, setScale: true } },
     // Above full scores there is room in which the shading shows.
     scales: { x: { time: false, range: (_, min, max) => [min > 1 ? min : 0.5, max < nupo ? max : nupo + 0.5] },
       y: { range: () => [0, numseq(state) * 1.08] } },
     axes: [{ ...axis, grid: { show: false }, label: "position", labelSize: 16, labelGap: 0, size: 32, incrs: [1, 2, 5, 10, 20, 50, 100, 200, 500, 1e3, 2e3, 5e3, 1e4, 2e4, 5e4, 1e5, 2e5, 5e5, 1e6] },
-      { ...axis, label: "score (sequences)", labelSize: 18, size: 44 }],
+      { ...axis, label: "score (sequences)", labelSize: 18, size: 24 + digits }],
     series: [{}, { stroke: colour("score"), fill: colour("score"), width: nupo > bars ? 1 : 0, points: { show: false },
       paths: nupo > bars ? undefined : uPlot.paths.bars?.({ size: [0.9, 100], gap: 0 }) }],
     hooks: { drawClear: [shade], draw: [lines],
