@@ -2,11 +2,12 @@
 
 import { createHash } from "node:crypto";
 import { readFileSync, writeFileSync } from "node:fs";
+import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
 import * as esbuild from "esbuild";
 
 const [engine, page] = process.argv.slice(2);
-const here = (/** @type {string} */ path) => new URL(path, import.meta.url).pathname;
+const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
 const options = /** @type {const} */ ({
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
   loader: { ".fas": "text" }, alias: { trimora: `${engine}/trimora.mjs` },

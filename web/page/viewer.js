@@ -178,6 +178,7 @@ async function copymarked() {
 /** @param {KeyboardEvent} event */
 function key(event) {
   if ((event.ctrlKey || event.metaKey) && event.key === "c") return void copymarked();
+  if (event.key === "Escape") return update({ marked: null });
   const steps = /** @type {Record<string, [number, number]>} */ ({ ArrowLeft: [0, -1], ArrowRight: [0, 1], ArrowUp: [-1, 0], ArrowDown: [1, 0],
     PageUp: [-fitting().rows, 0], PageDown: [fitting().rows, 0], Home: [0, -Infinity], End: [0, Infinity] });
   const step = steps[event.key];
@@ -219,6 +220,10 @@ export function connect() {
     } else if (!name) update({ at: p });
   });
   element("copy", HTMLButtonElement).addEventListener("click", copymarked);
+
+  showwhen((now) => [now.marked], (now) => {
+    element("copy", HTMLButtonElement).textContent = now.marked ? "Copy what is marked" : "Copy all";
+  });
 
   const part = element("part", HTMLElement);
   showwhen((now) => [now.letters], ({ letters }) => {

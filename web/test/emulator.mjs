@@ -3,10 +3,11 @@
 // JavaScript of the program, beside which its trimora.wasm stands.
 import { mkdirSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { dirname, relative } from "node:path";
+import { pathToFileURL } from "node:url";
 
 const [engine, program, ...args] = process.argv.slice(2);
-const { compile, run } = await import(`${engine}/trimora.mjs`);
-const { default: glue } = await import(program);
+const { compile, run } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
+const { default: glue } = await import(pathToFileURL(program).href);
 const module = await compile(readFileSync(`${dirname(program)}/trimora.wasm`));
 
 const entries = readdirSync(".", { recursive: true, withFileTypes: true }).filter((entry) => entry.isFile());

@@ -17,7 +17,7 @@ const line = (work, time, against, goal) => {
   console.log(`${work.padEnd(34)} ${time.toFixed(0).padStart(9)}  ${told.padEnd(36)} ${held ? "ok" : "MISSED"}`);
 };
 
-const { run } = await import(`${engine}/trimora.mjs`);
+const { run } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
 const files = { "in.fas": new Uint8Array(readFileSync(large)) };
 const times = { native: [], engine: [] };
 const folder = mkdtempSync(`${tmpdir()}/trimora.`);
