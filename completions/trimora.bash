@@ -33,6 +33,7 @@ _trimora() {
     elif [[ $start == *= && $word == "$start"* ]]; then
       word=${word#"$start"}
       [[ $COMP_WORDBREAKS == *=* ]] && start= # only what stands behind the "=" is replaced
+      [[ $values == *"|"* ]] && start+=${word%"${word##*,}"} word=${word##*,} # several words, as in --format
       case $values in
         FILE) mapfile -t COMPREPLY < <(compgen -f -- "$word") && compopt -o filenames ;;
         FOLDER) mapfile -t COMPREPLY < <(compgen -d -- "$word") && compopt -o filenames ;;

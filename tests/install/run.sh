@@ -50,7 +50,8 @@ for start in "--" "x.fas --"; do # behind the file the first two cannot stand
 done
 while IFS== read -r option words; do
   same "words of $option" "${words//|/$'\n'}" "$(completed "trimora-run x.fas $option=")"
-done < <(grep -E '=.*[|]' <<<"$help")
+done < <(sed -n '/=.*[|]/s/\[.*//p' <<<"$help")
+same "second word" "fasta,phylip" "$(completed "trimora-run x.fas --format=fasta,p")"
 COMP_WORDBREAKS=' '
 same "value with its option" -p=S "$(completed "trimora x.fas -b3=5 -p=S")"
 COMP_WORDBREAKS=' ='
