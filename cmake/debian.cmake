@@ -16,6 +16,7 @@ string(REPLACE "\n\n" "\n.\n" license "${license}")
 string(REPLACE "\n" "\n " license "${license}")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/copyright.in ${doc}/copyright @ONLY)
 file(CREATE_LINK copyright ${doc}/LICENSE SYMBOLIC) # for the link in README.md
+file(REMOVE ${share}/${CPACK_PACKAGE_NAME}/engine/LICENSE)     # the same
 
 string(TIMESTAMP now "%a, %d %b %Y %H:%M:%S +0000" UTC)
 file(WRITE ${doc}/changelog "${CPACK_PACKAGE_NAME} (${CPACK_PACKAGE_VERSION}) unstable; urgency=low

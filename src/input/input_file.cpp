@@ -5,16 +5,21 @@
 
 #include "ground/errfunc.h"
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
 namespace {
 constexpr std::size_t blocksize = 65536;  // stays in the second cache while it is copied to its place
 constexpr std::size_t linelength = 189;
 
 #ifdef _WIN32  // where a long ends at 2 GB
-constexpr auto tell = _ftelli64;
-constexpr auto seek = _fseeki64;
+constexpr auto telloffset = _ftelli64;
+constexpr auto seekoffset = _fseeki64;
 #else
-constexpr auto tell = std::ftell;
-constexpr auto seek = std::fseek;
+constexpr auto telloffset = std::ftell;
+constexpr auto seekoffset = std::fseek;
 #endif
 }  // namespace
 
@@ -23,6 +28,9 @@ InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "
 }
 
 InputFile::InputFile() : file_(stdin) {
+#ifdef _WIN32
+  _setmode(_fileno(stdin), _O_BINARY);  // every byte counts, as in a file
+#endif
   begin();
 }
 
@@ -48,10 +56,10 @@ bool InputFile::refill() {
 }
 
 std::size_t InputFile::size() const {
-  const auto here = tell(file_.get());
-  if (here < 0 || seek(file_.get(), 0, SEEK_END) != 0) return 0;
-  const auto bytes = tell(file_.get());
-  seek(file_.get(), here, SEEK_SET);
+  const auto here = telloffset(file_.get());
+  if (here < 0 || seekoffset(file_.get(), 0, SEEK_END) != 0) return 0;
+  const auto bytes = telloffset(file_.get());
+  seekoffset(file_.get(), here, SEEK_SET);
   return bytes < 0 ? 0 : static_cast<std::size_t>(bytes);
 }
 

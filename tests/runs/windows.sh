@@ -33,6 +33,15 @@ for path in "$folder/" "${folder//\//\\}\\" "$drive\\${folder//\//\\}\\" "Z:$fol
   wrote "${path}globins.fas in the menu" "$folder/globins.fas-tr.htm" globins.fas-tr.htm
 done
 
+# Another folder, and the filter: what comes and goes through pipes is the same to the byte as well, carriage returns too.
+run "$@" "$trimora_run" "${folder//\//\\}\\$name" --into='Ergebnisse ö\alle' --table='Ergebnisse ö/alle/Tabelle.tsv' \
+  --format=trimora,fasta -p=n
+wrote "--into" "Ergebnisse ö/alle/$name-tr" globins.fas-tr
+cut -f 1,2,6 "Ergebnisse ö/alle/Tabelle.tsv" | tail -n 1 | grep -qF "$name"$'\t45\t114' || { echo "wrong: the table"; wrong=1; }
+"$@" "$trimora_run" - <"$folder/globins.fas" 2>stderr | cmp - "Ergebnisse ö/alle/$name-tr.fasta" || wrong=1
+sed 's/$/\r/' "$folder/globins.fas" | "$@" "$trimora_run" - 2>stderr >stdout || wrong=1
+grep -q "Windows line ends" stderr || { echo "wrong: the filter has lost carriage returns"; wrong=1; }
+
 # An output that would replace its input is refused, here under a name that differs in capitals alone.
 cp "$folder/globins.fas" "$folder/GENES.SEQ"
 printf '%s\n' "$folder/GENES.SEQ" >"$folder/genes"
