@@ -30,6 +30,10 @@ present() {
     libc++abi-dev) [ -e "$(clang++ -print-file-name=libc++abi.so)" ] ;;
     locales) [ -e /usr/share/i18n/locales/tr_TR ] ;;
     ghostscript) command -v gs >/dev/null ;;
+    emboss) command -v tranalign >/dev/null ;;
+    iqtree) command -v iqtree2 >/dev/null ;;
+    mrbayes) command -v mb >/dev/null ;;
+    raxml) command -v raxmlHPC >/dev/null ;;
     emscripten) command -v em++ >/dev/null ;;
     nodejs) command -v node >/dev/null ;;
     dpkg-dev) command -v dpkg-shlibdeps >/dev/null ;;
