@@ -81,7 +81,7 @@ showwhen((now) => [now.opened], ({ opened }) => {
   if (!opened) return;
   open(opened.inputs);
   if (opened.bytes > large) {
-    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${(opened.bytes * 8 / 1e9).toFixed(1)} GB of memory for it. ` +
+    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${(opened.bytes * (opened.bytes > mostviewed ? 3 : 8) / 1e9).toFixed(1)} GB of memory for it. ` +
       `The installed program needs ${(opened.bytes * 1.2 / 1e9).toFixed(1)} GB: trimora-run ${opened.file}` });
   }
 });

@@ -73,9 +73,9 @@ async function write(given, zip) {
   const said = element("saved", HTMLElement);
   said.textContent = "Running …";
   try {
-    const { status, stderr, files, names } = await ask({ job: "write", args: given, zip });
-    const whole = status === 0 || failures();
-    said.textContent = !whole ? stderr : names.length === 0 ? "Nothing was written." : `Written: ${names.slice(0, 8).join(", ")}${names.length > 8 ? " …" : ""}`;
+    const { status, stderr, files } = await ask({ job: "write", args: given, zip });
+    const names = Object.keys(files), whole = status === 0 || failures();
+    said.textContent = !whole ? stderr : names.length === 0 ? "Nothing was written." : "";
     return whole && names.length > 0 ? files : null;
   } catch (error) {
     said.textContent = error instanceof Dropped ? "Not saved, since something was changed meanwhile." : error instanceof Error ? error.message : String(error);
@@ -93,7 +93,9 @@ function zip() {
 
 /** Hand what was written to the downloads. @param {Record<string, Uint8Array> | null} files */
 function save(files) {
+  if (!files) return;
   for (const name in files) download(name, files[name], name.endsWith(".zip") ? "application/zip" : undefined);
+  element("saved", HTMLElement).textContent = `Handed to the browser's downloads: ${Object.keys(files).join(", ")}`;
 }
 
 async function report() {

@@ -61,9 +61,8 @@ const jobs = {
   /** Every file that the run writes, or one zip of them. */
   async write({ args, zip }) {
     const { status, stderr, files: written } = await run(await read(), args, { program });
-    const names = Object.keys(written);
-    const given = zip && names.length > 0 ? { [zip.name]: zipSync({ ...written, ...zip.also }) } : written;
-    return { status, stderr: text.decode(stderr), names, files: given };
+    const given = zip && Object.keys(written).length > 0 ? { [zip.name]: zipSync({ ...written, ...zip.also }) } : written;
+    return { status, stderr: text.decode(stderr), files: given };
   },
 };
 

@@ -238,3 +238,19 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert(readFileSync(TRIMORA_PAGE).length < 400000);
   });
 });
+
+test("when memory ends, a sentence says so and the page goes on", async () => {
+  const { args } = browsers.chromium;
+  const browser = await puppeteer.launch({ ...browsers.chromium, args: [...args, "--js-flags=--wasm-max-mem-pages=300"] }); // 20 MB
+  const page = await browser.newPage();
+  await page.goto(url);
+  for (const [letters, id, said] of [[2e6, "failure", "memory"], [1e3, "said", "10,000 of 10,000"], [2e6, "failure", "memory"]]) {
+    await page.evaluate((letters) => {
+      const dataTransfer = new DataTransfer(), row = "ACDEFGHIKL".repeat(letters);
+      dataTransfer.items.add(new File([`>a\n${row}\n>b\n${row}\n`], "wide.fas"));
+      document.body.dispatchEvent(new DragEvent("drop", { dataTransfer, bubbles: true }));
+    }, letters);
+    await page.waitForFunction((id, said) => document.getElementById(id).textContent.includes(said), {}, id, said);
+  }
+  await browser.close();
+});
