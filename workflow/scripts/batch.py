@@ -1,32 +1,26 @@
-"""Parts of a batch, made as the batch over the whole paths file makes them.
+"""Parts of a batch, made as the batch over the whole list makes them.
 
-In a batch everything that one alignment does not settle by itself comes from the first one of the list: the format, the
-type of sequence, whether b1 and b2 are accepted, the number of sequences where b1 and b2 are fixed. So every part is a
-batch whose first path is a link to that first alignment, the reference; what it writes for the link is thrown away.
-The reference is the first alignment of the list that can be read. Thus the results are those of one batch over the
-alignments that go through: over the whole list, when none fails.
+In a batch everything that one alignment does not settle by itself comes from the first one that can be read: the format,
+the @@
+A record says what a job has done: a row for each alignment, as in the table of the program, with the files written for it
+and their sizes.
 """
+import contextlib
+import functools
+import glob
 import hashlib
+import json
 import os
 import re
+import shlex
 import shutil
 import subprocess
+import sys
 import tempfile
-from collections import namedtuple
 
+OWN = ("--table", "--keep-going", "--into", "--strict")  # what the workflow gives by itself, or cannot bear
 NO_FILES = ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
-NO_CONCATENATIONS = ["-a=n", "-c=n", "-w=n"]  # behind -a=y the parameters of the first alignment stay fixed
 LONGEST_PATH = 188  # of a line in a paths file
-
-HEADER = re.compile(r"\n(\d+) sequences and (\d+) positions in the first alignment file:")
-RESULT = re.compile(
-    r"Original alignment: (?P<positions>\d+) positions\n"
-    r"(?:Ungapped alignment: (?P<ungapped>\d+) positions\n)?"
-    r"Trimora alignment:  (?P<selected>\d+) positions \((?P<percent>\d+) %\) in (?P<blocks>\d+) selected block\(s\)\n\n"
-)
-TERMINATED = "\nExecution terminated\n"
-
-Row = namedtuple("Row", "alignment sequences positions selected percent blocks partition status message")
 
 
 class Refused(Exception):
@@ -34,7 +28,7 @@ class Refused(Exception):
 
 
 class Broken(Exception):
-    """A run that says nothing about its alignments: killed, out of memory, files not written. It may be tried again."""
+    """A run that says nothing about its alignments: killed, out of memory, no table. It may be tried again."""
 
 
 def readpaths(name):
@@ -58,159 +52,168 @@ def readpaths(name):
     return [os.fsdecode(line) for line in lines if line]
 
 
-def findprogram(name, folder):
-    found = shutil.which(name) or shutil.which(os.path.join(folder, name))
-    if not found:
-        raise Refused(f"{name} not found: neither on the PATH nor in {folder}")
-    return os.path.abspath(found)
+@functools.cache
+def status(path):
+    """Of a file, as it was when it was first looked at: device, inode, time, size, mode. None where there is no file."""
+    with contextlib.suppress(OSError):
+        found = os.stat(path)
+        return found.st_dev, found.st_ino, found.st_mtime_ns, found.st_size, found.st_mode
 
 
-def readable(path):
+def identity(path):
+    """The same for all paths of one file: through links, `./` and `..`."""
+    return (status(path) or (os.path.normpath(path),))[:2]
+
+
+def checkpaths(name, paths, endings):
+    """Refuses an alignment that is listed twice, and results that are listed as alignments."""
+    listed = {}
+    for path in paths:
+        other = listed.setdefault(identity(path), path)
+        if other is not path:
+            raise Refused(f"paths file {name}: {other} and {path} are the same file: leave one out")
+    for path in paths:
+        for ending in endings:
+            other = listed.get(identity(path + ending))
+            if other:
+                raise Refused(f"paths file {name}: {other} is a result of {path}, which would be replaced: leave it out")
+
+
+def readoptions(text, match):
     try:
-        with open(path, "rb") as file:
-            file.read(1)
-        return True
-    except OSError:
-        return False
+        words = shlex.split(text)
+    except ValueError as error:
+        raise Refused(f"options: {error}")
+    for word in words:
+        if word.startswith("--match"):
+            raise Refused(f"options: {word} is a setting of its own, as in match=name")
+        if word.startswith(OWN):
+            raise Refused(f"options: {word} is not for the workflow, which says by itself what is written where")
+    return [*words, f"--match={match}"]
 
 
-def stamped(paths):
-    """The paths, each with what changes when its file does."""
-
-    def stamp(path):
-        try:
-            status = os.stat(path)
-            return path, status.st_mtime_ns, status.st_size, os.access(path, os.R_OK)
-        except OSError:
-            return path, None, None, False
-
-    return [stamp(path) for path in paths]
+def findprogram(name, *folders):
+    for place in (name, *(os.path.join(folder, name) for folder in folders)):
+        if shutil.which(place):
+            return os.path.abspath(shutil.which(place))
+    raise Refused(f"{name} not found: neither on the PATH nor in {folders[0]}")
 
 
-def digest(paths):
-    return hashlib.sha256(repr(stamped(paths)).encode()).hexdigest()
+def stamp(paths):
+    """Changes when one of the files does: is replaced, even by an older one, goes, or may no longer be read."""
+    return hashlib.sha256(repr([(path, status(path)) for path in paths]).encode()).hexdigest()
 
 
 def memory(paths, concatenations=0):
     """Megabytes for a run over `paths`: one alignment at a time, all of them for each concatenation."""
-    sizes = [size or 0 for _, _, size, _ in stamped(paths)]
+    sizes = [found[3] for found in map(status, paths) if found]
     return 1000 + (3 * max(sizes) + concatenations * sum(sizes)) // 1_000_000
 
 
-def run(program, options, paths, pathsfile=None):
-    """A batch over `paths`: what it printed, whether it went through, and what stands on standard error."""
-    with tempfile.TemporaryDirectory(prefix="trimora-") as scratch:
-        pathsfile = pathsfile or os.path.join(scratch, "paths")
-        with open(pathsfile, "wb") as file:
-            file.writelines(os.fsencode(path) + b"\n" for path in paths)
-        done = subprocess.run([program, pathsfile, *options], stdin=subprocess.DEVNULL, capture_output=True)
-    text, errors = os.fsdecode(done.stdout), os.fsdecode(done.stderr)
+def size(path):
+    with contextlib.suppress(OSError):
+        return os.stat(path).st_size
+
+
+def remove(paths):
+    for path in paths:
+        with contextlib.suppress(FileNotFoundError):
+            os.unlink(path)
+
+
+def run(program, options, paths, scratch, name, link=None):
+    """A batch over `paths`, whose list in the folder `scratch` is called `name`. It goes on behind those that fail.
+
+    Returns the lines of its table, each as a dict, and what it said. `link` is a pair, a link among the paths and what
+    it stands for: that is named in its place.
+    """
+    listed, table = os.path.join(scratch, name), os.path.join(scratch, "table of the batch")
+    with open(listed, "wb") as file:
+        file.writelines(os.fsencode(path) + b"\n" for path in paths)
+    command = [program, listed, *options, "--keep-going", f"--table={table}"]
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    said = os.fsdecode(done.stderr)
     if done.returncode == 2:
-        raise Refused(errors.strip())
-    terminated = done.returncode == 1 and text.endswith(TERMINATED)
-    if (done.returncode != 0 and not terminated) or "Memory allocation failure" in text:
-        raise Broken(f"{program} ended with status {done.returncode}: {errors.strip()} {message(text)}")
-    return text, not terminated, errors
+        raise Refused(said.strip())
+    if done.returncode not in (0, 1) or not os.path.exists(table):
+        raise Broken(f"{program} ended with status {done.returncode}: {said.strip()}")
+    with open(table, "rb") as file:
+        header, *lines = os.fsdecode(file.read()).split("\n")[:-1]
+    rows = [dict(zip(header.split("\t"), line.split("\t"))) for line in lines]
+    if [row["alignment"] for row in rows] != paths:
+        raise Broken(f"{program} has a table that does not fit its list: {said.strip()}")
+    if link:
+        said = said.replace(*link)
+        for row in rows:
+            row["alignment"], row["message"] = row["alignment"].replace(*link), row["message"].replace(*link)
+    return rows, said
 
 
-def message(text):
-    """Why a run ended early, on one line."""
-    ends = [match.end() for match in RESULT.finditer(text)]
-    return " ".join(text[ends[-1] if ends else 0 :].replace(TERMINATED, "").split())
+def discover(program, options, paths, name):
+    """The first alignment that can be read; the endings of the files written for each; the names of concatenations.
+
+    What a run writes is learnt from one over that alignment alone, in a folder of its own.
+    """
+    why = []
+    for path in filter(os.path.isfile, paths):
+        with tempfile.TemporaryDirectory(prefix="trimora-") as scratch:
+            into, link = os.path.join(scratch, "into"), os.path.join(scratch, "alignment")
+            os.mkdir(into)
+            os.symlink(os.path.abspath(path), link)
+            try:
+                (row,), _ = run(program, [*options, f"--into={into}"], [link], scratch, "list", (link, path))
+            except Broken as reason:
+                row = {"status": "failed", "message": reason}
+            if row["status"] == "ok":
+                written = sorted(os.listdir(into))
+                endings = [file.removeprefix("alignment") for file in written if file.startswith("alignment")]
+                return path, endings, [name + file.removeprefix("list") for file in written if file.startswith("list")]
+            why.append(f"{path}: {row['message']}")
+    raise Refused(f"none of the alignments can be trimmed: {why[0] if why else 'none of them is there'}")
 
 
-def notes(errors, path):
-    """What the program has noted about an alignment, on one line."""
-    lead = f"trimora-run: {path}: "
-    return "; ".join(dict.fromkeys(line[len(lead) :] for line in errors.split("\n") if line.startswith(lead)))
+@contextlib.contextmanager
+def logged(name):
+    """The log of a job; an error ends the job with its reason there and in the log of the workflow."""
+    with open(name, "w", errors="surrogateescape") as log:
+        try:
+            yield log
+        except (Refused, Broken, OSError) as reason:
+            log.write(f"{reason}\n")
+            sys.exit(f"{reason}")
 
 
-def dimensions(program, path):
-    """Numbers of sequences and positions, as text; NA when the alignment cannot be read by itself."""
-    header = readable(path) and HEADER.match(run(program, NO_FILES, [path])[0])
-    return header.groups() if header else ("NA", "NA")
+def readrecord(name):
+    with open(name) as file:
+        return json.load(file)
 
 
-def findreference(program, options, paths):
-    for path in paths:
-        # A batch whose first path cannot be opened takes the paths file itself for an alignment.
-        if readable(path) and run(program, options + NO_FILES + NO_CONCATENATIONS, [path])[1]:
-            return path
-    raise Refused("none of the alignments can be read")
+def writerecord(name, rows):
+    with open(name, "w") as file:
+        file.write(json.dumps(rows))
 
 
-def trim(program, options, reference, members):
-    """Write the files of the alignments `members`; yields a row for each."""
-    with tempfile.TemporaryDirectory(prefix="trimora-") as scratch:
-        link = os.path.join(scratch, "reference")
-        os.symlink(os.path.abspath(reference), link)
-        while members:
-            text, wentthrough, errors = run(program, options + NO_CONCATENATIONS, [link, *members])
-            results = list(RESULT.finditer(text))
-            if not results:
-                raise Broken(f"{reference}, which settles what holds for all, can no longer be read: {message(text)}")
-            results = results[1:]
-            # Results are printed before the files are opened: is it these, or the next alignment?
-            if message(text) == "File not opened" and all(map(readable, members[len(results) : len(results) + 1])):
-                raise Broken(f"the files of {members[len(results) - 1]} cannot be opened for writing")
-            for path, result in zip(members, results):
-                numbers = result.group("positions", "selected", "percent", "blocks")
-                yield Row(path, dimensions(program, path)[0], *numbers, "NA", "ok", notes(errors, path))
-            members = members[len(results) :]
-            if not wentthrough:
-                yield Row(members[0], *dimensions(program, members[0]), *["NA"] * 4, "failed", message(text))
-                members = members[1:]
+def review(results, groups, files):
+    """Drop the records that no longer hold, so that their jobs are done again: files are missing or differ.
 
-
-def writetable(name, rows):
-    lines = [os.fsencode("\t".join(row)) + b"\n" for row in rows]  # all of them first: a file is there once it is whole
-    with open(name, "wb") as file:
-        file.writelines(lines)
-
-
-def readtable(name):
-    """The rows of a table, or of a part of it."""
-    with open(name, "rb") as file:
-        rows = [Row(*os.fsdecode(line).split("\t")) for line in file.read().split(b"\n")[:-1]]
-    return [row for row in rows if row != Row(*Row._fields)]
-
-
-def lastvalue(options, letter, default=""):
-    """The value of an option: of those given the last one counts."""
-    values = [text[3:] for text in options if text[:3].lower() == f"-{letter}="]
-    return values[-1] if values else default
-
-
-def isprotein(options, reference):
-    """What the option says, or the reference: FASTA is protein, NBRF/PIR says itself what it is."""
-    with open(reference, "rb") as file:
-        line = next(line for line in file if line != b"\n")
-    kind = "D" if line[1:2] == b"D" and line[3:4] == b";" else "P"
-    return lastvalue(options, "t", kind)[:1].upper() == "P"
-
-
-def concatenations(pathsname, options):
-    """The concatenations that the options ask for: name of the file, and which positions it holds."""
-    names = [
-        ("a", pathsname + lastvalue(options, "e", "-tr") + ".seq", "selected"),
-        ("c", pathsname + ".seq", "positions"),
-        ("w", pathsname + "--.seq", "ungapped"),
-    ]
-    wanted = [(name, kind) for letter, name, kind in names if lastvalue(options, letter)[:1].upper() == "Y"]
-    if len({name for name, _ in wanted}) < len(wanted):
-        raise Refused("two concatenations of the same name: take another suffix (-e)")
-    return dict(wanted)
-
-
-def partitionnames(paths):
-    """Names that tree programs take: ASCII letters, digits and underscores, unique whatever their case."""
-    taken = {"all", "remainder", "constant", "gapped", "missambig", "uninf"}  # character sets that NEXUS has by itself
-    for path in paths:
-        stem = re.sub("[^A-Za-z0-9_]+", "_", os.path.splitext(os.path.basename(path))[0]).strip("_")
-        stem = stem if stem[:1].isalpha() else "p_" + stem
-        name, number = stem, 1
-        while name.lower() in taken:
-            number += 1
-            name = f"{stem}_{number}"
-        taken.add(name.lower())
-        yield name
+    Returns the files that earlier runs have left and that are none of `files`. They stand in leftovers.txt, so that they
+    are known as long as they exist.
+    """
+    leftovers, known = os.path.join(results, "leftovers.txt"), set()
+    with contextlib.suppress(FileNotFoundError), open(leftovers, errors="surrogateescape") as file:
+        known.update(file.read().split("\n"))
+    for name in glob.glob(os.path.join(glob.escape(results), "groups", "*.json")):
+        group, rows = os.path.splitext(os.path.basename(name))[0], []
+        with contextlib.suppress(ValueError):
+            rows = readrecord(name)
+        written = {path: size for row in rows for path, size in row["files"].items()}
+        known.update(written)
+        fits = group == "concatenations" or [row["alignment"] for row in rows] == groups.get(group)
+        if not fits or any(size(path) != bytes or bytes is None for path, bytes in written.items()):
+            os.unlink(name)
+    left = sorted(path for path in known.difference(files) if path and os.path.lexists(path))
+    remove([leftovers])
+    if left:
+        with open(leftovers, "w", errors="surrogateescape") as file:
+            file.writelines(f"{path}\n" for path in left)
+    return left
