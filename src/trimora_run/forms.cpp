@@ -36,20 +36,20 @@ class Lines {
  public:
   explicit Lines(OutputFile& out) : out_(out) {}
   void add(const char* text, std::ptrdiff_t count) {
-    for (; count > 0; text += linelength, count -= linelength) {
-      if (column_ > 0 || count < linelength) break;
-      char* to = out_.room(linelength + 1);
-      std::memcpy(to, text, linelength);  // of known length: a few moves, no call
-      to[linelength] = '\n';
-      out_.filled(to + linelength + 1);
-    }
     while (count > 0) {
       const std::ptrdiff_t taken = std::min(count, linelength - column_);
-      out_.put({text, static_cast<std::size_t>(taken)});
+      if (taken == linelength) {
+        char* to = out_.room(linelength + 1);
+        std::memcpy(to, text, linelength);  // of known length: a few moves, no call
+        to[linelength] = '\n';
+        out_.filled(to + linelength + 1);
+      } else {
+        out_.put({text, static_cast<std::size_t>(taken)});
+        column_ += taken;
+        if (column_ == linelength) end();
+      }
       text += taken;
       count -= taken;
-      column_ += taken;
-      if (column_ == linelength) end();
     }
   }
   void end() {

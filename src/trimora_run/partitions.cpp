@@ -32,7 +32,7 @@ std::string nexusfile(const std::string& path) {
 
 std::string PartitionNames::take(const std::string& path) {
   std::string stem = getpath(path).name_file;
-  stem = stem.substr(0, stem.rfind('.') == 0 ? stem.npos : stem.rfind('.'));
+  if (const std::size_t point = stem.rfind('.'); point != 0 && point != std::string::npos) stem.resize(point);
   std::string name;
   for (const char c : stem) {
     if (namecharacter(c)) {
@@ -42,7 +42,7 @@ std::string PartitionNames::take(const std::string& path) {
     }
   }
   if (name.empty() || !isletter(name[0])) name.insert(0, "p_");
-  name = name.substr(0, longest);
+  name.resize(std::min(name.size(), longest));
   for (int number = 1;; ++number) {
     std::string candidate = number == 1 ? name : name + '_' + std::to_string(number);
     std::string small = candidate;
