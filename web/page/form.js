@@ -20,6 +20,7 @@ function field({ name, label, effect, choices, slider }) {
   }
   const wrong = make("p", { id: `${name}-wrong`, className: "wrong" });
   wrong.setAttribute("role", "alert");
+  const extent = make("span", {}); // what the number may be
 
   show((now) => {
     const value = now.values[name] ?? "";
@@ -35,6 +36,7 @@ function field({ name, label, effect, choices, slider }) {
       range.max = String(Math.min(most, slider ?? most));
       range.value = number;
       range.disabled = !known;
+      extent.textContent = known ? `. Default ${inforce({ ...now.values, [name]: "" }, name, numseq(now))}, from ${least} to ${most}` : "";
       wrong.textContent = known ? why : "";
       control.setAttribute("aria-invalid", String(known && why !== ""));
     }
@@ -43,7 +45,7 @@ function field({ name, label, effect, choices, slider }) {
 
   const row = make("div", { className: "field" },
     make("label", { htmlFor: name }, make("b", {}, name === "t" ? "" : name), ` ${label}`), control,
-    ...(range ? [range] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect), wrong);
+    ...(range ? [range] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
   return row;
 }
 

@@ -19,6 +19,7 @@ const large = 1e8; // bytes from which on the page says beforehand what a run ne
 
 let started = 0; // when the run under way was started; 0: none is
 let again = false;
+let reading = false; // whether letters are under way: these can wait
 
 /** The run of the present state; a later one takes its place. */
 async function select() {
@@ -30,6 +31,7 @@ async function select() {
     else setTimeout(() => again && started && drop(), patience);
     return;
   }
+  if (reading) drop();
   started = performance.now();
   let status = 0;
   update({ running: true });
@@ -67,11 +69,14 @@ async function letters() {
   if (opened.bytes > mostviewed) {
     return update({ notice: "So large an alignment is not shown letter by letter: numbers, plot and blocks hold for all of it." });
   }
+  reading = true;
   try {
     const found = await ask({ job: "letters", name: shown, limit: mostletters });
     if (opened === state.opened && shown === state.shown) update({ letters: found });
   } catch (error) {
     if (error instanceof Error && !(error instanceof Dropped)) update({ notice: error.message });
+  } finally {
+    reading = false;
   }
 }
 
