@@ -5,7 +5,7 @@ import { element, kinds, make, numseq, showwhen, shownrow, state, update } from 
 import { go } from "./viewer.js";
 
 const listed = 200; // blocks, at most
-const rows = 1000; // alignments of a batch, at most
+const rows = 1000; // alignments of a batch, and notes, at most
 const count = new Intl.NumberFormat("en");
 const number = (/** @type {string | number} */ n) => count.format(Number(n));
 const plural = (/** @type {string | number} */ n, /** @type {string} */ word) => `${number(n)} ${word}${Number(n) === 1 ? "" : "s"}`;
@@ -54,7 +54,8 @@ export function connect() {
   });
 
   showwhen((now) => [now.notes, now.printed], (now) => {
-    notes.replaceChildren(...now.notes.map((line) => make("li", {}, line)));
+    notes.replaceChildren(...now.notes.slice(0, rows).map((line) => make("li", {}, line)));
+    if (now.notes.length > rows) notes.append(make("li", {}, `and ${number(now.notes.length - rows)} more`));
     printed.textContent = now.printed;
   });
 
