@@ -1,7 +1,7 @@
 // The form of the parameters, made of their table.
 
 import { bounds, fromlink, inforce, parameters, shownorder, tolink } from "./parameters.js";
-import { element, make, numseq, show, state, update } from "./state.js";
+import { element, make, numseq, show, showwhen, state, update } from "./state.js";
 
 /** Set one value, "" for the default. @param {string} name @param {string} value */
 const set = (name, value) => update({ values: { ...state.values, [name]: value } });
@@ -61,8 +61,12 @@ export function connect() {
   const take = () => update({ values: fromlink(location.hash.slice(1)) });
   addEventListener("hashchange", () => tolink(state.values) !== location.hash.slice(1) && take());
   take();
-  show((now) => {
-    const link = tolink(now.values);
-    if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname + location.search);
+  let waiting = 0;
+  showwhen((now) => [now.values], (now) => {
+    clearTimeout(waiting);
+    waiting = setTimeout(() => { // when a slider rests: browsers refuse an address that changes too often
+      const link = tolink(now.values);
+      if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname + location.search);
+    }, 300);
   });
 }

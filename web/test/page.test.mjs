@@ -99,7 +99,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await settled();
     const args = ["globins.fas", "-b3=4", "-b5=H", "-k=Y", "-d=Y"];
     assert.equal(await text("command"), `trimora-run ${args.join(" ")}`);
-    assert.equal(await page.evaluate(() => location.hash), "#b3=4&b5=H");
+    await page.waitForFunction(() => location.hash === "#b3=4&b5=H");
     assert.deepEqual(await zip(), native(globins, args));
   });
 
