@@ -5,6 +5,19 @@
 #include "ground/errfunc.h"
 #include "ground/speaker.h"
 
+namespace {
+
+/// The path in a line of a paths file.
+std::string pathof(const std::string& line) {
+  std::string path = withoutnewline(line);
+#ifdef _WIN32  // where lists have line ends of two characters, and no name ends with the first of them
+  if (path.ends_with('\r')) path.pop_back();
+#endif
+  return path;
+}
+
+}  // namespace
+
 // A read at the end of the file leaves the line as it is, so that the last one is counted twice when it ends with a line
 // end.
 int countpaths(InputFile& pathsfile, std::string line) {
@@ -28,7 +41,7 @@ void checkfiletype(InputState& run) {
     input.readnonempty(line);
   }
 
-  const std::string firstpath = withoutnewline(line);
+  const std::string firstpath = pathof(line);
   if (InputFile first(firstpath); first) {
     run.tog_sb = 1;
     run.fichero1 = firstpath;
@@ -65,7 +78,7 @@ bool readpath(InputFile& pathsfile, std::string& path) {
   std::string line = "\n";
   pathsfile.readnonempty(line);
   if (emptyline(line)) return false;
-  path = withoutnewline(line);
+  path = pathof(line);
   return true;
 }
 

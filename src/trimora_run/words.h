@@ -54,7 +54,11 @@ inline constexpr W overwrites = "the result {result} would replace the input {in
 
 // What counts otherwise than it seems.
 inline constexpr W dropped = "dropped as gaps in every sequence, so that positions are counted without them: {columns}";
+#ifdef _WIN32  // which has no tr
+inline constexpr auto windows = W("has Windows line ends, which count as positions, so the results are wrong: powershell -c \"(gc -raw {file}) -replace [char]13 | sc -nonewline out.fas\"");
+#else
 inline constexpr W windows = "has Windows line ends, which count as positions, so the results are wrong: tr -d '\\r' < {file} > out.fas";
+#endif
 inline constexpr W tabs = "tabs count as positions, so the results are wrong (first in sequence {number}, {name}): tr -d '\\t' < {file} > out.fas";
 inline constexpr W digits = "digits count as positions, so the results are wrong (first in sequence {number}, {name}): sed '/^>/!s/[0-9]//g' {file} > out.fas";
 inline constexpr W stars = "* counts as a letter that agrees with nothing (first in sequence {number}, {name}); if it marks stop codons: sed '/^>/!s/[*]/X/g' {file} > out.fas";

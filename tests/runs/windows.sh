@@ -48,12 +48,13 @@ printf '%s\n' "$folder/GENES.SEQ" >"$folder/genes"
 if "$@" "$trimora_run" "${folder//\//\\}\\genes" -c=y -s=n -p=n >stdout 2>stderr; then echo "taken: genes"; wrong=1; fi
 cmp "$folder/GENES.SEQ" "$folder/globins.fas" || wrong=1
 
-# A list of paths: the concatenations stand in the folder of its last alignment, under the name of the list.
+# A list of paths, with line ends of Windows: the concatenations stand in the folder of its last alignment, under the name
+# of the list.
 stored=$source/tests/golden/batch_concatenated
 cp -R "$stored/input" batch
 cp -R "$stored/input" expected
 cp -R "$stored/expected/." expected
-for list in batch/lists/all.txt expected/lists/all.txt; do sed -i 's,/,\\,g' $list; done
+for list in batch/lists/all.txt expected/lists/all.txt; do sed -i 's,/,\\,g; /./s/$/\r/' $list; done
 read -r _ arguments <"$stored/arguments"
 cd batch
 # shellcheck disable=SC2086
