@@ -23,9 +23,13 @@ constexpr const char* beginning = ".part";  // behind the name of a file that is
 /// Where to write what is to appear whole at `path`: nothing is there yet. Links are followed.
 std::string beside(std::string path) {
   std::error_code unknown;
-  const bool there = fs::exists(systempath(path), unknown);
-  if (path.starts_with("/dev/") || (there && !fs::is_regular_file(systempath(path), unknown))) return path;
-  if (there) path = plainpath(fs::canonical(systempath(path), unknown));
+  fs::file_type type = fs::symlink_status(systempath(path), unknown).type();
+  if (type == fs::file_type::symlink && !path.starts_with("/dev/")) {
+    const fs::path target = fs::canonical(systempath(path), unknown);
+    if (!unknown) path = plainpath(target);
+    type = fs::status(systempath(path), unknown).type();
+  }
+  if (type != fs::file_type::regular && type != fs::file_type::not_found) return path;
   int number = 1;
   while (fs::exists(systempath(path + beginning + std::to_string(number)), unknown)) ++number;
   return path + beginning + std::to_string(number);

@@ -1,8 +1,11 @@
 #include "trimora_run/columns.h"
 
+#include <bit>
 #include <charconv>
 #include <cmath>
-#include <limits>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string_view>
 
 #include "output/file_names.h"
@@ -10,45 +13,75 @@
 
 namespace {
 
+/// A number that is counted up, as text.
+class Counter {
+ public:
+  void next() {
+    char* digit = last_;
+    while (digit >= first_ && *digit == '9') *digit-- = '0';
+    if (digit < first_) {
+      first_ = digit;
+      *digit = '0';
+    }
+    ++*digit;
+  }
+  char* put(char* to) const {
+    std::memcpy(to, first_, most);  // of known length: a few moves, no call
+    return to + (last_ - first_ + 1);
+  }
+
+ private:
+  static constexpr std::ptrdiff_t most = 12;
+  char digits_[2 * most] = "00000000000";  // the number ends at the last of them; what stands behind is not used
+  char* last_ = digits_ + most - 2;
+  char* first_ = last_;
+};
+
+/// A word of known length, with the tab behind it.
+struct Word {
+  char text[16];
+  std::ptrdiff_t length;
+};
+constexpr Word gap = {"gap\t", 4}, nonconserved = {"nonconserved\t", 13}, conservedword = {"conserved\t", 10},
+               flank = {"flank\t", 6};
+
+const Word& classof(const PositionScores& scores, int p, const SelectionState& run) {
+  if (scores.val[p] == 0) return gap;
+  if (!conserved(scores, p, run)) return nonconserved;
+  return scores.val[p] >= static_cast<float>(run.flankval) ? flank : conservedword;
+}
+
 char* puttext(char* to, std::string_view text) {
   return to + text.copy(to, text.size());
 }
 
-char* putnumber(char* to, long long number) {
-  return std::to_chars(to, to + 20, number).ptr;
-}
-
-/// Whether the decimal number next to `decimal` is read as `score`, be it read as single precision or first as double.
-bool readsback(double decimal, float score) {
-  constexpr double infinity = std::numeric_limits<double>::infinity();
-  return static_cast<float>(decimal) == score && static_cast<float>(std::nextafter(decimal, infinity)) == score &&
-         static_cast<float>(std::nextafter(decimal, -infinity)) == score;
-}
-
-std::string_view classof(const PositionScores& scores, int p, const SelectionState& run) {
-  if (scores.val[p] == 0) return "gap";
-  if (!conserved(scores, p, run)) return "nonconserved";
-  return scores.val[p] >= static_cast<float>(run.flankval) ? "flank" : "conserved";
+char* putnumber(char* to, int number) {
+  return std::to_chars(to, to + 12, number).ptr;
 }
 
 }  // namespace
 
 char* putscore(char* to, float score) {
-  const auto whole = static_cast<long long>(score);
+  const auto whole = static_cast<int>(score);
   if (static_cast<float>(whole) == score) return putnumber(to, whole);
-  double scale = 1;
-  long long digits = 0;
-  int decimals = 0;
-  do {  // a score that is not whole is below 2^23: the digits of every one of them fit
-    scale *= 10;
-    ++decimals;
-    digits = std::llround(static_cast<double>(score) * scale);
-  } while (!readsback(static_cast<double>(digits) / scale, score) && decimals < 9);
-  char* point = putnumber(to, whole);
-  char* end = point + 1 + decimals;
-  *point = '.';
-  for (char* digit = end - 1; digit > point; --digit, digits /= 10) *digit = static_cast<char>('0' + digits % 10);
-  return end;
+  static constexpr double scales[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
+  const double value = score;
+  const auto next = std::bit_cast<float>(std::bit_cast<std::uint32_t>(score) + 1);
+  const double ulp = static_cast<double>(next) - value;
+  int decimals = 1;
+  while (decimals < 9 && scales[decimals] * ulp <= 1) ++decimals;  // so many are always enough
+  // Fewer are enough as long as the nearest such number lies inside what is read as this score: by half of an ulp, less
+  // a little for those who read it as double precision first. The products are exact, and so are the differences.
+  const auto nearest = [&](int k) { return static_cast<std::int64_t>(value * scales[k] + 0.5); };
+  const auto enough = [&](int k) {
+    return std::abs(static_cast<double>(nearest(k)) - value * scales[k]) < 0.4999999 * ulp * scales[k];
+  };
+  while (decimals > 1 && enough(decimals - 1)) --decimals;
+  auto digits = static_cast<std::uint64_t>(nearest(decimals));
+  to = putnumber(to, whole);
+  *to = '.';
+  for (int k = decimals; k > 0; --k, digits /= 10) to[k] = static_cast<char>('0' + digits % 10);
+  return to + decimals + 1;
 }
 
 std::string columnsfile(const OutputState& run) {
@@ -63,29 +96,36 @@ void savecolumns(const std::string& path, const Alignment& ali, const PositionSc
   auto dropped = ali.dropped.begin();
   std::size_t block = 0;  // the one that holds p, or the next one
   int p = 0;
-  int selected = 0;
+  Counter columntext, positiontext, newtext;
   for (long long column = 1; column <= columns; ++column) {
-    char* to = putnumber(out.room(128), column);
+    columntext.next();
+    char* to = columntext.put(out.room(128));
     if (dropped != ali.dropped.end() && column > dropped->last) ++dropped;
     if (dropped != ali.dropped.end() && column >= dropped->first) {
       out.filled(puttext(to, "\t\t\t\tdropped\t\t\n"));
       continue;
     }
     ++p;
+    positiontext.next();
     *to++ = '\t';
-    to = putnumber(to, p);
+    to = positiontext.put(to);
     *to++ = '\t';
     to = putscore(to, scores.val[p]);
     *to++ = '\t';
     *to++ = scores.val_aa[p];
     *to++ = '\t';
-    to = puttext(to, classof(scores, p, run));
-    *to++ = '\t';
+    const Word& word = classof(scores, p, run);
+    std::memcpy(to, word.text, sizeof word.text);
+    to += word.length;
     while (block < blocks.newpos.size() && p > blocks.newpos[block].last) ++block;
-    const bool inside = block < blocks.newpos.size() && p >= blocks.newpos[block].first;
-    if (inside) to = putnumber(to, static_cast<long long>(block) + 1);
-    *to++ = '\t';
-    if (inside) to = putnumber(to, ++selected);
+    if (block < blocks.newpos.size() && p >= blocks.newpos[block].first) {
+      newtext.next();
+      to = putnumber(to, static_cast<int>(block) + 1);
+      *to++ = '\t';
+      to = newtext.put(to);
+    } else {
+      *to++ = '\t';
+    }
     *to++ = '\n';
     out.filled(to);
   }
