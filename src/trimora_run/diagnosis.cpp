@@ -101,14 +101,14 @@ std::string whynopath(const std::string& line, const std::string& list) {
   return "";
 }
 
-std::string whatitis(const std::string& bytes, const std::string& path) {
+std::string whatitis(std::string_view bytes, const std::string& path) {
   const std::size_t begin = bytes.find_first_not_of('\n');
   if (bytes.find_first_not_of(" \t\r\n") == std::string::npos) return std::string(words::emptyfile);
   if (bytes.starts_with("\x1f\x8b")) return filled(words::compressed, {typed(path)});
   if (bytes.starts_with("\xef\xbb\xbf")) return filled(words::byteordermark, {typed(path)});
   if (bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff")) return filled(words::wide, {typed(path)});
 
-  const std::string text = bytes.substr(begin);
+  const std::string text(bytes.substr(begin));
   std::string capitals = text;
   std::transform(capitals.begin(), capitals.end(), capitals.begin(), capital);
   for (const Signature& known : signatures) {
@@ -120,6 +120,7 @@ std::string whatitis(const std::string& bytes, const std::string& path) {
   if (twonumbers(line)) return filled(words::otherformat, {"PHYLIP", "phylip", typed(path)});
   if (text.find(" MSF: ") != std::string::npos) return filled(words::otherformat, {"MSF", "msf", typed(path)});
   if (line.starts_with('>')) return filled(words::pircode, {shown(line)});
+  if (opens(line)) return std::string(words::listinside);
   if (std::string why = whynopath(line, path); !why.empty()) return why;
   if (whitespace(line[0])) return std::string(words::emptyfirstline);
   return filled(words::unknownfile, {shown(line), here()});
@@ -167,7 +168,10 @@ std::string diagnose(const ExecutionTerminated& end, const std::string& path, co
   if (message.starts_with("Sequences with different")) {
     return filled(words::differentlengths, {number, name, length, other});
   }
-  if (message.starts_with("Sequence not in NBRF/PIR")) return filled(words::pirname, {shown(culprit.name), number});
+  if (message.starts_with("Sequence not in NBRF/PIR")) {
+    if (culprit.sequence == 1) return whatitis(beginning(path), path);
+    return filled(words::pirname, {shown(culprit.name), number});
+  }
   if (message.starts_with("File not in NBRF/PIR format\n")) return filled(words::nostar, {number, name});
   if (message.starts_with("File not in NBRF/PIR format or")) {
     return std::string(culprit.length == 1 ? words::onesequence : words::nosequence);

@@ -1,6 +1,7 @@
 // Why a run has failed, in the words of a person who looks at the file.
 #pragma once
 #include <string>
+#include <string_view>
 
 #include "batch/batch_state.h"
 #include "ground/errfunc.h"
@@ -15,7 +16,7 @@ std::string whynotopened(const std::string& path);
 std::string whynopath(const std::string& line, const std::string& list);
 
 /// What the beginning of a file shows it to be, when it does not begin like an alignment.
-std::string whatitis(const std::string& bytes, const std::string& path);
+std::string whatitis(std::string_view bytes, const std::string& path);
 
 /// What `end` means for the alignment `path`; `first` is the first alignment of the batch. The file is looked at again
 /// when it is in no known format. Empty when standard error has told already.

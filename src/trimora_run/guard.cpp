@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "batch/concatenation.h"
 #include "ground/path.h"
@@ -21,18 +22,19 @@ namespace {
 /// share their folder, which is looked up once.
 class Places {
  public:
-  /// The place of `path`, or nothing when no file is there.
+  /// The place of `path`, also when no file is there yet.
   std::string of(const std::string& path) {
     std::error_code error;
-    const fs::file_type type = fs::symlink_status(systempath(path), error).type();
-    if (error || type == fs::file_type::not_found) return "";
-    if (type == fs::file_type::symlink) {
+    if (fs::is_symlink(systempath(path), error)) {
       const fs::path target = fs::canonical(systempath(path), error);
-      return error ? "" : place(target);
+      if (!error) return place(target);
     }
     const SplitPath split = getpath(path);
     const auto [folder, fresh] = folders_.try_emplace(split.path_file);
-    if (fresh) folder->second = fs::canonical(split.path_file.empty() ? "." : systempath(split.path_file), error);
+    if (fresh) {
+      const fs::path whole = fs::absolute(systempath(split.path_file.empty() ? "." : split.path_file), error);
+      folder->second = fs::weakly_canonical(whole, error);
+    }
     return place(folder->second / systempath(split.name_file));
   }
 
@@ -95,20 +97,21 @@ std::optional<std::pair<std::string, std::string>> samebasename(const std::vecto
   return std::nullopt;
 }
 
-std::optional<std::pair<std::string, std::string>> overwritten(const std::vector<std::string>& results,
-                                                               const std::vector<std::string>& inputs) {
+std::optional<Clash> overwritten(const std::vector<std::string>& results, const std::vector<std::string>& inputs) {
   Places places;
   std::unordered_map<std::string, std::string> inputat;
   std::vector<std::string> linkedinputs;
   for (const std::string& input : inputs) {
-    const std::string place = places.of(input);
-    if (!place.empty()) inputat.try_emplace(place, input);
+    std::error_code unknown;
+    if (!fs::exists(systempath(input), unknown)) continue;
+    inputat.try_emplace(places.of(input), input);
     if (hardlinked(input)) linkedinputs.push_back(input);
   }
+  std::unordered_set<std::string> resultsat;
   for (const std::string& result : results) {
     const std::string place = places.of(result);
-    if (place.empty()) continue;
     if (const auto found = inputat.find(place); found != inputat.end()) return {{result, found->second}};
+    if (!resultsat.insert(place).second) return {{result, ""}};
     if (linkedinputs.empty() || !hardlinked(result)) continue;
     for (const std::string& input : linkedinputs) {
       std::error_code error;

@@ -1,4 +1,4 @@
-// No result is ever written over an input.
+// No result is ever written over an input, nor over another result.
 #pragma once
 #include <optional>
 #include <string>
@@ -17,7 +17,11 @@ std::vector<std::string> concatenationsof(const BatchState& run, const Forms& fo
 /// Two paths with the same last part, whose results would have the same names in one folder.
 std::optional<std::pair<std::string, std::string>> samebasename(const std::vector<std::string>& paths);
 
-/// The first of `results` that would be written over one of `inputs`, and that input; also through links. Nothing is
-/// opened, and a file that is not there cannot be written over.
-std::optional<std::pair<std::string, std::string>> overwritten(const std::vector<std::string>& results,
-                                                               const std::vector<std::string>& inputs);
+/// A result that would be written over an input or over another result.
+struct Clash {
+  std::string result;
+  std::string input;  // empty: another result
+};
+
+/// The first clash of a run; also through links. Nothing is opened, and an input that is not there cannot be written over.
+std::optional<Clash> overwritten(const std::vector<std::string>& results, const std::vector<std::string>& inputs);

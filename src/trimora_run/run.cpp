@@ -52,6 +52,13 @@ void checknames(const BatchState& run) {
   }
 }
 
+/// The first line of an unread file that is not empty, without its line end.
+std::string firstline(const InputFile& file) {
+  const std::string_view text = file.unread();
+  const std::size_t begin = std::min(text.find_first_not_of('\n'), text.size());
+  return std::string(text.substr(begin, text.find('\n', begin) - begin));
+}
+
 /// Whether a run with these settings may concatenate `ali`, the names of whose first alignment are `firstnames`; if not,
 /// that is said.
 bool samespecies(const Alignment& ali, const Table<std::string>& firstnames, const std::string& first,
@@ -87,9 +94,15 @@ Run::Run(Arguments& arguments, Messages& messages)
 bool Run::carryout() {
   run_.filename = arguments_.file;
   if (arguments_.filter) return filter();
-  std::optional<Alignment> loaded = open();
-  settle(loaded.has_value());
-  if (!opened_) load(run_);  // which fails, in the words of trimora
+  std::optional<Alignment> loaded;
+  try {
+    loaded = open();
+    settle(loaded.has_value());
+    if (!opened_) load(run_);  // which fails, in the words of trimora
+  } catch (const ExecutionTerminated& end) {
+    neverbegun(end);
+    throw;
+  }
 
   std::size_t listed = 1;
   if (run_.tog_sb == 1) {
@@ -110,7 +123,7 @@ bool Run::carryout() {
     row_.alignment = path;
     messages_.since();  // what was said before concerns the run
     try {
-      trim(loaded && path == loaded_ ? *std::exchange(loaded, std::nullopt) : load(run_));
+      trim(loaded && path == loaded_ ? *std::exchange(loaded, std::nullopt) : loadlisted());
     } catch (const ExecutionTerminated& end) {
       explain(end);
       failed(end);
@@ -129,7 +142,7 @@ bool Run::carryout() {
 }
 
 /// Open the file and load the alignment, or the first one of a batch. With --keep-going that is the first one that can be
-/// loaded; those that cannot fail when their turn comes.
+/// loaded, and all follow its format; those that cannot fail when their turn comes.
 std::optional<Alignment> Run::open() {
   const auto opens = [](const std::string& path) { return static_cast<bool>(InputFile(path)); };
   const auto list = arguments_.keepgoing ? listedpaths(arguments_.file) : std::nullopt;
@@ -140,7 +153,6 @@ std::optional<Alignment> Run::open() {
     loaded_ = run_.fichero1;
     return loaded;
   }
-  run_.fileformat = fasta;
   for (auto path = list->begin(); path != list->end() && !loaded; ++path) {
     if (!opens(*path)) continue;
     RunState alone;
@@ -160,14 +172,41 @@ std::optional<Alignment> Run::open() {
   return loaded;
 }
 
+/// Load the alignment in work, one of a list, in the format of the first one. Where none could be loaded by itself there is
+/// no format, and each is refused or fails in its own.
+Alignment Run::loadlisted() {
+  InputFile file(run_.fichero1);
+  if (!file) errfunc("\nFile not opened\n");
+  InputState state = run_;
+  const std::string line = firstline(file);
+  const bool foreign = state.fileformat == fasta && !line.empty() && !line.starts_with('>');
+  if (state.fileformat == 0 || foreign) checkformat(line + '\n', state);
+  return load(file, state);
+}
+
+/// The file, or the first alignment of a list, could not be loaded: say why, here and in the table.
+void Run::neverbegun(const ExecutionTerminated& end) {
+  explain(end);
+  if (!arguments_.table.empty()) {
+    const auto list = run_.tog_sb == 1 ? listedpaths(arguments_.file) : std::nullopt;
+    paths_ = list && !list->empty() ? *list : std::vector<std::string>{arguments_.file};
+    std::vector<std::string> inputs = paths_;
+    inputs.push_back(arguments_.file);
+    if (const auto clash = overwritten({arguments_.table}, inputs)) {
+      refuse(arguments_.file, filled(words::overwrites, {clash->result, clash->input}));
+    }
+    overview_.emplace(arguments_.table);
+    row_.alignment = paths_.front();
+  }
+  failed(end);
+}
+
 /// The alignment comes from standard input, and its selected blocks go to standard output.
 bool Run::filter() {
   run_.fichero1 = run_.filename;
   InputFile input;
-  const std::string beginning(input ? input.unread() : "");
-  const std::size_t name = std::min(beginning.find_first_not_of('\n'), beginning.size());
-  const std::string line = beginning.substr(name, beginning.find('\n', name) - name);
-  if (!line.starts_with('>')) refuse(run_.filename, whatitis(beginning, run_.filename));
+  const std::string line = input ? firstline(input) : "";
+  if (!line.starts_with('>')) refuse(run_.filename, whatitis(input ? input.unread() : "", run_.filename));
   checkformat(line + '\n', run_);
   const Alignment ali = load(input, run_);
   run_.numseq = ali.numseq;
@@ -252,21 +291,23 @@ void Run::guard(const std::vector<std::string>& paths) {
   }
   for (std::string& result : concatenationsof(placed(), forms_, arguments_.partitions))
     results.push_back(std::move(result));
-  if (!arguments_.table.empty()) {
-    if (std::find(results.begin(), results.end(), arguments_.table) != results.end()) {
-      throw WrongUsage{"--table=" + arguments_.table + " is the name of another file that is written"};
-    }
-    results.push_back(arguments_.table);
-  }
+  if (!arguments_.table.empty()) results.push_back(arguments_.table);
   std::vector<std::string> inputs = paths;
   inputs.push_back(run_.filename);
-  if (const auto found = overwritten(results, inputs)) {
-    refuse(arguments_.file, filled(words::overwrites, {found->first, found->second}));
+  const auto clash = overwritten(results, inputs);
+  if (clash && !clash->input.empty()) {
+    refuse(arguments_.file, filled(words::overwrites, {clash->result, clash->input}));
+  }
+  if (clash && clash->result == arguments_.table) {
+    throw WrongUsage{"--table=" + arguments_.table + " is the name of another file that is written"};
   }
   if (!arguments_.into.empty()) {
     if (const auto same = samebasename(paths)) {
       refuse(arguments_.file, filled(words::samebasename, {same->first, same->second, arguments_.into}));
     }
+  }
+  if (clash) refuse(arguments_.file, filled(words::writtentwice, {clash->result}));
+  if (!arguments_.into.empty()) {
     std::error_code error;
     std::filesystem::create_directories(systempath(arguments_.into), error);
     if (error) refuse(arguments_.file, filled(words::nofolder, {arguments_.into, error.message()}));

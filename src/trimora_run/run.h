@@ -42,6 +42,8 @@ class Run {
 
  private:
   std::optional<Alignment> open();
+  Alignment loadlisted();
+  void neverbegun(const ExecutionTerminated& end);
   bool filter();
   void settle(bool known);
   void derivepercents();

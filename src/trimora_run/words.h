@@ -31,6 +31,7 @@ inline constexpr W listwindows = "has Windows line ends, so that {line} is not f
 inline constexpr W listblanks = "lists {line} with a blank in front or behind, which counts as part of the name: sed 's/^ *//; s/ *$//' {file} > out.txt";
 inline constexpr W listcomment = "begins with {line}, but a list of alignments cannot hold comments: grep -v '^#' {file} > out.txt";
 inline constexpr W listhome = "lists {line}, but ~ is not understood in a list: sed \"s|^~|$HOME|\" {file} > out.txt";
+inline constexpr W listinside = "is a list of alignments, where an alignment is expected: a list is named itself, it stands in no list and comes through no pipe";
 inline constexpr W pircode = "is in NBRF/PIR format, but its first line says {line}: begin it with >P1; (protein) or >DL; (DNA)";
 
 // A list of alignments.
@@ -51,6 +52,7 @@ inline constexpr W othercount = "has {number} sequences, the first alignment, {f
 
 // Nothing is overwritten.
 inline constexpr W overwrites = "the result {result} would replace the input {input}: choose other names, another suffix (-e=), or another folder (--into=)";
+inline constexpr W writtentwice = "the result {result} would be written twice, and the first one lost: list each alignment once, or choose another suffix (-e=)";
 
 // What counts otherwise than it seems.
 inline constexpr W dropped = "dropped as gaps in every sequence, so that positions are counted without them: {columns}";

@@ -53,7 +53,11 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"- --table=t",               2, "--table does not go with -"},
     {"- --format=fasta,nexus",    2, "only one alignment"},
     {"a.fas --table=a.fas",       1, "would replace the input"},
-    {"a.fas --table=a.fas-tr",    2, "is the name of another file"},
+    {"a.fas --table=./a.fas-tr",  2, "is the name of another file"},
+    {"ended",                     1, "the result a.fas-tr would be written twice"},
+    {"marked -s=n -p=n",          1, "mark.fas: begins with an invisible mark"},
+    {"nested -s=n -p=n",          1, "ended: is a list of alignments"},
+    {"cut --keep-going",          1, "cut.pir: sequence 2 (b) does not end with '*'"},  // nor is it read as FASTA
     {"ended --into=folder",       1, "a.fas and a.fas would have results of the same name in folder"},
     {"blanks.fas -p=n -b4=2 --format=phylip", 1, "sequence 1 (a 1) holds a blank, and PHYLIP cannot hold it"},
     {"blanks -p=n -s=n -a=y --match=name -b4=2", 1, "sequences 1 and 2 are both called a"},
@@ -69,6 +73,11 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
   write("ended", "a.fas\n\na.fas\n");
   write("odd.fas", ">a\nA-CD\r--7\n>c\nA-CD\r--E\n");
   write("b.pir", ">P1;a\n\nACDEF*\n>P1;b\n\nACDEF*\n");
+  write("cut.pir", ">P1;a\nACDEF\n*\n>P1;b\nACDEF\n");
+  write("cut", "cut.pir\n");
+  write("mark.fas", "\xef\xbb\xbf" + letters);
+  write("marked", "a.fas\nmark.fas\n");
+  write("nested", "a.fas\nended\n");
   write("mixed", "a.fas\nb.pir\n");
   write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
   write("blanks.fas", ">a 1\nACDEF\n>a 2\nACDEF\n");
@@ -83,7 +92,17 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 12);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 17);  // nothing was written
+}
+
+TEST_F(TrimoraRun, TabulatesWhatFailsToBeginWith) {
+  write("a.fas", ">a\nACDEF\n");
+  write("list", "a.fas\n");
+  for (const char* line : {"a.fas --table=t", "list --table=t", "list --table=t --keep-going"}) {
+    printedby([&] { EXPECT_EQ(withwords(std::string("trimora-run ") + line, trimora_run), 1); });
+    EXPECT_NE(textof("t").find("\tfailed\tholds one sequence only"), std::string::npos) << line;
+    fs::remove("t");
+  }
 }
 
 // Of 7 sequences, of which at least 4 have to agree.
