@@ -157,8 +157,9 @@ std::string contradiction(const Arguments& arguments) {
   const auto& [b1, b2] = std::pair(arguments.b1percent, arguments.b2percent);
   const std::string b1number = settled(arguments, "-b1="), b2number = settled(arguments, "-b2=");
   if (b1 && b2 && *b1 > *b2) return "-b1 is more than -b2: a flank position is conserved, too";
-  if ((b1 || b2) && !(b1number.empty() && b2number.empty()))
+  if ((b1 || b2) && !(b1number.empty() && b2number.empty())) {
     return "-b1 and -b2: give both in per cent, or both as numbers";
+  }
   const bool concatenates = wanted(arguments, "-a=") || wanted(arguments, "-c=") || wanted(arguments, "-w=");
   if (arguments.match == Match::name && !(b1number.empty() && b2number.empty())) {
     return (b1number.empty() ? b2number : b1number) +

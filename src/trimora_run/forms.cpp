@@ -153,8 +153,9 @@ std::optional<Forms> formsof(std::string_view text) {
     const auto* found = std::find_if(std::begin(descriptions), std::end(descriptions),
                                      [&](const Description& w) { return w.name == text.substr(0, comma); });
     const auto form = static_cast<Form>(found - std::begin(descriptions));
-    if (found == std::end(descriptions) || std::find(forms.begin(), forms.end(), form) != forms.end())
+    if (found == std::end(descriptions) || std::find(forms.begin(), forms.end(), form) != forms.end()) {
       return std::nullopt;
+    }
     forms.push_back(form);
     more = comma < text.size();
     if (more) text.remove_prefix(comma + 1);

@@ -21,7 +21,8 @@ void Overview::add(const Overviewed& row) {
   const auto number = [&](long long value) { line += '\t' + (value < 0 ? "NA" : std::to_string(value)); };
   number(row.sequences);
   number(row.columns);
-  for (const int value : {row.positions, row.ungapped, row.selected, row.percent, row.blocks, row.b1, row.b2})
+  for (const int value : {row.positions, row.ungapped, row.selected, row.percent, row.blocks, row.b1, row.b2}) {
     number(value);
+  }
   out_.put(line + '\t' + row.status + '\t' + harmless(row.message) + '\n');
 }

@@ -214,8 +214,9 @@ bool Run::filter() {
   settle(true);
   derivepercents();
   notealignment(ali, run_, messages_);
-  if (const std::string why = unfitname(ali.name, forms_, run_.filename, run_.fileformat); !why.empty())
+  if (const std::string why = unfitname(ali.name, forms_, run_.filename, run_.fileformat); !why.empty()) {
     refuse(run_.filename, why);
+  }
   const Selection found = findblocks(ali, run_);
   noteselection(ali, found, run_, messages_);
   OutputFile out;
@@ -289,8 +290,9 @@ void Run::guard(const std::vector<std::string>& paths) {
     run_.fichero1 = path;
     for (std::string& result : resultsof(placed(), forms_, arguments_.columns)) results.push_back(std::move(result));
   }
-  for (std::string& result : concatenationsof(placed(), forms_, arguments_.partitions))
+  for (std::string& result : concatenationsof(placed(), forms_, arguments_.partitions)) {
     results.push_back(std::move(result));
+  }
   if (!arguments_.table.empty()) results.push_back(arguments_.table);
   std::vector<std::string> inputs = paths;
   inputs.push_back(run_.filename);
@@ -408,8 +410,9 @@ void Run::save(const Alignment& ali, const Selection& found) {
     saveforms(path, sheetof(ali, stretches), others, files);
   };
   if (files.tog_seqfile == 1) savealignment(seqfile(files), found.blocks.newpos);
-  if (files.tog_ncbfile == 1 && !others.empty())
+  if (files.tog_ncbfile == 1 && !others.empty()) {
     savealignment(ncbfile(files), complement(found.blocks.newpos, ali.nupo));
+  }
   if (files.tog_ungappedfile == 1) savealignment(ungappedfile(files), found.ungapped.newlet);
   if (arguments_.columns) savecolumns(columnsfile(files), ali, found.scores, found.blocks, files);
 }
