@@ -40,6 +40,8 @@ std::string beside(std::string path) {
 OutputFile::OutputFile(const std::string& path, Birth birth)
     : path_(path),
       written_(birth == whole ? beside(path) : path),
+      beside_(written_ != path_ ? systempath(written_) : fs::path()),
+      place_(written_ != path_ ? systempath(written_.substr(0, written_.rfind(beginning))) : fs::path()),
       buffer_(new char[buffersize]),  // not filled: it is overwritten
       file_(std::fopen(written_.c_str(), "wb")),
       next_(buffer_.get()),
@@ -68,13 +70,13 @@ OutputFile::~OutputFile() {
   if (file_ == stdout) std::clearerr(stdout);                                      // what failed is told here
   const bool endedearly = std::uncaught_exceptions() > exceptions_;
   std::error_code refusal;
-  if (error_ == 0 && !endedearly && written_ != path_) {
-    fs::rename(systempath(written_), systempath(written_.substr(0, written_.rfind(beginning))), refusal);
+  if (error_ == 0 && !endedearly && !beside_.empty()) {
+    fs::rename(beside_, place_, refusal);
     if (refusal) error_ = refusal.value();
   }
   if (error_ == 0 && !endedearly) return;
   nameincomplete(path_.c_str(), error_ != 0 ? std::strerror(error_) : "the run ended early");
-  if (written_ != path_) fs::remove(systempath(written_), refusal);
+  if (!beside_.empty()) fs::remove(beside_, refusal);
 }
 
 void OutputFile::flushstandardoutput() {

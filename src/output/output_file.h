@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -64,6 +65,9 @@ class OutputFile {
 
   std::string path_;
   std::string written_;  // where it is written: `path_`, or beside it as long as it is not whole
+  // From there to its place, when it is whole. Made beforehand: at the end there may be no memory.
+  std::filesystem::path beside_;
+  std::filesystem::path place_;
   std::unique_ptr<char[]> buffer_;
   std::FILE* file_;
   char* next_;      // where the next byte goes

@@ -65,14 +65,14 @@ char* putscore(char* to, float score) {
   const auto whole = static_cast<int>(score);
   if (static_cast<float>(whole) == score) return putnumber(to, whole);
   static constexpr double scales[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
-  const double value = score;
+  const auto value = static_cast<double>(score);
   const auto next = std::bit_cast<float>(std::bit_cast<std::uint32_t>(score) + 1);
   const double ulp = static_cast<double>(next) - value;
   int decimals = 1;
   while (decimals < 9 && scales[decimals] * ulp <= 1) ++decimals;  // so many are always enough
   // Fewer are enough as long as the nearest such number lies inside what is read as this score: by half of an ulp, less
   // a little for those who read it as double precision first. The products are exact, and so are the differences.
-  const auto nearest = [&](int k) { return static_cast<std::int64_t>(value * scales[k] + 0.5); };
+  const auto nearest = [&](int k) { return std::llround(value * scales[k]); };
   const auto enough = [&](int k) {
     return std::abs(static_cast<double>(nearest(k)) - value * scales[k]) < 0.4999999 * ulp * scales[k];
   };

@@ -27,27 +27,26 @@ class Places {
     std::error_code error;
     if (fs::is_symlink(systempath(path), error)) {
       const fs::path target = fs::canonical(systempath(path), error);
-      if (!error) return place(target);
+      if (!error) return place(plainpath(target));
     }
     const SplitPath split = getpath(path);
     const auto [folder, fresh] = folders_.try_emplace(split.path_file);
     if (fresh) {
       const fs::path whole = fs::absolute(systempath(split.path_file.empty() ? "." : split.path_file), error);
-      folder->second = fs::weakly_canonical(whole, error);
+      folder->second = plainpath(fs::weakly_canonical(whole, error));
     }
-    return place(folder->second / systempath(split.name_file));
+    return place(folder->second + '/' + split.name_file);
   }
 
  private:
-  static std::string place(const fs::path& path) {
-    std::string text = plainpath(path);
-#ifdef _WIN32  // where capitals do not make another file
-    std::transform(text.begin(), text.end(), text.begin(), lower);
+  static std::string place(std::string path) {
+#ifdef _WIN32  // where capitals do not make another file, and either bar separates
+    std::transform(path.begin(), path.end(), path.begin(), [](char c) { return c == '\\' ? '/' : lower(c); });
 #endif
-    return text;
+    return path;
   }
 
-  std::unordered_map<std::string, fs::path> folders_;
+  std::unordered_map<std::string, std::string> folders_;
 };
 
 bool hardlinked(const std::string& path) {

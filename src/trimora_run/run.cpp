@@ -370,7 +370,10 @@ void Run::trim(const Alignment& ali) {
   row_.status = whole && (fits || !arguments_.keepgoing) ? "ok" : "failed";
   if (!whole) row_.message = words::incomplete;
   if (arguments_.keepgoing && std::string_view(row_.status) == "failed") return;
-  if (concatenates && concatenable_) concatenate(ali, found);
+  if (!concatenates || !concatenable_) return;
+  concatenable_ = false;  // when memory runs out in it, it is taken in by halves
+  concatenate(ali, found);
+  concatenable_ = true;
 }
 
 /// Refuse names that a form, or the species by name, cannot hold: before anything is written for this alignment.

@@ -92,11 +92,12 @@ namespace fs = std::filesystem;
 
 class Faults : public FolderTest {
  protected:
-  /// A gap in every sequence, a gap in one, and blocks; listed twice.
+  /// A gap in every sequence, a gap in one, and blocks; twice.
   static void writeinputs() {
     const std::string letters = "ACDEF-GHIKLMNPQRSTVWY-ACDEFGHIKLMNPQRSTVW";
     write("a.fas", ">a\n" + letters + "A\n>b\n" + letters + "-\n>c\n" + letters + "C\n");
-    write("all.txt", "a.fas\na.fas\n");
+    write("b.fas", ">a\n" + letters + "A\n>b\n" + letters + "-\n>c\n" + letters + "C\n");
+    write("all.txt", "a.fas\nb.fas\n");
   }
   static std::map<std::string, std::string> files() {
     std::map<std::string, std::string> found;
@@ -108,6 +109,7 @@ class Faults : public FolderTest {
   }
   /// Run a command line in which call `n` of that kind fails. Returns what it prints, and what it says in `said`.
   std::string run(const std::string& line, int (*program)(int, char*[]), Fault kind, long n, bool always) {
+    EXPECT_NE(std::freopen("a.fas", "r", stdin), nullptr);
     testing::internal::CaptureStderr();
     const std::string printed = printedby([&] {
       withwords(line, [&](int argc, char* argv[]) {
@@ -148,23 +150,31 @@ TEST_F(Faults, MemoryRunsOutWithTheNameOfItsBuffer) {
 
 // Whatever fails: either all is as it would be, or the status and a line on standard error tell.
 TEST_F(Faults, NothingIncompletePassesForDone) {
-  const char* const lines[] = {"trimora-run all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y"};
+  const char* const lines[] = {
+      "trimora-run all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y",
+      "trimora-run all.txt -a=y -p=n --match=name --partitions --columns --table=t --format=phylip --into=x --keep-going",
+      "trimora-run -",
+  };
+  const auto clear = [] {
+    for (const auto& entry : fs::directory_iterator(".")) fs::remove_all(entry);
+  };
   for (const char* line : lines) {
+    clear();
     writeinputs();
-    run(line, trimora_run, none, 0, false);
+    const std::string printed = run(line, trimora_run, none, 0, false);
     ASSERT_EQ(status, 0) << said;
     const auto whole = files();
     for (int kind = memory; kind < everyfault; ++kind) {
       for (const bool always : {false, true}) {
         for (long n = 0;; ++n) {
-          for (const auto& entry : fs::directory_iterator(".")) fs::remove_all(entry);
+          clear();
           writeinputs();
-          run(line, trimora_run, static_cast<Fault>(kind), n, always);
+          const std::string now = run(line, trimora_run, static_cast<Fault>(kind), n, always);
           if (left >= 0) break;
           const std::string where =
               std::string(line) + ", fault " + std::to_string(kind) + ", call " + std::to_string(n);
           if (status == 0) {
-            EXPECT_TRUE(files() == whole) << where;
+            EXPECT_TRUE(files() == whole && (whole.size() > 3 || now == printed)) << where;
           } else {
             EXPECT_NE(said.find("trimora-run: "), std::string::npos) << where;
           }
