@@ -7,16 +7,20 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "output/file_names.h"
 #include "output/output_file.h"
 
 namespace {
 
-/// A number that is counted up, as text.
+/// A number that is counted up from 1, as text.
 class Counter {
  public:
-  void next() {
+  /// Write the number, and count on: only the next time its text is needed again, which the processor likes.
+  char* put(char* to) {
+    std::memcpy(to, first_, most);  // of known length: a few moves, no call
+    to += last_ - first_ + 1;
     char* digit = last_;
     while (digit >= first_ && *digit == '9') *digit-- = '0';
     if (digit < first_) {
@@ -24,32 +28,56 @@ class Counter {
       *digit = '0';
     }
     ++*digit;
-  }
-  char* put(char* to) const {
-    std::memcpy(to, first_, most);  // of known length: a few moves, no call
-    return to + (last_ - first_ + 1);
+    return to;
   }
 
  private:
   static constexpr std::ptrdiff_t most = 12;
-  char digits_[2 * most] = "00000000000";  // the number ends at the last of them; what stands behind is not used
+  char digits_[2 * most] = "00000000001";  // the number ends at the last of them; what stands behind is not used
   char* last_ = digits_ + most - 2;
   char* first_ = last_;
 };
 
-/// A word of known length, with the tab behind it.
+/// A short text, written by copying all of it and keeping `length` bytes: the same for all, and no branch.
 struct Word {
   char text[16];
   std::ptrdiff_t length;
+  char* put(char* to) const {
+    std::memcpy(to, text, sizeof text);
+    return to + length;
+  }
 };
-constexpr Word gap = {"gap\t", 4}, nonconserved = {"nonconserved\t", 13}, conservedword = {"conserved\t", 10},
-               flank = {"flank\t", 6};
 
-const Word& classof(const PositionScores& scores, int p, const SelectionState& run) {
-  if (scores.val[p] == 0) return gap;
-  if (!conserved(scores, p, run)) return nonconserved;
-  return scores.val[p] >= static_cast<float>(run.flankval) ? flank : conservedword;
+constexpr Word classes[] = {{"gap\t", 4}, {"nonconserved\t", 13}, {"conserved\t", 10}, {"flank\t", 6}};
+
+const Word& classof(float score, const SelectionState& run) {
+  const int above = (score != 0 ? 1 : 0) + (score >= static_cast<float>(run.negval) ? 1 : 0) +
+                    (score >= static_cast<float>(run.flankval) ? 1 : 0);
+  return classes[above];
 }
+
+/// The texts of scores, most of which come again and again in one alignment.
+class ScoreTexts {
+ public:
+  ScoreTexts() : entries_(size) {}
+  const Word& of(float score) {
+    const auto bits = std::bit_cast<std::uint32_t>(score);
+    Entry& entry = entries_[(bits * 2654435761U) >> 22];  // a number near 2^32 over the golden ratio spreads them
+    if (entry.bits != bits) {
+      entry.bits = bits;
+      entry.word.length = putscore(entry.word.text, score) - entry.word.text;
+    }
+    return entry.word;
+  }
+
+ private:
+  static constexpr std::size_t size = 1024;
+  struct Entry {
+    std::uint32_t bits = 0;  // of the score 0, to begin with
+    Word word = {"0", 1};
+  };
+  std::vector<Entry> entries_;
+};
 
 char* puttext(char* to, std::string_view text) {
   return to + text.copy(to, text.size());
@@ -97,8 +125,8 @@ void savecolumns(const std::string& path, const Alignment& ali, const PositionSc
   std::size_t block = 0;  // the one that holds p, or the next one
   int p = 0;
   Counter columntext, positiontext, newtext;
+  ScoreTexts texts;
   for (long long column = 1; column <= columns; ++column) {
-    columntext.next();
     char* to = columntext.put(out.room(128));
     if (dropped != ali.dropped.end() && column > dropped->last) ++dropped;
     if (dropped != ali.dropped.end() && column >= dropped->first) {
@@ -106,20 +134,16 @@ void savecolumns(const std::string& path, const Alignment& ali, const PositionSc
       continue;
     }
     ++p;
-    positiontext.next();
     *to++ = '\t';
     to = positiontext.put(to);
     *to++ = '\t';
-    to = putscore(to, scores.val[p]);
+    to = texts.of(scores.val[p]).put(to);
     *to++ = '\t';
     *to++ = scores.val_aa[p];
     *to++ = '\t';
-    const Word& word = classof(scores, p, run);
-    std::memcpy(to, word.text, sizeof word.text);
-    to += word.length;
+    to = classof(scores.val[p], run).put(to);
     while (block < blocks.newpos.size() && p > blocks.newpos[block].last) ++block;
     if (block < blocks.newpos.size() && p >= blocks.newpos[block].first) {
-      newtext.next();
       to = putnumber(to, static_cast<int>(block) + 1);
       *to++ = '\t';
       to = newtext.put(to);

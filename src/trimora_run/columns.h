@@ -22,5 +22,6 @@ void savecolumns(const std::string& path, const Alignment& ali, const PositionSc
                  const SelectedBlocks& blocks, const SelectionState& run);
 
 /// Write a score, with as few decimals as tell it from every other one, the same on every machine.
-/// Needs    room for 24 characters.  Returns  the end.
+/// Needs    room for 16 characters.
+/// Returns  the end.
 char* putscore(char* to, float score);
