@@ -20,6 +20,7 @@ folder=$project/build/bench # of its own, so that build/release stays what the u
 configure --preset release -B "$folder" -DTRIMORA_BENCHMARKS=ON
 for target in trimora trimora-run floor generate measure stages; do build "$folder" "$target"; done
 trimora=$folder/trimora
+trimora_run=$folder/trimora-run
 floor=$folder/bench/floor
 
 work=$(mktemp -d)
@@ -187,6 +188,25 @@ largest=$(find genes -name '*.fas' -size +0 -exec wc -c {} + | awk '$2 != "total
 measure $few trimora "$trimora" genes/paths.txt "${concatenations[@]}" -- \
   cp cp genes/*.fas genes/paths.txt ../written/* copies/
 judge "$genes genes, three concatenations" ratio 1.5 $(($(size ../written/*.seq) + largest + mib8))
+
+# What trimora-run adds, against a batch without it.
+begin
+generate genes genes $genes $seed
+batch=("$trimora_run" genes/paths.txt "${concatenations[@]}")
+measure $few name "${batch[@]}" --match=name -- order "${batch[@]}" --match=order
+judge "the same, matched by name" ratio 1.2
+measure $few fasta "${batch[@]}" --format=fasta -- groups "${batch[@]}"
+judge "the same, as plain FASTA" ratio 1.05
+measure $few tables "${batch[@]}" --columns --table=table.tsv -- without "${batch[@]}"
+judge "the same, with its tables" ratio 1.3
+
+begin
+generate protein-fasta "${protein[@]}" $seed in.fas
+one=("$trimora_run" in.fas -p=n)
+measure $some fasta "${one[@]}" --format=fasta -- groups "${one[@]}"
+judge "${protein[0]} x ${protein[1]} as plain FASTA" ratio 1.05
+measure $some tables "${one[@]}" --columns --table=table.tsv -- without "${one[@]}"
+judge "${protein[0]} x ${protein[1]}, with its tables" ratio 1.3
 
 for growth in positions sequences; do
   begin
