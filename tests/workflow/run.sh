@@ -127,7 +127,7 @@ same fasta "-t=D -a=y -p=n -b2=9 -b1=8 -e=-x" 1
 first=$(gene pir 1)
 ln -s "${first##*/}" pir/link.fas
 while IFS='|' read -r line setting words; do
-  { cat pir.txt; printf "$line"; } >list.txt
+  { cat pir.txt; printf '%b' "$line"; } >list.txt
   flow list "-p=s" ${setting:+"$setting"}
   [[ $status -ne 0 && $(<log) == *"$words"* && ! -e results/list.txt/groups ]] || fail "$line $setting: status $status"
 done <<EOT

@@ -121,31 +121,29 @@ def remove(paths):
             os.unlink(path)
 
 
-def run(program, options, paths, scratch, name, link=None):
+def run(program, options, paths, scratch, name, links):
     """A batch over `paths`, whose list in the folder `scratch` is called `name`. It goes on behind those that fail.
 
-    Returns the lines of its table, each as a dict, and what it said. `link` is a pair, a link among the paths and what
-    it stands for: that is named in its place.
+    Returns the lines of its table, each as a dict, and what it said. `links` says of the links among the paths what they
+    stand for, which is named in their place.
     """
     listed, table = os.path.join(scratch, name), os.path.join(scratch, "table of the batch")
     with open(listed, "wb") as file:
         file.writelines(os.fsencode(path) + b"\n" for path in paths)
     command = [program, listed, *options, "--keep-going", f"--table={table}"]
     done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-    said = os.fsdecode(done.stderr)
+    said, text = os.fsdecode(done.stderr), ""
+    with contextlib.suppress(FileNotFoundError), open(table, "rb") as file:
+        text = os.fsdecode(file.read())
+    for link, path in links.items():
+        said, text = said.replace(link, path), text.replace(link, path)
     if done.returncode == 2:
         raise Refused(said.strip())
-    if done.returncode not in (0, 1) or not os.path.exists(table):
-        raise Broken(f"{program} ended with status {done.returncode}: {said.strip()}")
-    with open(table, "rb") as file:
-        header, *lines = os.fsdecode(file.read()).split("\n")[:-1]
-    rows = [dict(zip(header.split("\t"), line.split("\t"))) for line in lines]
-    if [row["alignment"] for row in rows] != paths:
-        raise Broken(f"{program} has a table that does not fit its list: {said.strip()}")
-    if link:
-        said = said.replace(*link)
-        for row in rows:
-            row["alignment"], row["message"] = row["alignment"].replace(*link), row["message"].replace(*link)
+    header, *lines = [line.split("\t") for line in text.split("\n")[:-1]] or [[]]
+    rows = [dict(zip(header, line)) for line in lines]
+    if done.returncode not in (0, 1) or [row["alignment"] for row in rows] != [links.get(path, path) for path in paths]:
+        how = f"was killed by signal {-done.returncode}" if done.returncode < 0 else f"ended with status {done.returncode}"
+        raise Broken(f"{program} {how}: {said.strip()}")
     return rows, said
 
 
@@ -161,7 +159,7 @@ def discover(program, options, paths, name):
             os.mkdir(into)
             os.symlink(os.path.abspath(path), link)
             try:
-                (row,), _ = run(program, [*options, f"--into={into}"], [link], scratch, "list", (link, path))
+                (row,), _ = run(program, [*options, f"--into={into}"], [link], scratch, "list", {link: path})
             except Broken as reason:
                 row = {"status": "failed", "message": reason}
             if row["status"] == "ok":
@@ -188,11 +186,6 @@ def readrecord(name):
         return json.load(file)
 
 
-def writerecord(name, rows):
-    with open(name, "w") as file:
-        file.write(json.dumps(rows))
-
-
 def review(results, groups, files):
     """Drop the records that no longer hold, so that their jobs are done again: files are missing or differ.
 
@@ -206,10 +199,10 @@ def review(results, groups, files):
         group, rows = os.path.splitext(os.path.basename(name))[0], []
         with contextlib.suppress(ValueError):
             rows = readrecord(name)
-        written = {path: size for row in rows for path, size in row["files"].items()}
-        known.update(written)
+        written = [file for row in rows for file in row["files"].items()]
+        known.update(path for path, _ in written)
         fits = group == "concatenations" or [row["alignment"] for row in rows] == groups.get(group)
-        if not fits or any(size(path) != bytes or bytes is None for path, bytes in written.items()):
+        if not fits or any(count is None or size(path) != count for path, count in written):
             os.unlink(name)
     left = sorted(path for path in known.difference(files) if path and os.path.lexists(path))
     remove([leftovers])

@@ -3,6 +3,7 @@
 The program writes into the folder of the last alignment. A link to that one, in a folder beside the results, brings the
 concatenations to the results, under the names that the program gives them.
 """
+import json
 import os
 import shutil
 
@@ -26,7 +27,7 @@ with batch.logged(snakemake.log[0]) as log:
         os.symlink(os.path.abspath(passed[-1]), link)
         options = [word for word in params.options if word != "--columns"] + batch.NO_FILES
         name = os.path.basename(params.paths)
-        joined, said = batch.run(params.program, options, [*passed[:-1], link], scratch, name, (link, passed[-1]))
+        joined, said = batch.run(params.program, options, [*passed[:-1], link], scratch, name, {link: passed[-1]})
         log.write(said)
         for row in joined:
             if row["status"] != "ok":
@@ -41,4 +42,5 @@ with batch.logged(snakemake.log[0]) as log:
         table.writelines("\t".join(line) + "\n" for line in [columns, *([row[c] for c in columns] for row in rows)])
     with open(output.failed, "w", errors="surrogateescape") as failed:
         failed.writelines(f"{row['alignment']}: {row['message']}\n" for row in rows if row["status"] != "ok")
-    batch.writerecord(output.record, made)
+    with open(output.record, "w") as record:
+        json.dump(made, record)

@@ -1,4 +1,5 @@
 """Trims the alignments of one group. What was made of them before goes first: nothing old stays where one fails."""
+import json
 import os
 import tempfile
 
@@ -15,10 +16,11 @@ with batch.logged(snakemake.log[0]) as log, tempfile.TemporaryDirectory(prefix="
     batch.remove(params.stale)
     for path in params.members:
         batch.remove(files(path))
-    link = os.path.join(scratch, "reference")
-    os.symlink(os.path.abspath(params.reference), link)
-    paths = [link, *params.members, link]
-    rows, said = batch.run(params.program, params.options, paths, scratch, "list", (link, params.reference))
+    first, last = (os.path.join(scratch, name) for name in ("first", "last"))
+    for link in (first, last):
+        os.symlink(os.path.abspath(params.reference), link)
+    links = dict.fromkeys((first, last), params.reference)
+    rows, said = batch.run(params.program, params.options, [first, *params.members, last], scratch, "list", links)
     log.write(said)
     if rows[0]["status"] != "ok":
         raise batch.Broken(f"{params.reference}, which settles what holds for all: {rows[0]['message']}")
@@ -28,4 +30,5 @@ with batch.logged(snakemake.log[0]) as log, tempfile.TemporaryDirectory(prefix="
         else:
             batch.remove(files(row["alignment"]))
             row["files"] = {}
-    batch.writerecord(snakemake.output[0], rows[1:-1])
+    with open(snakemake.output[0], "w") as record:
+        record.write(json.dumps(rows[1:-1]))
