@@ -97,7 +97,8 @@ std::string takeown(const std::string& word, Arguments& arguments) {
   const bool valued = equals != std::string::npos;
   if (own->values.empty() && valued) return word + " takes no value";
   const std::string value = valued ? word.substr(equals + 1) : "";
-  if (!own->values.empty() && value.empty()) return word + " is refused: it needs a value, " + std::string(own->values);
+  if (!own->values.empty() && value.empty())
+    return word + " is refused: it needs a value, " + name + "=" + std::string(own->values);
   if (!own->take(value, arguments)) return word + " is refused: it has to be " + std::string(own->values);
   return "";
 }
@@ -164,6 +165,9 @@ std::string contradiction(const Arguments& arguments) {
   if (arguments.match == Match::name && !(b1number.empty() && b2number.empty())) {
     return (b1number.empty() ? b2number : b1number) +
            " is a number of sequences, but with --match=name alignments may differ in it: give per cent, as -b1=60%";
+  }
+  if ((arguments.into + '/').starts_with("~/")) {
+    return "--into=" + arguments.into + ": ~ is not understood there: --into=\"$HOME\"" + arguments.into.substr(1);
   }
   if (arguments.partitions && !concatenates) return "--partitions goes with a concatenation: -a=y, -c=y or -w=y";
   if (!arguments.model.empty() && !arguments.partitions) return "--model goes with --partitions";

@@ -72,6 +72,11 @@ std::string shown(std::string_view line) {
   return text + (line.size() > 60 ? "...'" : "'");
 }
 
+/// Whether carriage returns stand in a line, not only at its end.
+bool hasreturns(std::string_view line) {
+  return line.substr(0, line.empty() ? 0 : line.size() - 1).find('\r') != std::string_view::npos;
+}
+
 bool opens(const std::string& path) {
   return static_cast<bool>(InputFile(path));
 }
@@ -82,7 +87,8 @@ std::string typed(const std::string& path) {
   const bool plain = std::all_of(path.begin(), path.end(), [](char c) {
     return isletter(c) || (c >= '0' && c <= '9') || std::strchr("/._-+,:@%", c) != nullptr || (c & 0x80) != 0;
   });
-  if (plain && (path == "-" || !path.starts_with('-'))) return path;
+  if (path == "-") return "/dev/stdin";
+  if (plain && !path.starts_with('-')) return path;
   std::string text = path.starts_with('-') ? "./'" : "'";
   for (const char c : path) text += c == '\'' ? std::string("'\\''") : std::string(1, c);
   return text + "'";
@@ -121,6 +127,7 @@ std::string whatitis(std::string_view bytes, const std::string& path) {
   if (text.find(" MSF: ") != std::string::npos) return filled(words::otherformat, {"MSF", "msf", typed(path)});
   if (line.starts_with('>')) return filled(words::pircode, {shown(line)});
   if (opens(line)) return std::string(words::listinside);
+  if (hasreturns(line)) return filled(words::oldlineends, {typed(path)});
   if (std::string why = whynopath(line, path); !why.empty()) return why;
   if (whitespace(line[0])) return std::string(words::emptyfirstline);
   return filled(words::unknownfile, {shown(line), here()});
@@ -163,7 +170,9 @@ std::string diagnose(const ExecutionTerminated& end, const std::string& path, co
     return whatitis(beginning(path), path);
   }
   if (message.starts_with("Sequence name too long")) {
-    return filled(words::nametoolong, {number, name, length, other, typed(path)});
+    if (hasreturns(name)) return filled(words::oldlineends, {typed(path)});
+    const bool blank = std::string_view(culprit.name).find(' ') < static_cast<std::size_t>(culprit.other);
+    return filled(blank ? words::nametoolong : words::wordtoolong, {number, name, length, other, typed(path)});
   }
   if (message.starts_with("Sequences with different")) {
     return filled(words::differentlengths, {number, name, length, other});
@@ -174,6 +183,8 @@ std::string diagnose(const ExecutionTerminated& end, const std::string& path, co
   }
   if (message.starts_with("File not in NBRF/PIR format\n")) return filled(words::nostar, {number, name});
   if (message.starts_with("File not in NBRF/PIR format or")) {
+    const std::string text = beginning(path);
+    if (hasreturns(text.substr(0, text.find('\n')))) return filled(words::oldlineends, {typed(path)});
     return std::string(culprit.length == 1 ? words::onesequence : words::nosequence);
   }
   if (message.starts_with("Too few positions")) return filled(words::toofewpositions, {length});

@@ -22,5 +22,5 @@ std::string whatitis(std::string_view bytes, const std::string& path);
 /// when it is in no known format. Empty when standard error has told already.
 std::string diagnose(const ExecutionTerminated& end, const std::string& path, const std::string& first);
 
-/// A file name as it is typed into a shell: quoted where it has to be.
+/// A file name as it is typed into a shell: quoted where it has to be, standard input by its name.
 std::string typed(const std::string& path);

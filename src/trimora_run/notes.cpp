@@ -121,6 +121,14 @@ std::string firstletters(const Alignment& ali) {
   return letters;
 }
 
+/// The column of the file in which position p stands.
+std::string columnof(const Alignment& ali, int p) {
+  for (const Stretch& dropped : ali.dropped) {
+    if (dropped.first <= p) p += dropped.length();
+  }
+  return std::to_string(p);
+}
+
 std::string nameof(const Alignment& ali, int i) {
   return withoutlineend(ali.name[i]);
 }
@@ -265,13 +273,13 @@ void notecodons(const Desk& desk) {
     const std::array<char, 3> codon = codonat(ali.let[stopin], stopat);
     desk.note(words::codonstops, {std::to_string(withstops),
                                   {codon.data(), 3},
-                                  std::to_string(stopat),
+                                  columnof(ali, stopat),
                                   std::to_string(stopin),
                                   nameof(ali, stopin)});
   }
   if (withgaps > 0) {
     desk.note(words::codongaps,
-              {std::to_string(withgaps), std::to_string(gapat), std::to_string(gapin), nameof(ali, gapin)});
+              {std::to_string(withgaps), columnof(ali, gapat), std::to_string(gapin), nameof(ali, gapin)});
   }
 }
 
@@ -358,5 +366,17 @@ void noteselection(const Alignment& ali, const Selection& found, const BatchStat
       return std::all_of(first, first + block.length(), [](char c) { return c == '-'; });
     });
     if (empty) desk.note(words::emptyrow, {std::to_string(i), nameof(ali, i)});
+  }
+}
+
+void notespecies(const Sheet& concatenation, const std::string& path, Messages& messages) {
+  for (int i = 1; i <= concatenation.name->size(); ++i) {
+    bool empty = true;
+    concatenation.row(i, [&](const char* text, std::ptrdiff_t count) {
+      empty = empty && std::all_of(text, text + count, [](char c) { return c == '-' || c == '?'; });
+    });
+    if (empty) {
+      messages.note(path, filled(words::emptyspecies, {std::to_string(i), plainname((*concatenation.name)[i])}));
+    }
   }
 }

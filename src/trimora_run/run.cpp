@@ -60,16 +60,16 @@ std::string firstline(const InputFile& file) {
 }
 
 /// Whether a run with these settings may concatenate `ali`, the names of whose first alignment are `firstnames`; if not,
-/// that is said.
+/// that is said, with the `outcome`.
 bool samespecies(const Alignment& ali, const Table<std::string>& firstnames, const std::string& first,
-                 const std::string& path, Messages& messages) {
+                 const std::string& path, std::string_view outcome, Messages& messages) {
   int i = 1;
   while (i <= ali.numseq && i <= firstnames.size() && keyof(ali.name[i]) == keyof(firstnames[i])) ++i;
   if (i > ali.numseq) return true;
   messages.error(path, samekeys(ali.name, firstnames)
-                           ? filled(words::otherorder, {first})
+                           ? filled(words::otherorder, {first, outcome})
                            : filled(words::othernames, {std::to_string(i), withoutlineend(ali.name[i]),
-                                                        withoutlineend(firstnames[i]), first}));
+                                                        withoutlineend(firstnames[i]), first, outcome}));
   return false;
 }
 
@@ -355,11 +355,15 @@ void Run::trim(const Alignment& ali) {
     firstnames_ = ali.name;
   }
   notealignment(ali, run_, messages_);
+  if (run_.tog_sb == 0 && run_.tog_allfile + run_.tog_allfile_init + run_.tog_allungfile > 0) {
+    messages_.note(run_.fichero1, words::nolist);
+  }
   const bool concatenates = all_.letall || all_.letall_init || all_.newletall;
   checknamesofforms(ali, concatenates);
   bool fits = true;
   if (concatenates && arguments_.match == Match::same) {
-    fits = samespecies(ali, firstnames_, first_, run_.fichero1, messages_);
+    const std::string_view outcome = arguments_.keepgoing ? "it is left out" : "nothing was concatenated";
+    fits = samespecies(ali, firstnames_, first_, run_.fichero1, outcome, messages_);
     if (!arguments_.keepgoing) concatenable_ = fits && concatenable_;
   }
   const Selection found = findblocks(ali, run_);
@@ -441,7 +445,9 @@ void Run::saveconcatenations() {
   const std::string model = !arguments_.model.empty() ? arguments_.model : run_.seq_type == 'P' ? "LG" : "DNA";
   const auto saveone = [&](const std::optional<Concatenation>& all, const std::string& path, const Partitions& parts) {
     if (!all) return;
-    saveforms(path, sheetof(*all, byname ? species_.name() : lastnames_, rowof), forms_, files);
+    const Sheet sheet = sheetof(*all, byname ? species_.name() : lastnames_, rowof);
+    saveforms(path, sheet, forms_, files);
+    if (sheet.width > 0) notespecies(sheet, path, messages_);
     if (arguments_.partitions) parts.save(path, model, run_.seq_type == 'C');
   };
   saveone(all_.letall, allfile(files), letall_);

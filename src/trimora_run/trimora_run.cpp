@@ -1,5 +1,6 @@
 #include "trimora_run/trimora_run.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <string>
@@ -53,15 +54,15 @@ int trimora_run(int argc, char* argv[]) {
   speaker = "trimora-run";
   prints = stdout;
   const int incompletebefore = OutputFile::incomplete();
-  const std::string_view first = argc > 1 ? argv[1] : "";
+  const auto asked = [&](std::string_view word) { return std::find(argv, argv + argc, word) != argv + argc; };
   int status = failed;
   wentthrough([&] {
     try {
       Arguments arguments;
-      if (first == "--help" || first == "-h") {
+      if (asked("--help") || asked("-h")) {
         std::printf("%s", help);
         status = done;
-      } else if (first == "--version") {
+      } else if (asked("--version")) {
         std::printf("trimora-run %s\n", version);
         status = done;
       } else if (const std::string wrong = takeapart(argc, argv, arguments); !wrong.empty()) {

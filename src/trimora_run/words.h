@@ -24,6 +24,7 @@ inline constexpr W compressed = "is compressed: gunzip -c {file} > out.fas";
 inline constexpr W compressedotherwise = "is compressed: unpack it first with {program}";
 inline constexpr W byteordermark = "begins with an invisible mark of a text editor: tail -c +4 {file} > out.fas";
 inline constexpr W wide = "is saved as UTF-16, not as plain text: iconv -f UTF-16 -t UTF-8 {file} > out.fas";
+inline constexpr W oldlineends = "has the line ends of old Macintosh programs, which are not read: tr '\\r' '\\n' < {file} > out.txt";
 inline constexpr W otherformat = "is in {format} format, which is not read: seqret -auto {name}::{file} fasta::out.fas";
 inline constexpr W emptyfirstline = "begins with a blank: an alignment in FASTA or NBRF/PIR format begins with '>'";
 inline constexpr W unknownfile = "is neither an alignment in FASTA or NBRF/PIR format, which begin with '>', nor a list of alignments: its first line, {line}, names no file in {folder}";
@@ -38,9 +39,11 @@ inline constexpr W pircode = "is in NBRF/PIR format, but its first line says {li
 inline constexpr W listgone = "could not be read again as a list of alignments, so nothing is certain about this run: do not change it while it is used";
 inline constexpr W listnothing = "lists no alignment that was trimmed: each line names one alignment and has to end with a line end";
 inline constexpr W listincomplete = "not every alignment in the list was trimmed: each line has to end with a line end, and no empty line may follow the last one: grep . {file} > out.txt";
+inline constexpr W nolist = "is one alignment and no list of alignments, so that nothing was concatenated";
 
 // An alignment that is not read.
 inline constexpr W nametoolong = "the name line of sequence {number} ({name}) has {length} letters, at most {limit} are read: sed '/^>/s/ .*//' {file} > out.fas";
+inline constexpr W wordtoolong = "the name line of sequence {number} ({name}) has {length} letters, at most {limit} are read: awk '/^>/ ? $0 = substr($0, 1, 60) : 1' {file} > out.fas";
 inline constexpr W differentlengths = "sequence {number} ({name}) has {length} letters, the first one {first}: is the file aligned?";
 inline constexpr W onesequence = "holds one sequence only: an alignment has two or more";
 inline constexpr W nosequence = "holds no sequence";
@@ -73,7 +76,7 @@ inline constexpr W looksnucleotide = "is read as protein, but looks like nucleot
 inline constexpr W looksprotein = "is read as nucleotides, but looks like protein: -t=P";
 
 // Codons.
-inline constexpr W codonlength = "has {number} columns, which is no multiple of three: does its first column begin a codon?";
+inline constexpr W codonlength = "has {number} positions, which is no multiple of three: does its first column begin a codon?";
 inline constexpr W codonstops = "stop codons inside {number} of the sequences, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon?";
 inline constexpr W codongaps = "gaps that are no whole codons in {number} of the sequences, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
 
@@ -82,11 +85,12 @@ inline constexpr W nothingbygaps = "nothing was selected, and tree programs stop
 inline constexpr W nothingbyflanks = "nothing was selected, and tree programs stop at an empty alignment: no position has the {number} sequences in agreement that b2 asks for: try a lower -b2";
 inline constexpr W nothingbylength = "nothing was selected, and tree programs stop at an empty alignment: no block is as long as b4 asks for: try a lower -b4";
 inline constexpr W emptyrow = "sequence {number} ({name}) is nothing but gaps in the selected positions, and tree programs stop at it: leave it out";
+inline constexpr W emptyspecies = "sequence {number} ({name}) is nothing but gaps and ? in the concatenation, and tree programs stop at it: leave it out";
 
 // Names.
 inline constexpr W samenames = "sequences {first} and {second} have the same name, {name}, and tree programs refuse them: rename one";
 inline constexpr W samewords = "sequences {first} and {second} have the same name up to the first blank, {name}, where many tree programs cut it: sed '/^>/s/ /_/g' {file} > out.fas";
-inline constexpr W otherorder = "has the sequences of {first} in another order, so that species would be mixed up: nothing was concatenated: --match=name puts them together by name, --match=order by their order all the same";
+inline constexpr W otherorder = "has the sequences of {first} in another order, so that species would be mixed up: {outcome}: --match=name puts them together by name, --match=order by their order all the same";
 inline constexpr W samebasename = "{first} and {second} would have results of the same name in {folder}: rename one, or trim them into two folders";
 inline constexpr W nofolder = "the folder {folder} could not be made: {reason}";
 inline constexpr W incomplete = "some of its files could not be written completely";
@@ -94,7 +98,7 @@ inline constexpr W nokey = "sequence {number} ({name}) has no name by which its 
 inline constexpr W samekeys = "sequences {first} and {second} are both called {name}, so that it is not certain which one belongs to the species: leave one out, or say with --name-end= where the name of the species ends";
 inline constexpr W unfitname = "the name of sequence {number} ({name}) {flaw}, and {form} cannot hold it, so the alignment was not trimmed: sed '/^>/s/[{characters}]/_/g' {file} > out.fas";
 inline constexpr W unfitstart = "the name of sequence {number} ({name}) {flaw}, and {form} cannot hold it, so the alignment was not trimmed: rename it";
-inline constexpr W othernames = "sequence {number} is {name}, but {other} in {first}: nothing was concatenated: --match=name puts sequences together by name, --match=order by their order all the same";
+inline constexpr W othernames = "sequence {number} is {name}, but {other} in {first}: {outcome}: --match=name puts sequences together by name, --match=order by their order all the same";
 
 // clang-format on
 

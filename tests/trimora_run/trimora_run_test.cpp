@@ -40,7 +40,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"a.fas --formt=fasta",       2, "--formt=fasta is not an option: did you mean --format?"},
     {"a.fas --format=fasta,",     2, "it has to be trimora|fasta|phylip|nexus"},
     {"a.fas --columns=y",         2, "--columns=y takes no value"},
-    {"a.fas --into=",             2, "it needs a value, FOLDER"},
+    {"a.fas --into=",             2, "it needs a value, --into=FOLDER"},
     {"a.fas --partitions",        2, "--partitions goes with a concatenation"},
     {"ended -a=y --model=LG",     2, "--model goes with --partitions"},
     {"ended -a=y --partitions --model=DNA,x", 2, "--model=DNA,x is refused"},
@@ -62,7 +62,12 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"blanks.fas -p=n -b4=2 --format=phylip", 1, "sequence 1 (a 1) holds a blank, and PHYLIP cannot hold it"},
     {"blanks -p=n -s=n -a=y --match=name -b4=2", 1, "sequences 1 and 2 are both called a"},
     {"--help",                    0, ""},
-    {"--version",                 0, ""},
+    {"a.fas --into=~/x",          2, "--into=\"$HOME\"/x"},
+    {"a.fas -s=n -p=n -a=y",      0, "a.fas: is one alignment and no list"},
+    {"long.fas",                  1, "substr($0, 1, 60) : 1' long.fas"},  // without a blank
+    {"mac.fas",                   1, "tr '\\r' '\\n' < mac.fas"},
+    {"dropped.fas -s=n -p=n -t=C", 0, "the first is TAA at column 6 of"},
+    {"a.fas --version",           0, ""},
   };
   // clang-format on
   const std::string letters = ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n";
@@ -73,6 +78,9 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
   write("ended", "a.fas\n\na.fas\n");
   write("odd.fas", ">a\nA-CD\r--7\n>c\nA-CD\r--E\n");
   write("b.pir", ">P1;a\n\nACDEF*\n>P1;b\n\nACDEF*\n");
+  write("long.fas", ">" + std::string(80, 'x') + "\nACDEF\n");
+  write("mac.fas", ">a\r" + std::string(80, 'A') + "\r>b\r" + std::string(80, 'A') + "\r");
+  write("dropped.fas", ">a\nACG--TAAACG\n>b\nACG--TTTACG\n");
   write("cut.pir", ">P1;a\nACDEF\n*\n>P1;b\nACDEF\n");
   write("cut", "cut.pir\n");
   write("mark.fas", "\xef\xbb\xbf" + letters);
@@ -92,7 +100,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 17);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 20);  // nothing was written
 }
 
 TEST_F(TrimoraRun, TabulatesWhatFailsToBeginWith) {
