@@ -11,6 +11,7 @@ import glob
 import hashlib
 import json
 import os
+import pathlib
 import re
 import shlex
 import shutil
@@ -18,7 +19,7 @@ import subprocess
 import sys
 import tempfile
 
-OWN = ("--table", "--keep-going", "--into", "--strict")  # what the workflow gives by itself, or cannot bear
+OWN = ("--match", "--table", "--keep-going", "--into", "--strict")  # what the workflow gives by itself, or cannot bear
 NO_FILES = ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
 LONGEST_PATH = 188  # of a line in a paths file
 
@@ -34,8 +35,7 @@ class Broken(Exception):
 def readpaths(name):
     """The paths of a paths file. Refuses what the program would leave out or cut."""
     try:
-        with open(name, "rb") as file:
-            lines = file.read().split(b"\n")
+        lines = pathlib.Path(name).read_bytes().split(b"\n")
     except OSError as error:
         raise Refused(f"paths file {name}: {error.strerror}")
     if not any(lines):
@@ -85,10 +85,8 @@ def readoptions(text, match):
     except ValueError as error:
         raise Refused(f"options: {error}")
     for word in words:
-        if word.startswith("--match"):
-            raise Refused(f"options: {word} is a setting of its own, as in match=name")
         if word.startswith(OWN):
-            raise Refused(f"options: {word} is not for the workflow, which says by itself what is written where")
+            raise Refused(f"options: {word} is not for the workflow; match is a setting, the others it gives by itself")
     return [*words, f"--match={match}"]
 
 
@@ -128,13 +126,12 @@ def run(program, options, paths, scratch, name, links):
     stand for, which is named in their place.
     """
     listed, table = os.path.join(scratch, name), os.path.join(scratch, "table of the batch")
-    with open(listed, "wb") as file:
-        file.writelines(os.fsencode(path) + b"\n" for path in paths)
+    pathlib.Path(listed).write_bytes(b"".join(os.fsencode(path) + b"\n" for path in paths))
     command = [program, listed, *options, "--keep-going", f"--table={table}"]
     done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
     said, text = os.fsdecode(done.stderr), ""
-    with contextlib.suppress(FileNotFoundError), open(table, "rb") as file:
-        text = os.fsdecode(file.read())
+    with contextlib.suppress(FileNotFoundError):
+        text = os.fsdecode(pathlib.Path(table).read_bytes())
     for link, path in links.items():
         said, text = said.replace(link, path), text.replace(link, path)
     if done.returncode == 2:
@@ -181,11 +178,6 @@ def logged(name):
             sys.exit(f"{reason}")
 
 
-def readrecord(name):
-    with open(name) as file:
-        return json.load(file)
-
-
 def review(results, groups, files):
     """Drop the records that no longer hold, so that their jobs are done again: files are missing or differ.
 
@@ -193,12 +185,12 @@ def review(results, groups, files):
     are known as long as they exist.
     """
     leftovers, known = os.path.join(results, "leftovers.txt"), set()
-    with contextlib.suppress(FileNotFoundError), open(leftovers, errors="surrogateescape") as file:
-        known.update(file.read().split("\n"))
+    with contextlib.suppress(FileNotFoundError):
+        known.update(pathlib.Path(leftovers).read_text(errors="surrogateescape").split("\n"))
     for name in glob.glob(os.path.join(glob.escape(results), "groups", "*.json")):
         group, rows = os.path.splitext(os.path.basename(name))[0], []
         with contextlib.suppress(ValueError):
-            rows = readrecord(name)
+            rows = json.loads(pathlib.Path(name).read_text())
         written = [file for row in rows for file in row["files"].items()]
         known.update(path for path, _ in written)
         fits = group == "concatenations" or [row["alignment"] for row in rows] == groups.get(group)
@@ -207,6 +199,5 @@ def review(results, groups, files):
     left = sorted(path for path in known.difference(files) if path and os.path.lexists(path))
     remove([leftovers])
     if left:
-        with open(leftovers, "w", errors="surrogateescape") as file:
-            file.writelines(f"{path}\n" for path in left)
+        pathlib.Path(leftovers).write_text("".join(f"{path}\n" for path in left), errors="surrogateescape")
     return left

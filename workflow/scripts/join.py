@@ -5,6 +5,7 @@ concatenations to the results, under the names that the program gives them.
 """
 import json
 import os
+import pathlib
 import shutil
 
 import batch
@@ -15,7 +16,7 @@ scratch = os.path.join(results, "concatenating")
 
 with batch.logged(snakemake.log[0]) as log:
     batch.remove(params.stale)
-    rows = [row for record in snakemake.input for row in batch.readrecord(record)]
+    rows = [row for record in snakemake.input for row in json.loads(pathlib.Path(record).read_text())]
     if [row["alignment"] for row in rows] != batch.readpaths(params.paths):
         raise batch.Refused(f"the paths file {params.paths} has changed since the workflow was started: start it again")
     passed = [row["alignment"] for row in rows if row["status"] == "ok"]
@@ -38,9 +39,7 @@ with batch.logged(snakemake.log[0]) as log:
             made.append({"alignment": name, "files": {file: batch.size(file)}})
         shutil.rmtree(scratch)
     columns = [column for column in rows[0] if column != "files"]
-    with open(output.table, "w", errors="surrogateescape") as table:
-        table.writelines("\t".join(line) + "\n" for line in [columns, *([row[c] for c in columns] for row in rows)])
-    with open(output.failed, "w", errors="surrogateescape") as failed:
-        failed.writelines(f"{row['alignment']}: {row['message']}\n" for row in rows if row["status"] != "ok")
-    with open(output.record, "w") as record:
-        json.dump(made, record)
+    lines = ["\t".join(columns), *("\t".join(row[column] for column in columns) for row in rows)]
+    failed = [f"{row['alignment']}: {row['message']}" for row in rows if row["status"] != "ok"]
+    for name, texts in (output.table, lines), (output.failed, failed), (output.record, [json.dumps(made)]):
+        pathlib.Path(name).write_text("".join(f"{text}\n" for text in texts), errors="surrogateescape")

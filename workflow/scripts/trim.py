@@ -1,6 +1,7 @@
 """Trims the alignments of one group. What was made of them before goes first: nothing old stays where one fails."""
 import json
 import os
+import pathlib
 import tempfile
 
 import batch
@@ -25,10 +26,7 @@ with batch.logged(snakemake.log[0]) as log, tempfile.TemporaryDirectory(prefix="
     if rows[0]["status"] != "ok":
         raise batch.Broken(f"{params.reference}, which settles what holds for all: {rows[0]['message']}")
     for row in rows[1:-1]:
-        if row["status"] == "ok":
-            row["files"] = {file: batch.size(file) for file in files(row["alignment"])}
-        else:
+        row["files"] = {file: batch.size(file) for file in files(row["alignment"]) if row["status"] == "ok"}
+        if not row["files"]:
             batch.remove(files(row["alignment"]))
-            row["files"] = {}
-    with open(snakemake.output[0], "w") as record:
-        record.write(json.dumps(rows[1:-1]))
+    pathlib.Path(snakemake.output[0]).write_text(json.dumps(rows[1:-1]))
