@@ -84,7 +84,9 @@ std::vector<Partitions::Line> Partitions::lines(bool codons) const {
       Line line{part.name + "_pos" + std::to_string(position + 1), {}};
       for (const Frame& frame : part.frames) {
         const long long first = frame.first + (position - frame.position + 3) % 3;
-        if (first <= frame.last) line.ranges.push_back(range(first, frame.last) + "\\3");
+        if (first > frame.last) continue;
+        // MrBayes takes no step within a range of one column.
+        line.ranges.push_back(first + 3 > frame.last ? std::to_string(first) : range(first, frame.last) + "\\3");
       }
       if (!line.ranges.empty()) all.push_back(std::move(line));
     }

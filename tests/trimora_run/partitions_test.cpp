@@ -42,8 +42,8 @@ TEST_F(PartitionFiles, RangesOfWholeGenesAndOfCodonPositions) {
   all.save("x", "DNA", true);
   EXPECT_EQ(textof("x.partitions"),
             "DNA, one_pos1 = 1-6\\3\nDNA, one_pos2 = 2-6\\3\nDNA, one_pos3 = 3-6\\3\n"
-            "DNA, two_pos1 = 11-13\\3\nDNA, two_pos2 = 7-8\\3, 9-13\\3\nDNA, two_pos3 = 8-8\\3, 10-13\\3\n");
-  EXPECT_NE(textof("x.nex").find("charset two_pos2 = 7-8\\3 9-13\\3;"), std::string::npos);
+            "DNA, two_pos1 = 11\nDNA, two_pos2 = 7, 9-13\\3\nDNA, two_pos3 = 8, 10-13\\3\n");
+  EXPECT_NE(textof("x.nex").find("charset two_pos2 = 7 9-13\\3;"), std::string::npos);
   Partitions().save("empty", "DNA", false);
   EXPECT_EQ(textof("empty.partitions"), "");
   EXPECT_EQ(textof("empty.nex"), "#NEXUS\nbegin sets;\nend;\n");
