@@ -42,6 +42,7 @@ constexpr Signature signatures[] = {
     {"CLUSTAL", "CLUSTAL", "clustal"},
     {"MUSCLE", "CLUSTAL", "clustal"},
     {"#NEXUS", "NEXUS", "nexus"},
+    {"#MEGA", "MEGA", "mega"},
     {"# STOCKHOLM", "Stockholm", "stockholm"},
     {"!!AA_MULTIPLE_ALIGNMENT", "MSF", "msf"},
     {"!!NA_MULTIPLE_ALIGNMENT", "MSF", "msf"},
