@@ -1,11 +1,11 @@
 #include "trimora_run/columns.h"
 
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -61,7 +61,8 @@ class ScoreTexts {
  public:
   ScoreTexts() : entries_(size) {}
   const Word& of(float score) {
-    const auto bits = std::bit_cast<std::uint32_t>(score);
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &score, sizeof bits);  // std::bit_cast is missing from the library of Debian's Emscripten
     Entry& entry = entries_[(bits * 2654435761U) >> 22];  // a number near 2^32 over the golden ratio spreads them
     if (entry.bits != bits) {
       entry.bits = bits;
@@ -94,7 +95,7 @@ char* putscore(char* to, float score) {
   if (static_cast<float>(whole) == score) return putnumber(to, whole);
   static constexpr double scales[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9};
   const auto value = static_cast<double>(score);
-  const auto next = std::bit_cast<float>(std::bit_cast<std::uint32_t>(score) + 1);
+  const float next = std::nextafter(score, std::numeric_limits<float>::infinity());
   const double ulp = static_cast<double>(next) - value;
   int decimals = 1;
   while (decimals < 9 && scales[decimals] * ulp <= 1) ++decimals;  // so many are always enough
