@@ -144,7 +144,7 @@ bool Run::carryout() {
 /// Open the file and load the alignment, or the first one of a batch. With --keep-going that is the first one that can be
 /// loaded, and all follow its format; those that cannot fail when their turn comes.
 std::optional<Alignment> Run::open() {
-  const auto opens = [](const std::string& path) { return static_cast<bool>(InputFile(path)); };
+  const auto opens = [](const std::string& path) { return unfit(path).empty() && InputFile(path); };
   const auto list = arguments_.keepgoing ? listedpaths(arguments_.file) : std::nullopt;
   std::optional<Alignment> loaded;
   if (!list || list->empty() || list->front().starts_with('>') || std::none_of(list->begin(), list->end(), opens)) {
@@ -175,6 +175,7 @@ std::optional<Alignment> Run::open() {
 /// Load the alignment in work, one of a list, in the format of the first one. Where none could be loaded by itself there is
 /// no format, and each is refused or fails in its own.
 Alignment Run::loadlisted() {
+  if (const std::string why = unfit(run_.fichero1); !why.empty()) refuse(run_.fichero1, why, "\nFile not opened\n");
   InputFile file(run_.fichero1);
   if (!file) errfunc("\nFile not opened\n");
   InputState state = run_;

@@ -57,6 +57,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     {"ended",                     1, "the result a.fas-tr would be written twice"},
     {"marked -s=n -p=n",          1, "mark.fas: begins with an invisible mark"},
     {"nested -s=n -p=n",          1, "ended: is a list of alignments"},
+    {"pipes -s=n -p=n",           1, "/dev/null: is a pipe"},              // where a named one would wait for ever
     {"cut --keep-going",          1, "cut.pir: sequence 2 (b) does not end with '*'"},  // nor is it read as FASTA
     {"ended --into=folder",       1, "a.fas and a.fas would have results of the same name in folder"},
     {"blanks.fas -p=n -b4=2 --format=phylip", 1, "sequence 1 (a 1) holds a blank, and PHYLIP cannot hold it"},
@@ -85,6 +86,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
   write("cut", "cut.pir\n");
   write("mark.fas", "\xef\xbb\xbf" + letters);
   write("marked", "a.fas\nmark.fas\n");
+  write("pipes", "a.fas\n/dev/null\n");
   write("nested", "a.fas\nended\n");
   write("mixed", "a.fas\nb.pir\n");
   write("dna.fas", ">a\nACGUNACGTTACGTTACGTT--\n>b\nACGTTACGTTACGTTACGTTAC\n");
@@ -100,7 +102,7 @@ TEST_F(TrimoraRun, TellsByStatusAndNotes) {
     EXPECT_TRUE(*c.named == '\0' ? said.empty() : said.find(c.named) != std::string::npos)
         << c.arguments << ": " << said;
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 20);  // nothing was written
+  EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), 21);  // nothing was written
 }
 
 TEST_F(TrimoraRun, TabulatesWhatFailsToBeginWith) {
