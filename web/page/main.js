@@ -7,13 +7,13 @@ import { options, refused } from "./parameters.js";
 import * as opening from "./open.js";
 import * as plot from "./plot.js";
 import * as saving from "./save.js";
-import { numseq, showwhen, state, update } from "./state.js";
+import { numseq, shownrow, showwhen, state, update } from "./state.js";
 import * as summary from "./summary.js";
 import * as viewer from "./viewer.js";
 
 const patience = 150; // milliseconds that a run under way is waited for before it is dropped
-const mostletters = 3e8; // bytes of the alignment that the viewer holds
-const mostviewed = 5e8; // bytes of all alignments, beyond which it holds none
+const mostshown = 3e8; // bytes of an alignment whose letters are all shown
+const firstbytes = 2e8; // bytes of a larger one whose letters are
 const wrongusage = 2; // a value of the link that no sequence of this alignment allows: the form then says why
 const large = 1e8; // bytes from which on the page says beforehand what a run needs
 
@@ -64,15 +64,16 @@ async function select() {
 
 /** The letters of the alignment shown, once its first run is done. */
 async function letters() {
-  const { opened, shown } = state;
+  const { opened, shown, columns } = state, row = shownrow(state);
   if (!opened) return;
-  if (opened.bytes > mostviewed) {
-    return update({ notice: "So large an alignment is not shown letter by letter: numbers, plot and blocks hold for all of it." });
-  }
+  const inpart = (opened.inputs.find(({ name }) => name === shown)?.blob.size ?? 0) > mostshown;
+  if (inpart && (!columns || !row)) return;
   reading = true;
   try {
-    const found = await ask({ job: "letters", name: shown, limit: mostletters });
-    if (opened === state.opened && shown === state.shown) update({ letters: found });
+    const found = await ask({ job: "letters", name: shown, part: inpart && columns && row
+      ? { bytes: firstbytes, column: columns.column, width: Number(row.columns), numseq: Number(row.sequences) } : undefined });
+    if (opened !== state.opened || shown !== state.shown) return;
+    update(found || !inpart ? { letters: found } : { notice: "The letters are not shown: the first sequences of this file could not be read by themselves." });
   } catch (error) {
     if (error instanceof Error && !(error instanceof Dropped)) update({ notice: error.message });
   } finally {
@@ -86,7 +87,7 @@ showwhen((now) => [now.opened], ({ opened }) => {
   if (!opened) return;
   open(opened.inputs);
   if (opened.bytes > large) {
-    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${(opened.bytes * (opened.bytes > mostviewed ? 3 : 8) / 1e9).toFixed(1)} GB of memory for it. ` +
+    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${((opened.bytes > mostshown ? 3 * opened.bytes + 1e9 : 8 * opened.bytes) / 1e9).toFixed(1)} GB of memory for it. ` +
       `The installed program needs ${(opened.bytes * 1.2 / 1e9).toFixed(1)} GB: trimora-run ${opened.file}` });
   }
 });

@@ -66,18 +66,16 @@ export const place = (p) => p - 1 + Math.floor((p - 1) / linelength);
 
 /**
  * The records of a plain FASTA file that the program wrote: of each the name and where its letters start.
- * @param {Uint8Array} bytes @param {number} nupo positions @param {number} limit bytes that are kept at most
+ * @param {Uint8Array} bytes @param {number} nupo positions
  */
-export function readletters(bytes, nupo, limit) {
+export function readletters(bytes, nupo) {
   const names = [], starts = [];
   let at = 0;
   while (at < bytes.length) {
     const start = bytes.indexOf(newline, at) + 1;
-    const end = start + place(nupo) + 2;
-    if (end > limit && names.length > 0) break;
     names.push(text.decode(bytes.subarray(at + 1, start - 1)).trim());
     starts.push(start);
-    at = end;
+    at = start + place(nupo) + 2;
   }
-  return { bytes: at < bytes.length ? bytes.slice(0, at) : bytes, names, starts };
+  return { bytes, names, starts };
 }

@@ -231,7 +231,7 @@ export function connect() {
     top = 1;
     focus = { row: 1, p: 1 };
     part.textContent = letters && letters.names.length < letters.numseq
-      ? `The first ${letters.names.length} of ${letters.numseq} sequences are shown: more would take too much memory. All of them count.` : "";
+      ? `Of so large an alignment the first ${letters.names.length} of ${letters.numseq} sequences are shown, in all their positions; numbers, plot and blocks are those of the whole.` : "";
   });
   showwhen((now) => [now.letters, now.columns, now.first], align);
   showwhen((now) => [now.at, now.marked, now.values, now.table], draw);

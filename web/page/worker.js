@@ -2,14 +2,15 @@
 
 import { zipSync } from "fflate";
 import { run } from "trimora";
-import { readcolumns, readletters, readtable } from "./tables.js";
+import { letters } from "./letters.js";
+import { readcolumns, readtable } from "./tables.js";
 
 /** @typedef {{name: string, blob: Blob}} Input */
 /**
  * What the page asks for.
  * @typedef {{job: "open", program: WebAssembly.Module, inputs: Input[]}
  *   | {job: "select", args: string[], shown: string}
- *   | {job: "letters", name: string, limit: number}
+ *   | {job: "letters", name: string, part?: import("./letters.js").Part}
  *   | {job: "write", args: string[], zip?: {name: string, also: Record<string, Uint8Array>}}} Job
  */
 
@@ -46,16 +47,8 @@ const jobs = {
     };
   },
 
-  /** The alignment as the program read it: a batch of this one whose input is concatenated. */
-  async letters({ name, limit }) {
-    const bytes = (await read())[name];
-    const made = await run({ alignment: bytes, list: new TextEncoder().encode("alignment\n") },
-      ["list", "-c=Y", "-s=N", "-p=N", "--format=fasta", "--table=table.tsv"], { program });
-    const [row] = readtable(made.files["table.tsv"] ?? new Uint8Array());
-    const written = made.files["list.seq.fasta"];
-    if (!written || !row) return null;
-    const nucleotides = /^\s*>D.;/.test(text.decode(bytes.subarray(0, 200))); // NBRF/PIR tells, FASTA does not
-    return { ...readletters(written, Number(row.positions), limit), numseq: Number(row.sequences), nucleotides };
+  async letters({ name, part }) {
+    return letters((given, args) => run(given, args, { program }), (await read())[name], part);
   },
 
   /** Every file that the run writes, or one zip of them. */

@@ -12,6 +12,7 @@ import { gzipSync } from "node:zlib";
 import axe from "axe-core";
 import { unzipSync } from "fflate";
 import puppeteer from "puppeteer-core";
+import { letters } from "../page/letters.js";
 import { browsers } from "./browsers.mjs";
 
 const { TRIMORA_PAGE = "", TRIMORA_RUN = "" } = process.env;
@@ -237,6 +238,25 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.deepEqual(errors, []);
     assert(readFileSync(TRIMORA_PAGE).length < 400000);
   });
+});
+
+test("of a large alignment the first sequences are shown, in the positions of the whole", async () => {
+  const { run } = await import(new URL("package/trimora.mjs", url).href);
+  const rows = ["AC--EF.GH", "AC--EFKGH", "A--CEF.GH", "A--CEFKGH"]; // column 3 has letters in no sequence, 4 and 7 in some
+  const formats = { fasta: (row, i) => `>s${i}\n${row.slice(0, 4)}\n${row.slice(4)}\n`, pir: (row, i) => `>P1;s${i}\nno name\n${row}*\n` };
+  const part = { column: Uint32Array.from([1, 2, 4, 5, 6, 7, 8, 9]), width: 9, numseq: 4 };
+  for (const [format, record] of Object.entries(formats)) {
+    const bytes = Buffer.from(rows.map(record).join("")), length = bytes.length / 4;
+    const read = async (part) => {
+      const { bytes: there, names, starts } = await letters(run, new Uint8Array(bytes), part);
+      return names.map((name, i) => `${name} ${Buffer.from(there.subarray(starts[i], starts[i] + 8))}`);
+    };
+    const whole = await read();
+    assert.equal(whole[0], "s0 AC-EF-GH", format);
+    for (const [limit, shown] of [[3, 1], [length - 1, 1], [3 * length, 3], [4 * length - 1, 3]]) {
+      assert.deepEqual(await read({ ...part, bytes: limit }), whole.slice(0, shown), `${format}, ${limit} bytes`);
+    }
+  }
 });
 
 test("when memory ends, a sentence says so and the page goes on", async () => {

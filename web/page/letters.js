@@ -1,0 +1,64 @@
+// The letters of an alignment as the program reads them; of a large one, those of its first sequences.
+
+import { readletters, readtable } from "./tables.js";
+
+const newline = 10, mark = 62; // ">", with which records begin
+const text = new TextDecoder();
+
+/**
+ * Which part of an alignment is enough.
+ * @typedef {object} Part
+ * @property {number} bytes of the file at most, but for the first sequence
+ * @property {Uint32Array} column of the file in which each position of the whole alignment stands
+ * @property {number} width columns of the file
+ * @property {number} numseq sequences of the whole alignment
+ */
+
+/** Where the last record begins that begins up to `limit`, or the second one, if later. @param {Uint8Array} bytes @param {number} limit */
+function cut(bytes, limit) {
+  const first = bytes.indexOf(mark), begins = (/** @type {number} */ at) => bytes[at - 1] === newline;
+  let at = bytes.lastIndexOf(mark, limit);
+  while (at > first && !begins(at)) at = bytes.lastIndexOf(mark, at - 1);
+  if (at > first) return at;
+  at = limit;
+  do at = bytes.indexOf(mark, at + 1); while (at > 0 && !begins(at));
+  return at > 0 ? at : bytes.length;
+}
+
+/**
+ * The first records, and behind them one that has a residue in each position of the whole alignment: so the program drops
+ * the same columns from this part as from the whole.
+ * @param {Uint8Array} bytes @param {Part} part
+ */
+function firstrecords(bytes, { bytes: limit, column, width }) {
+  const pir = /^\s*>..;/.test(text.decode(bytes.subarray(0, 200)));
+  const last = new Uint8Array(width).fill("-".charCodeAt(0));
+  for (const c of column) last[c - 1] = "A".charCodeAt(0);
+  const pieces = [bytes.subarray(0, cut(bytes, limit)), ...(pir ? [">P1;last\n\n", last, "*\n"] : [">last\n", last, "\n"])]
+    .map((piece) => (typeof piece === "string" ? new TextEncoder().encode(piece) : piece));
+  const whole = new Uint8Array(pieces.reduce((n, piece) => n + piece.length, 0));
+  let at = 0;
+  for (const piece of pieces) {
+    whole.set(piece, at);
+    at += piece.length;
+  }
+  return whole;
+}
+
+/**
+ * Read the letters: a batch of this one alignment whose input is concatenated.
+ * @param {(files: Record<string, Uint8Array>, args: string[]) => Promise<{files: Record<string, Uint8Array>}>} run the program
+ * @param {Uint8Array} bytes of the file @param {Part} [part] without it, all sequences
+ * @returns {Promise<import("./state.js").Letters | null>} null when the program reads no alignment, or another one in the part
+ */
+export async function letters(run, bytes, part) {
+  const alignment = part ? firstrecords(bytes, part) : bytes;
+  const { files } = await run({ alignment, list: new TextEncoder().encode("alignment\n") },
+    ["list", "-c=Y", "-s=N", "-p=N", "--format=fasta", "--table=table.tsv"]);
+  const [row] = readtable(files["table.tsv"] ?? new Uint8Array()), written = files["list.seq.fasta"];
+  if (!written || !row || (part && Number(row.positions) !== part.column.length)) return null;
+  const found = readletters(written, Number(row.positions));
+  if (part) found.names.pop();
+  const nucleotides = /^\s*>D.;/.test(text.decode(bytes.subarray(0, 200))); // NBRF/PIR tells, FASTA does not
+  return { ...found, numseq: part?.numseq ?? Number(row.sequences), nucleotides };
+}
