@@ -97,8 +97,9 @@ std::string takeown(const std::string& word, Arguments& arguments) {
   const bool valued = equals != std::string::npos;
   if (own->values.empty() && valued) return word + " takes no value";
   const std::string value = valued ? word.substr(equals + 1) : "";
-  if (!own->values.empty() && value.empty())
+  if (!own->values.empty() && value.empty()) {
     return word + " is refused: it needs a value, " + name + "=" + std::string(own->values);
+  }
   if (!own->take(value, arguments)) return word + " is refused: it has to be " + std::string(own->values);
   return "";
 }

@@ -41,6 +41,8 @@ struct Signature {
 constexpr Signature signatures[] = {
     {"CLUSTAL", "CLUSTAL", "clustal"},
     {"MUSCLE", "CLUSTAL", "clustal"},
+    {"KALIGN", "CLUSTAL", "clustal"},
+    {"PROBCONS", "CLUSTAL", "clustal"},
     {"#NEXUS", "NEXUS", "nexus"},
     {"#MEGA", "MEGA", "mega"},
     {"# STOCKHOLM", "Stockholm", "stockholm"},

@@ -31,6 +31,17 @@ std::vector<Answer> apply(Arguments& arguments, RunState& run) {
   return applyoptions(static_cast<int>(arguments.settled.size()), arguments.settled.data(), 0, run);
 }
 
+/// Why trimora refuses a value, from its warning of several lines, in one; where it gives no reason the range tells.
+std::string reason(const std::string& warning) {
+  const std::string_view opening = "not properly entered.";
+  std::string text = warning.substr(warning.find(opening) + opening.size());
+  for (char& c : text) c = c == '\n' ? ' ' : c;
+  const bool b3 = warning.find("-b3 ") != std::string::npos;
+  if (text == " ") text = b3 ? " it has to be from 0 to 32000" : " it has to be from 2 to 32000";
+  if (text.ends_with(' ')) text.pop_back();
+  return text;
+}
+
 /// Refuse the first option that was not taken as it was written.
 void check(const std::vector<Answer>& answers, const Arguments& arguments) {
   for (std::size_t k = 0; k < answers.size(); ++k) {
@@ -38,7 +49,7 @@ void check(const std::vector<Answer>& answers, const Arguments& arguments) {
     if (answers[k].kind == Answer::ignored) throw WrongUsage{option + " is not an option"};
     if (answers[k].kind == Answer::guessed) throw WrongUsage{option + " is not a whole number"};
     if (answers[k].kind == Answer::refused) {
-      throw WrongUsage{option + " is refused:" + withoutnewline(answers[k].warning)};
+      throw WrongUsage{option + " is refused:" + reason(answers[k].warning)};
     }
   }
 }
@@ -147,6 +158,10 @@ std::optional<Alignment> Run::open() {
   const auto opens = [](const std::string& path) { return unfit(path).empty() && InputFile(path); };
   const auto list = arguments_.keepgoing ? listedpaths(arguments_.file) : std::nullopt;
   std::optional<Alignment> loaded;
+  if (InputFile file(arguments_.file); file) {  // a pipe in the first line would be opened to see whether it is there
+    const std::string first = firstline(file);
+    if (const std::string why = unfit(first); !why.empty()) refuse(first, why, "\nFile not opened\n");
+  }
   if (!list || list->empty() || list->front().starts_with('>') || std::none_of(list->begin(), list->end(), opens)) {
     loaded = openfile(run_);
     opened_ = loaded.has_value();
