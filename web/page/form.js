@@ -1,10 +1,20 @@
 // The form of the parameters, made of their table.
 
-import { bounds, fromlink, inforce, parameters, shownorder, tolink } from "./parameters.js";
+import { bounds, fromlink, inforce, parameters, share, shownorder, tolink } from "./parameters.js";
 import { element, make, numseq, show, showwhen, state, update } from "./state.js";
 
-/** Set one value, "" for the default. @param {string} name @param {string} value */
-const set = (name, value) => update({ values: { ...state.values, [name]: value } });
+/**
+ * Set one value, "" for the default. The alignments of a batch differ in their numbers of sequences: there b1 and b2 are
+ * kept as shares of these, both, as the program wants.
+ * @param {string} name @param {string} value
+ */
+function set(name, value) {
+  const values = { ...state.values, [name]: value }, n = numseq(state);
+  if ((state.opened?.alignments.length ?? 0) > 1 && n > 0) {
+    for (const one of ["b1", "b2"]) if (/^\d+$/.test(values[one] ?? "")) values[one] = share(Number(values[one]), n);
+  }
+  update({ values });
+}
 
 /** @param {import("./parameters.js").Parameter} parameter */
 function field({ name, label, effect, choices, slider }) {
@@ -29,14 +39,15 @@ function field({ name, label, effect, choices, slider }) {
     } else {
       const known = numseq(now) > 0 || !/^b[12]$/.test(name);
       const { least, most, wrong: why } = bounds(now.values, name, numseq(now));
-      const number = known ? String(inforce(now.values, name, numseq(now))) : value;
-      if (document.activeElement !== control || value) control.value = number;
+      const number = known ? String(inforce(now.values, name, numseq(now))) : value.replace(/.*%$/, "");
+      const typed = document.activeElement === control && (value === "" || value === share(Number(control.value), numseq(now)));
+      if (!typed) control.value = number;
       control.min = range.min = String(least);
       control.max = String(most);
       range.max = String(Math.min(most, slider ?? most));
       range.value = number;
       range.disabled = !known;
-      extent.textContent = known ? `. Default ${inforce({ ...now.values, [name]: "" }, name, numseq(now))}, from ${least} to ${most}` : "";
+      extent.textContent = known ? `. Default ${inforce({ ...now.values, [name]: "" }, name, numseq(now))}, from ${least} to ${most}${value.endsWith("%") ? `; now ${value} of each alignment's` : ""}` : "";
       wrong.textContent = known ? why : "";
       control.setAttribute("aria-invalid", String(known && why !== ""));
     }
@@ -44,7 +55,7 @@ function field({ name, label, effect, choices, slider }) {
   });
 
   const row = make("div", { className: "field" },
-    make("label", { htmlFor: name }, make("b", {}, name === "t" ? "" : name), ` ${label}`), control,
+    make("label", { htmlFor: name }, make("b", {}, name), ` ${label}`), control,
     ...(range ? [range] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
   return row;
 }

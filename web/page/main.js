@@ -7,7 +7,7 @@ import { options, refused } from "./parameters.js";
 import * as opening from "./open.js";
 import * as plot from "./plot.js";
 import * as saving from "./save.js";
-import { numseq, shownrow, showwhen, state, update } from "./state.js";
+import { matching, numseq, shownrow, showwhen, state, update } from "./state.js";
 import * as summary from "./summary.js";
 import * as viewer from "./viewer.js";
 
@@ -36,7 +36,7 @@ async function select() {
   let status = 0;
   update({ running: true });
   try {
-    const goingon = opened.alignments.length > 1 ? ["--keep-going"] : [];
+    const goingon = opened.alignments.length > 1 ? [...matching(state), "--keep-going"] : [];
     const made = await ask({ job: "select", args: [opened.file, ...options(values), ...goingon], shown });
     if (opened !== state.opened) return;
     status = made.status;
@@ -91,6 +91,6 @@ showwhen((now) => [now.opened], ({ opened }) => {
       `The installed program needs ${(opened.bytes * 1.2 / 1e9).toFixed(1)} GB: trimora-run ${opened.file}` });
   }
 });
-showwhen((now) => [now.opened, now.values, now.shown], select);
+showwhen((now) => [now.opened, now.values, now.shown, now.outputs.match], select);
 showwhen((now) => [now.running], ({ running }) => document.body.classList.toggle("running", running));
 update({});

@@ -15,10 +15,14 @@ import { element, showwhen, state, update } from "./state.js";
  * @property {string} file what the program is given: the alignment, or the paths file of a batch
  * @property {boolean} made whether the page made that paths file
  * @property {number} bytes of all alignments
+ * @property {string[]} windows names of those that have the line ends of Windows
+ * @property {[string, string][]} cleaned the file dropped, and the name under which the page took its line ends out
  */
 
 /** Of a file: in 32 bits fit its letters, a second copy of them and what is written. */
 export const mostbytes = 1.5e9;
+
+const headbytes = 65536; // of a file, which tell what it is
 
 /** @type {{title: string, about: string, type: string, files: Record<string, string>}[]} */
 const examples = [
@@ -44,7 +48,7 @@ async function unpacked({ name, blob }) {
 /**
  * Make of the files of one gesture what a run works on. Of several files those are taken that begin as alignments do,
  * and a paths file that lists some of them.
- * @param {import("./worker.js").Input[]} given @returns {Promise<Opened & {leftout: string[]}>}
+ * @param {import("./worker.js").Input[]} given @returns {Promise<Omit<Opened, "windows" | "cleaned"> & {leftout: string[]}>}
  */
 async function arrange(given) {
   const inputs = [];
@@ -53,7 +57,7 @@ async function arrange(given) {
   if (inputs.length === 1) {
     return { inputs, alignments: [only.name], file: only.name, made: false, bytes: only.blob.size, leftout: [] };
   }
-  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, 65536).text()));
+  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, headbytes).text()));
   const alignments = inputs.filter((_, k) => heads[k].trimStart().startsWith(">"));
   const rest = inputs.filter((input) => !alignments.includes(input));
   const sum = (/** @type {import("./worker.js").Input[]} */ files) => files.reduce((n, { blob }) => n + blob.size, 0);
@@ -91,13 +95,37 @@ async function arrange(given) {
 /** The type of sequence that came with an example, and goes with it. */
 let lent = "";
 
-/** Open the files of one gesture. @param {Promise<import("./worker.js").Input[]>} coming @param {string} [type] of an example */
-async function open(coming, type) {
+/** The same lines as on Linux. @param {Blob} blob */
+async function withoutreturns(blob) {
+  return new Blob([new Uint8Array(await blob.arrayBuffer()).filter((c) => c !== 13)]);
+}
+
+/** Open the alignments that are open once more, those with the line ends of Windows without these and under another name. */
+async function takeout() {
+  const { opened } = state;
+  if (!opened) return;
+  /** @type {[string, string][]} */
+  const cleaned = opened.windows.map((name) => [name, name.replace(/(\.[^./]*)?$/, ".unix$1")]);
+  const inputs = opened.inputs.filter(({ name }) => opened.alignments.includes(name)).map(async ({ name, blob }) => {
+    const [, to] = cleaned.find(([from]) => from === name) ?? [];
+    return to ? { name: to, blob: await withoutreturns(blob) } : { name, blob };
+  });
+  await open(Promise.all(inputs), undefined, cleaned);
+}
+
+/**
+ * Open the files of one gesture.
+ * @param {Promise<import("./worker.js").Input[]>} coming @param {string} [type] of an example @param {[string, string][]} [cleaned]
+ */
+async function open(coming, type, cleaned = []) {
   try {
     update({ notice: "Reading …" });
     const given = await coming;
     if (given.length === 0) return update({ notice: "There was no file." });
-    const { leftout, ...opened } = await arrange(given);
+    const { leftout, ...arranged } = await arrange(given);
+    const files = arranged.inputs.filter(({ name }) => arranged.alignments.includes(name));
+    const heads = await Promise.all(files.map(({ blob }) => blob.slice(0, headbytes).text()));
+    const opened = { ...arranged, windows: files.filter((_, k) => heads[k].includes("\r\n")).map(({ name }) => name), cleaned };
     if (opened.bytes > mostbytes) {
       throw new Error(`This is ${(opened.bytes / 1e9).toFixed(1)} GB; a page can work on ${mostbytes / 1e9} GB at most. ` +
         "The installed program has no such limit: trimora-run " + opened.file);
@@ -180,6 +208,9 @@ export function connect() {
     if (event.dataTransfer) open(listed(event.dataTransfer));
   });
 
+  const unix = element("unix", HTMLButtonElement);
+  unix.addEventListener("click", takeout);
+
   const notice = element("notice", HTMLElement), details = element("opening", HTMLDetailsElement);
   showwhen((now) => [now.notice], (now) => {
     notice.textContent = now.notice;
@@ -187,5 +218,6 @@ export function connect() {
   showwhen((now) => [now.opened], (now) => {
     document.body.classList.toggle("opened", now.opened !== null);
     details.open = now.opened === null;
+    unix.hidden = !now.opened?.windows.length;
   });
 }

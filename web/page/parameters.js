@@ -54,7 +54,8 @@ const find = (/** @type {string} */ name) => parameters.find((parameter) => para
  * @param {Record<string, string>} values @param {string} name @param {number} numseq @returns {number}
  */
 export function inforce(values, name, numseq) {
-  if (values[name]) return Number(values[name]);
+  const value = values[name];
+  if (value) return value.endsWith("%") ? Math.floor((numseq * Number(value.slice(0, -1))) / 100) : Number(value);
   return find(name)?.standard?.(numseq, (other) => inforce(values, other, numseq)) ?? 0;
 }
 
@@ -68,7 +69,7 @@ export function bounds(values, name, numseq) {
   const value = inforce(values, name, numseq);
   const because = (/** @type {string} */ why) => (why && ` (${why})`);
   let wrong = "";
-  if (!/^\d*$/.test(values[name] ?? "")) wrong = "Has to be a whole number.";
+  if (!/^\d*%?$/.test(values[name] ?? "")) wrong = "Has to be a whole number.";
   else if (value < least) wrong = `At least ${least}${because(whyleast)}.`;
   else if (value > most) wrong = `At most ${most}${because(whymost)}.`;
   return { least, most, wrong };
@@ -77,6 +78,9 @@ export function bounds(values, name, numseq) {
 /** Whether the program would refuse any of the values. @param {Record<string, string>} values @param {number} numseq */
 export const refused = (values, numseq) =>
   parameters.some(({ name, range }) => range && numseq > 0 && bounds(values, name, numseq).wrong !== "");
+
+/** The share, in per cent, from which the program makes this number of sequences: it cuts off. @param {number} number @param {number} numseq */
+export const share = (number, numseq) => `${Math.ceil((number * 100) / numseq)}%`;
 
 /** The options that differ from their defaults. @param {Record<string, string>} values */
 export const options = (values) =>
@@ -94,7 +98,7 @@ export function fromlink(link) {
   for (const { name, choices } of parameters) {
     const value = found.get(name) ?? "";
     const letter = value.slice(0, 1).toUpperCase();
-    if (choices ? letter in choices : /^\d{1,5}$/.test(value)) values[name] = choices ? letter : value;
+    if (choices ? letter in choices : /^\d{1,5}$/.test(value) || (/^b[12]$/.test(name) && /^\d{1,3}%$/.test(value))) values[name] = choices ? letter : value;
   }
   return values;
 }

@@ -75,7 +75,7 @@ async function write(given, zip) {
   try {
     const { status, stderr, files } = await ask({ job: "write", args: given, zip });
     const names = Object.keys(files), whole = status === 0 || failures();
-    said.textContent = !whole ? stderr : names.length === 0 ? "Nothing was written." : "";
+    said.textContent = !whole ? stderr.replace(/^trimora-run: /gm, "") : names.length === 0 ? "Nothing was written." : "";
     return whole && names.length > 0 ? files : null;
   } catch (error) {
     said.textContent = error instanceof Dropped ? "Not saved, since something was changed meanwhile." : error instanceof Error ? error.message : String(error);
@@ -145,6 +145,7 @@ export function connect() {
   element("closereport", HTMLButtonElement).addEventListener("click", () => element("report", HTMLDialogElement).close());
 
   const command = element("command", HTMLElement), copied = element("saved", HTMLElement);
+  showwhen((now) => [now.opened, now.values, now.outputs], () => (copied.textContent = "")); // it was about another run
   const copying = (/** @type {string} */ id, /** @type {() => string} */ text, /** @type {string} */ what) =>
     element(id, HTMLButtonElement).addEventListener("click", async () => {
       copied.textContent = await copy(text()) ? `${what} copied.` : "The browser did not let the page copy.";
@@ -157,7 +158,9 @@ export function connect() {
     for (const part of document.querySelectorAll(".ofbatch")) part.toggleAttribute("hidden", !batch());
     const list = !now.opened.made ? "" : now.opened.alignments.length > mostlisted ? "# paths.txt, which names the alignments, is in the zip\n"
       : `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n`;
-    command.textContent = `${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
+    const cleaning = now.opened.cleaned.length > mostlisted ? "# *.unix.*: the alignments without their Windows line ends, tr -d '\\r'\n"
+      : now.opened.cleaned.map(([from, to]) => `tr -d '\\r' < ${quoted(from)} > ${quoted(to)}\n`).join("");
+    command.textContent = `${cleaning}${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
     const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostreport));
     openreport.disabled = !small || refused(now.values, numseq(now));
     openreport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";

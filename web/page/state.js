@@ -91,6 +91,9 @@ export const shownrow = (now) => now.table.find((row) => row.alignment === now.s
 /** Sequences of the alignment shown; 0: not known. @param {State} now */
 export const numseq = (now) => Number(shownrow(now)?.sequences) || now.letters?.numseq || 0; // a failed one has none
 
+/** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
+export const matching = (now) => (now.outputs.match ? [`--match=${now.outputs.match}`] : []);
+
 /** @template {HTMLElement} T @param {string} id @param {{new(): T}} type @returns {T} */
 export function element(id, type) {
   const found = document.getElementById(id);

@@ -26,7 +26,8 @@ export function explain(now, p) {
 export function connect() {
   const said = element("said", HTMLElement), notes = element("notes", HTMLElement);
   const failure = element("failure", HTMLElement), printed = element("printed", HTMLElement);
-  const batch = element("batch", HTMLElement), why = element("why", HTMLElement), blocks = element("blocks", HTMLElement);
+  const batch = element("batch", HTMLElement), why = element("why", HTMLElement), whyhere = element("whyhere", HTMLElement);
+  const blocks = element("blocks", HTMLElement);
   const heading = element("openh", HTMLElement);
 
   showwhen((now) => [now.opened, now.table, now.shown], (now) => {
@@ -90,7 +91,8 @@ export function connect() {
   });
 
   showwhen((now) => [now.at, now.columns], (now) => {
-    why.textContent = explain(now, now.at) || "Point at a position in the plot or in the alignment to see why it is selected or not.";
+    whyhere.textContent = explain(now, now.at);
+    why.textContent = whyhere.textContent || "Point at a position in the plot or in the alignment to see why it is selected or not.";
   });
 
   const hint = element("lines", HTMLElement);

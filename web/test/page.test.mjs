@@ -173,6 +173,24 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await says("command", "--keep-going");
   });
 
+  test("b1 and b2 fit every alignment of a batch, and Windows line ends can be taken out", async () => {
+    const two = genes["primates_mt_2.fas"].toString().split(">").slice(0, 11).join(">"); // ten of the twelve species
+    const windows = { "primates_mt_1.fas": genes["primates_mt_1.fas"], "two.fas": Buffer.from(two.replaceAll("\n", "\r\n")) };
+    await drop(windows);
+    await says("notes", "two.fas: has Windows line ends");
+    await page.$eval("#unix", (button) => button.click());
+    await says("batchtable", "two.unix.fas");
+    await enter("b2", "11");
+    await tick("s");
+    await settled();
+    const command = await text("command");
+    assert.match(command, /^tr -d .* < two\.fas > two\.unix\.fas\nprintf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
+    const files = { "primates_mt_1.fas": windows["primates_mt_1.fas"], "two.unix.fas": Buffer.from(two) };
+    const list = Buffer.from("primates_mt_1.fas\ntwo.unix.fas\n");
+    assert.deepEqual(await zip(), { "paths.txt": list, ...native({ ...files, "paths.txt": list }, command.split("trimora-run ")[1].split(" ")) });
+    await page.$eval("#defaults", (button) => button.click());
+  });
+
   test("what is no alignment is said in a sentence, and the page goes on", async () => {
     await drop({ "notes.txt": Buffer.from("Dear diary\n") });
     await says("failure", "notes.txt");
