@@ -47,7 +47,7 @@ function field({ name, label, effect, choices, slider }) {
       range.max = String(Math.min(most, slider ?? most));
       range.value = number;
       range.disabled = !known;
-      extent.textContent = known ? `. Default ${inforce({ ...now.values, [name]: "" }, name, numseq(now))}, from ${least} to ${most}${value.endsWith("%") ? `; now ${value} of each alignment's` : ""}` : "";
+      extent.textContent = known ? `. Default ${inforce({ ...now.values, [name]: "" }, name, numseq(now))}, from ${least} to ${most}${value.endsWith("%") && !why ? `; now ${value} of each alignment's` : ""}` : "";
       wrong.textContent = known ? why : "";
       control.setAttribute("aria-invalid", String(known && why !== ""));
     }

@@ -1,7 +1,7 @@
 // What was selected, in words: the count, the notes of the program, the alignments of a batch, the blocks.
 
 import { inforce } from "./parameters.js";
-import { element, kinds, make, numseq, showwhen, shownrow, state, update } from "./state.js";
+import { element, kinds, make, showwhen, shownrow, state, update } from "./state.js";
 import { go } from "./viewer.js";
 
 const listed = 200; // blocks, at most
@@ -18,9 +18,11 @@ export function explain(now, p) {
   const block = columns.blocks.findIndex(({ first, last }) => first <= p && p <= last);
   const because = { flank: `at least b2 = ${row.b2}`, conserved: `at least b1 = ${row.b1}`, nonconserved: `below b1 = ${row.b1}`,
     "gap position": "its gaps are not allowed (b5), or no residue stands there" }[kind];
+  const across = kind === "nonconserved" ? `, which runs across up to b3 = ${inforce(now.values, "b3", 0)} of these` : "";
+  const left = kind === "gap position" ? "not selected" : "not selected: outside of the stretches from flank to flank, or in a block too short (b0, b4)";
   const away = columns.column[p - 1] === p ? "" : ` (column ${number(columns.column[p - 1])} of the file)`;
   return `Position ${number(p)}${away}: ${kind === "gap position" ? "" : `${String.fromCharCode(columns.residue[p - 1])}, score ${score} of ` +
-    `${number(row.sequences)}, `}${kind} (${because}); ${block < 0 ? "not selected" : `selected, in block ${block + 1}`}`;
+    `${number(row.sequences)}, `}${kind} (${because}); ${block < 0 ? left : `selected, in block ${block + 1}${across}`}`;
 }
 
 export function connect() {
@@ -33,9 +35,10 @@ export function connect() {
   showwhen((now) => [now.opened, now.table, now.shown], (now) => {
     const row = shownrow(now), opened = now.opened;
     const what = row?.status === "ok" ? `, ${plural(row.sequences, "sequence")}, ${plural(row.positions, "position")}` : "";
-    heading.textContent = !opened ? "Open an alignment"
-      : `${opened.file}${opened.alignments.length > 1 ? `, ${plural(opened.alignments.length, "alignment")}` : what} – open another`;
-    document.title = opened ? `${opened.file} – Trimora` : "Trimora";
+    const many = opened && opened.alignments.length > 1 ? plural(opened.alignments.length, "alignment") : "";
+    const name = opened?.made ? many : opened?.file; // nobody knows the list that the page made
+    heading.textContent = !opened ? "Open an alignment" : `${name}${!many ? what : opened.made ? "" : `, ${many}`} – open another`;
+    document.title = opened ? `${name} – Trimora` : "Trimora";
   });
 
   showwhen((now) => [now.table, now.shown, now.failure], (now) => {
@@ -96,8 +99,8 @@ export function connect() {
   });
 
   const hint = element("lines", HTMLElement);
-  showwhen((now) => [now.table, now.values], (now) => {
-    const n = numseq(now);
-    hint.textContent = n ? `b1 = ${inforce(state.values, "b1", n)}, b2 = ${inforce(state.values, "b2", n)} of ${n} sequences` : "";
+  showwhen((now) => [now.table, now.shown], (now) => {
+    const row = shownrow(now);
+    hint.textContent = row ? `b1 = ${row.b1}, b2 = ${row.b2} of ${row.sequences} sequences` : "";
   });
 }

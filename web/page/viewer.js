@@ -215,6 +215,7 @@ export function connect() {
   });
   box.addEventListener("pointermove", (event) => {
     const { row, p, name } = below(event);
+    box.title = (name && state.letters?.names[row - 1]) || ""; // long names are cut off
     if (event.buttons && state.marked && canvas().hasPointerCapture(event.pointerId)) {
       update({ marked: { ...state.marked, torow: row, to: name && state.marked.first === 1 ? positions() : p }, at: p });
     } else if (!name) update({ at: p });
