@@ -41,7 +41,7 @@ async function select() {
     if (opened !== state.opened) return;
     status = made.status;
     const lines = made.stderr.split("\n").filter((/** @type {string} */ line) => line)
-      .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, ""));
+      .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, "").replace(" in /here", "")); // the engine's own folder
     const failed = !made.rows.some((/** @type {import("./state.js").Row} */ row) => row.status === "ok");
     update({
       table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout,

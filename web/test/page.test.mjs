@@ -194,6 +194,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   test("what is no alignment is said in a sentence, and the page goes on", async () => {
     await drop({ "notes.txt": Buffer.from("Dear diary\n") });
     await says("failure", "notes.txt");
+    assert.doesNotMatch(await text("failure"), /\/here/);
     await drop({ "cut.fas.gz": gzipSync(globins["globins.fas"]).subarray(0, 900) });
     await says("notice", "damaged or incomplete");
     await drop(globins);
