@@ -98,7 +98,7 @@ void checkbeforehand(const Arguments& arguments) {
 }
 
 Run::Run(Arguments& arguments, Messages& messages)
-    : arguments_(arguments), messages_(messages), forms_(arguments.forms), species_(arguments.nameend) {
+    : arguments_(arguments), messages_(messages), forms_(arguments.forms), matrix_(arguments) {
   if (forms_.empty()) forms_ = {arguments.filter ? Form::plain : Form::trimora};
 }
 
@@ -127,7 +127,7 @@ bool Run::carryout() {
   }
   guard(paths_);
 
-  all_ = allalloc(run_);
+  matrix_.start(run_);
   for (const std::string& path : paths_) {
     run_.fichero1 = path;
     row_ = {};
@@ -146,7 +146,7 @@ bool Run::carryout() {
     record();
   }
   overview_.reset();
-  if (concatenable_ && !first_.empty()) saveconcatenations();
+  if (concatenable_ && matrix_.whole() && !first_.empty()) matrix_.save(forms_, placed(), messages_);
   if (run_.tog_sb == 1 && paths_.empty()) return fail(run_.filename, words::listnothing);
   if (paths_.size() < listed) return fail(run_.filename, filled(words::listincomplete, {typed(run_.filename)}));
   return complete_;
@@ -374,7 +374,7 @@ void Run::trim(const Alignment& ali) {
   if (run_.tog_sb == 0 && run_.tog_allfile + run_.tog_allfile_init + run_.tog_allungfile > 0) {
     messages_.note(run_.fichero1, words::nolist);
   }
-  const bool concatenates = all_.letall || all_.letall_init || all_.newletall;
+  const bool concatenates = matrix_.wanted();
   checknamesofforms(ali, concatenates);
   bool fits = true;
   if (concatenates && arguments_.match == Match::same) {
@@ -390,10 +390,7 @@ void Run::trim(const Alignment& ali) {
   row_.status = whole && (fits || !arguments_.keepgoing) ? "ok" : "failed";
   if (!whole) row_.message = words::incomplete;
   if (arguments_.keepgoing && std::string_view(row_.status) == "failed") return;
-  if (!concatenates || !concatenable_) return;
-  concatenable_ = false;  // when memory runs out in it, it is taken in by halves
-  concatenate(ali, found);
-  concatenable_ = true;
+  if (concatenates && concatenable_) matrix_.add(ali, found, run_);
 }
 
 /// Refuse names that a form, or the species by name, cannot hold: before anything is written for this alignment.
@@ -438,36 +435,4 @@ void Run::save(const Alignment& ali, const Selection& found) {
   }
   if (files.tog_ungappedfile == 1) savealignment(ungappedfile(files), found.ungapped.newlet);
   if (arguments_.columns) savecolumns(columnsfile(files), ali, found.scores, found.blocks, files);
-}
-
-void Run::concatenate(const Alignment& ali, const Selection& found) {
-  allconcat(all_, ali, found.blocks, found.ungapped);
-  if (arguments_.match == Match::name) {
-    species_.add(ali.name);
-  } else {
-    lastnames_ = ali.name;
-  }
-  if (!arguments_.partitions) return;
-  const std::string name = partitionnames_.take(run_.fichero1);
-  letall_.add(name, found.blocks.newpos);
-  letall_init_.add(name, {{1, ali.nupo}});
-  newletall_.add(name, found.ungapped.newlet);
-}
-
-void Run::saveconcatenations() {
-  const BatchState files = placed();
-  const bool byname = arguments_.match == Match::name;
-  const auto rowof = [&](std::size_t alignment, int i) { return byname ? species_.row(alignment, i) : i; };
-  const std::string model = !arguments_.model.empty() ? arguments_.model : run_.seq_type == 'P' ? "LG" : "DNA";
-  const auto saveone = [&](const std::optional<Concatenation>& all, const std::string& path, const Partitions& parts) {
-    if (!all) return;
-    const Sheet sheet = sheetof(*all, byname ? species_.name() : lastnames_, rowof);
-    saveforms(path, sheet, forms_, files);
-    if (sheet.width > 0) notespecies(sheet, path, messages_);
-    if (arguments_.partitions) parts.save(path, model, run_.seq_type == 'C');
-  };
-  saveone(all_.letall, allfile(files), letall_);
-  if (all_.letall) std::fprintf(prints, "Trimora alignment in batch: %lld positions\n\n", all_.letall->columns());
-  saveone(all_.letall_init, allfile_init(files), letall_init_);
-  saveone(all_.newletall, allungfile(files), newletall_);
 }

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "batch/concatenation.h"
 #include "driver/run_state.h"
 #include "ground/errfunc.h"
 #include "ground/table.h"
@@ -16,8 +15,7 @@
 #include "trimora_run/forms.h"
 #include "trimora_run/messages.h"
 #include "trimora_run/overview.h"
-#include "trimora_run/partitions.h"
-#include "trimora_run/species.h"
+#include "trimora_run/supermatrix.h"
 
 /// Thrown when the command line asks for what cannot be.
 struct WrongUsage {
@@ -57,8 +55,6 @@ class Run {
   void checknamesofforms(const Alignment& ali, bool concatenates);
   void describe(const Alignment& ali, const Selection& found);
   void save(const Alignment& ali, const Selection& found);
-  void concatenate(const Alignment& ali, const Selection& found);
-  void saveconcatenations();
   BatchState placed() const;
 
   Arguments& arguments_;
@@ -78,9 +74,5 @@ class Run {
   std::optional<Overview> overview_;
   Overviewed row_;  // of the alignment in work
 
-  Concatenations all_;
-  Table<std::string> lastnames_;  // in the last alignment that was concatenated
-  Species species_;
-  PartitionNames partitionnames_;
-  Partitions letall_, letall_init_, newletall_;  // of the concatenations of the same names
+  Supermatrix matrix_;
 };
