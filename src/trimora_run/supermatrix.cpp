@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "ground/speaker.h"
 #include "trimora_run/notes.h"
 
 void Supermatrix::add(const Alignment& ali, const Selection& found, const BatchState& run) {
-  const bool before = std::exchange(whole_, false);
+  if (!whole_) return;
+  whole_ = false;
   allconcat(all_, ali, found.blocks, found.ungapped);
   if (byname()) {
     species_.add(ali.name);
@@ -23,7 +23,7 @@ void Supermatrix::add(const Alignment& ali, const Selection& found, const BatchS
     letall_init_.add(name, {{1, ali.nupo}});
     newletall_.add(name, found.ungapped.newlet);
   }
-  whole_ = before;
+  whole_ = true;
 }
 
 void Supermatrix::save(const Forms& forms, const BatchState& files, Messages& messages) const {

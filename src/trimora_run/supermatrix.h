@@ -21,7 +21,7 @@ class Supermatrix {
   void start(const BatchState& run) { all_ = allalloc(run); }
   bool wanted() const { return all_.letall || all_.letall_init || all_.newletall; }
 
-  /// Append the alignment in work, `run.fichero1`.
+  /// Append the alignment in work, `run.fichero1`. Nothing follows one that was taken in by halves.
   void add(const Alignment& ali, const Selection& found, const BatchState& run);
   /// Whether each alignment was taken in whole: not when memory has run out in the middle of one.
   bool whole() const { return whole_; }
