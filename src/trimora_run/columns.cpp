@@ -119,7 +119,7 @@ std::string columnsfile(const OutputState& run) {
 
 void savecolumns(const std::string& path, const Alignment& ali, const PositionScores& scores,
                  const SelectedBlocks& blocks, const SelectionState& run) {
-  OutputFile out(path, OutputFile::whole);
+  OutputFile out(path);
   out.put("column\tposition\tscore\tresidue\tclass\tblock\tnew\n");
   const long long columns = static_cast<long long>(ali.nupo) + totallength(ali.dropped);
   auto dropped = ali.dropped.begin();
