@@ -20,7 +20,7 @@ class OutputFile {
   /// Standard output, which stays open.
   OutputFile();
   /// Write what is left. A file that is incomplete, since a write failed or the run ended in the middle of it, is named
-  /// on standard error with the reason; nothing else changes.
+  /// on standard error with the reason; where it was to be whole, nothing of it stays.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;

@@ -12,9 +12,8 @@
 #include <system_error>
 #include <utility>
 
-#include "input/letters.h"
-
 #include "ground/system_path.h"
+#include "input/letters.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 // What a run says on standard error, one line each: "trimora-run: FILE: what happened, what follows, what to do".
 #pragma once
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
