@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <string>
 
+namespace trimora::rooms {
+
 inline std::filesystem::path systempath(const std::string& path) {
   return reinterpret_cast<const char8_t*>(path.c_str());
 }
@@ -12,3 +14,5 @@ inline std::string plainpath(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
 }
+
+}  // namespace trimora::rooms

@@ -3,6 +3,7 @@
 #pragma once
 #include <cassert>
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +11,8 @@
 #include "ground/table.h"
 #include "input/input_file.h"
 #include "input/input_state.h"
+
+namespace trimora::rooms {
 
 /// Positions first to last, both included; empty when last < first.
 struct Stretch {
@@ -40,18 +43,19 @@ class Row {
   [[maybe_unused]] int nupo_;  // for the check alone
 };
 
-/// The rows of an alignment, one behind the other in a single stretch of memory.
+/// The rows of an alignment, one after the other in a single stretch of memory. Copies share the letters.
 class Rows {
  public:
   Rows() = default;
-  Rows(std::vector<char> letters, int nupo) : letters_(std::move(letters)), nupo_(nupo) {}
-  Row operator[](int i) const { return {letters_.data() + (static_cast<std::size_t>(i) - 1) * width(), nupo_}; }
-  /// Keep only the positions of `kept`, in place.
+  Rows(std::vector<char> letters, int nupo)
+      : letters_(std::make_shared<std::vector<char>>(std::move(letters))), nupo_(nupo) {}
+  Row operator[](int i) const { return {letters_->data() + (static_cast<std::size_t>(i) - 1) * width(), nupo_}; }
+  /// Keep only the positions of `kept`: in place, or in a copy where others share the letters.
   void keep(const std::vector<Stretch>& kept);
 
  private:
   std::size_t width() const { return static_cast<std::size_t>(nupo_); }
-  std::vector<char> letters_;  // numseq x nupo
+  std::shared_ptr<std::vector<char>> letters_;  // numseq x nupo
   int nupo_ = 0;
 };
 
@@ -65,7 +69,7 @@ struct Alignment {
 };
 
 /// Read the alignment `run.fichero1`, whose format is `run.fileformat`, and drop the positions that are gaps in every
-/// sequence. Fails through errfunc() on every error in the file: nothing is salvaged.
+/// sequence. Fails on every error in the file, with a Failure: nothing is salvaged.
 Alignment load(const InputState& run);
 /// The same from a file that is open already, from its unread part on.
 Alignment load(InputFile& file, const InputState& run);
@@ -77,3 +81,5 @@ Alignment load_fasta(InputFile& file);
 /// A stored name without its last character: the line end of its name line or, where a NUL byte cut the line before
 /// that, whatever stands there. An empty name stays empty.
 std::string withoutlineend(const std::string& name);
+
+}  // namespace trimora::rooms

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
 #endif
+
+namespace trimora::rooms {
 
 namespace {
 constexpr std::size_t blocksize = 65536;  // stays in the second cache while it is copied to its place
@@ -34,28 +36,37 @@ InputFile::InputFile() : file_(stdin) {
   begin();
 }
 
+InputFile::InputFile(std::string_view text) : next_(text.data()), limit_(text.data() + text.size()) {
+  if (next_ == nullptr) next_ = limit_ = "";
+}
+
 void InputFile::begin() {
   if (!file_) return;
   std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
   block_.reset(new char[blocksize]);              // not filled: it is overwritten
   next_ = block_.get();
   limit_ = next_ + std::fread(block_.get(), 1, blocksize, file_.get());
-  if (std::ferror(file_.get()) != 0) file_.reset();
+  if (std::ferror(file_.get()) == 0) return;
+  file_.reset();
+  next_ = limit_ = nullptr;
 }
 
 bool InputFile::refill() {
+  if (!file_) {
+    end_met_ = true;
+    return false;
+  }
   next_ = block_.get();
   limit_ = next_ + std::fread(block_.get(), 1, blocksize, file_.get());
   if (std::ferror(file_.get()) != 0) {  // half an alignment must not pass for a whole one
-    Culprit culprit;
-    culprit.error = errno;
-    errfunc(culprit, "\nFile not opened\n");
+    throw Failure{.kind = Failure::Kind::not_readable, .error = errno != 0 ? errno : EIO};
   }
   end_met_ = next_ == limit_;
   return !end_met_;
 }
 
 std::size_t InputFile::size() const {
+  if (!file_) return static_cast<std::size_t>(limit_ - next_);
   const auto here = telloffset(file_.get());
   if (here < 0 || seekoffset(file_.get(), 0, SEEK_END) != 0) return 0;
   const auto bytes = telloffset(file_.get());
@@ -89,3 +100,5 @@ bool emptyline(const std::string& line) {
 std::string withoutnewline(const std::string& line) {
   return line.ends_with('\n') ? line.substr(0, line.size() - 1) : line;
 }
+
+}  // namespace trimora::rooms

@@ -1,4 +1,4 @@
-// An input file, read in large blocks and handed out by line or by stretch of text.
+// Bytes of a file, of standard input or of memory, read in large blocks and handed out by line or by stretch of text.
 #pragma once
 #include <cstddef>
 #include <cstdio>
@@ -7,18 +7,22 @@
 #include <string>
 #include <string_view>
 
+namespace trimora::rooms {
+
 class InputFile {
  public:
   /// Open `path`. What cannot be read, such as a directory, counts as not opened.
   explicit InputFile(const std::string& path);
   /// Standard input.
   InputFile();
-  explicit operator bool() const { return file_ != nullptr; }
+  /// Text in memory, which has to outlive this.
+  explicit InputFile(std::string_view text);
+  explicit operator bool() const { return next_ != nullptr; }
 
   /// True once a read has met the end of the file: not yet when the last byte has been read.
   bool ended() const { return end_met_; }
 
-  /// What of the file is at hand, without reading it: its beginning as long as nothing was read.
+  /// The bytes that are already in the buffer: the beginning of the file as long as nothing was read.
   std::string_view unread() const { return {next_, static_cast<std::size_t>(limit_ - next_)}; }
 
   /// Bytes in the file, 0 when that cannot be told.
@@ -58,8 +62,8 @@ class InputFile {
     }
   };
   std::unique_ptr<std::FILE, Closer> file_;
-  std::unique_ptr<char[]> block_;
-  const char* next_ = nullptr;  // the unread part of the block: next to limit
+  std::unique_ptr<char[]> block_;  // none: the text is in memory
+  const char* next_ = nullptr;     // the unread part of the block: next to limit; null: not opened
   const char* limit_ = nullptr;
   bool end_met_ = false;
 };
@@ -69,3 +73,5 @@ bool emptyline(const std::string& line);
 
 /// `line` without its final line end, if it has one.
 std::string withoutnewline(const std::string& line);
+
+}  // namespace trimora::rooms

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <limits>
@@ -7,9 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "input/alignment.h"
 #include "input/input_file.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -17,14 +20,13 @@ constexpr std::size_t longestname = 74;  // of a name line, its line end include
 // Sequences and positions: loops step up to a tile, or a line of the report, past the last one.
 constexpr int most = std::numeric_limits<int>::max() - 65536;
 
-/// Sequence `i`, whose name is `name`, as the culprit of a failure.
-Culprit culprit(int i, const std::string& name, std::size_t length, std::size_t other) {
-  Culprit found;
-  found.sequence = i;
-  name.copy(found.name, std::min(name.find('\n'), sizeof found.name - 1));
-  found.length = static_cast<long long>(length);
-  found.other = static_cast<long long>(other);
-  return found;
+/// A failure of sequence `i`, whose name is `name`.
+Failure failure(Failure::Kind kind, int i, const std::string& name, std::size_t length, std::size_t expected) {
+  return {.kind = kind,
+          .sequence = i,
+          .name = name.substr(0, name.find('\n')),
+          .length = static_cast<long long>(length),
+          .expected = static_cast<long long>(expected)};
 }
 
 /// What the two formats do not share. Everything else is readrecords().
@@ -40,7 +42,7 @@ constexpr Format pirformat = {
     '*',
     [](const std::string& line) { return emptyline(line) || line.starts_with(' ') || line == "*\n"; },
     [](const std::string& line, int i) {
-      if (!line.starts_with('>')) errfunc(culprit(i, line, 0, 0), "\nSequence not in NBRF/PIR format\n");
+      if (!line.starts_with('>')) throw Failure{.kind = Failure::Kind::bad_record, .sequence = i, .detail = line};
       return line.size() <= 3 ? line : line.substr(4);  // behind ">P1;", whatever stands there
     },
     true,
@@ -86,7 +88,7 @@ std::size_t wholelength(const std::string& line, InputFile& file) {
 Alignment readrecords(InputFile& file, const Format& format) {
   Alignment ali;
   std::vector<char> letters;
-  allocating("let\n1", [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing
+  allocating("let", 1, [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing
   std::size_t length = 0;                                       // of the first sequence, and so of all
   std::string line;
   while (!file.ended()) {
@@ -95,7 +97,7 @@ Alignment readrecords(InputFile& file, const Format& format) {
     if (format.skipped(line)) continue;
     const int n = ali.name.size() + 1;
     if (line.size() > longestname) {
-      errfunc(culprit(n, line, wholelength(line, file), longestname), "\nSequence name too long\n");
+      throw failure(Failure::Kind::name_too_long, n, line, wholelength(line, file), longestname);
     }
     allocating("name", [&] {
       if (n > most) throw std::bad_alloc();
@@ -104,29 +106,24 @@ Alignment readrecords(InputFile& file, const Format& format) {
     const std::string& name = ali.name[n];
 
     const std::size_t before = letters.size();
-    std::size_t beyond = 0;  // the length of the sequence when it is more than may be
-    bool whole = false;
-    try {
+    const bool whole = allocating("let", n, [&] {
       if (format.described) file.readline(line);
-      whole = file.readuntil(format.terminator, [&](const char* first, const char* last) {
+      return file.readuntil(format.terminator, [&](const char* first, const char* last) {
         appendletters(letters, first, last);
-        if (letters.size() - before <= most) return;
-        beyond = letters.size() - before;
-        throw std::bad_alloc();
+        const std::size_t reached = letters.size() - before;
+        if (reached > most) throw failure(Failure::Kind::too_long, n, name, reached, most);
       });
-    } catch (const std::bad_alloc&) {
-      errfunc(culprit(n, name, beyond, most), "\nMemory allocation failure in let\n%i\n", n);
-    }
+    });
     const std::size_t found = letters.size() - before;
-    if (format.terminated && !whole) errfunc(culprit(n, name, found, 0), "\nFile not in NBRF/PIR format\n");
+    if (format.terminated && !whole) throw failure(Failure::Kind::unfinished_record, n, name, found, 0);
     if (n == 1) length = found;
     if (found != length) {
-      errfunc(culprit(n, name, found, length), "\nSequences with different number of positions\n");
+      throw failure(Failure::Kind::unequal_lengths, n, name, found, length);
     }
   }
   ali.numseq = ali.name.size();
   ali.nupo = static_cast<int>(length);
-  ali.let = Rows(std::move(letters), ali.nupo);
+  allocating("let", [&] { ali.let = Rows(std::move(letters), ali.nupo); });
   return ali;
 }
 
@@ -159,13 +156,10 @@ std::vector<Stretch> keptpositions(const Alignment& ali) {
   return kept;
 }
 
-/// An alignment as it was read, without the positions that are gaps in every sequence; or the end of the run.
+/// An alignment as it was read, without the positions that are gaps in every sequence.
 Alignment checked(Alignment ali) {
   if (ali.numseq < 2) {
-    // The wording names NBRF/PIR for FASTA input as well; scripts look for it.
-    Culprit few;
-    few.length = ali.numseq;
-    errfunc(few, "\nFile not in NBRF/PIR format or too few sequences in the alignment: %i\n", ali.numseq);
+    throw Failure{.kind = Failure::Kind::too_few_sequences, .length = ali.numseq};
   }
   const std::vector<Stretch> kept = allocating("let", [&] { return keptpositions(ali); });
   if (kept.size() > 1) {
@@ -174,9 +168,7 @@ Alignment checked(Alignment ali) {
     ali.nupo = totallength(kept);
   }
   if (ali.nupo < 2) {
-    Culprit few;
-    few.length = ali.nupo;
-    errfunc(few, "\nToo few positions in the alignment (at least two positions are necessary): %i\n", ali.nupo);
+    throw Failure{.kind = Failure::Kind::too_few_positions, .length = ali.nupo};
   }
   return ali;
 }
@@ -194,10 +186,12 @@ Alignment load_fasta(InputFile& file) {
 Alignment load(const InputState& run) {
   if (run.fileformat == 0) return checked({});
   InputFile file = allocating("let", [&] { return InputFile(run.fichero1); });
-  if (!file) errfunc("\nFile not opened\n");
+  if (!file) throw Failure{.kind = Failure::Kind::not_readable, .file = run.fichero1, .error = errno};
   return load(file, run);
 }
 
 Alignment load(InputFile& file, const InputState& run) {
   return checked(run.fileformat == pir ? load_pir(file) : load_fasta(file));
 }
+
+}  // namespace trimora::rooms

@@ -4,6 +4,8 @@
 
 #include "output/output_state.h"
 
+namespace trimora::rooms {
+
 inline std::string seqfile(const OutputState& run) {
   return run.fichero1 + run.exten;
 }
@@ -24,3 +26,5 @@ inline std::string ncbfile(const OutputState& run) {
 inline std::string ungappedfile(const OutputState& run) {
   return run.fichero1 + "--";
 }
+
+}  // namespace trimora::rooms

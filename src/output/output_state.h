@@ -6,6 +6,8 @@
 
 #include "selection/selection_state.h"
 
+namespace trimora::rooms {
+
 /// Values of OutputState::tog_viewfile.
 inline constexpr int noreport = 0;
 inline constexpr int htmlreport = 1;
@@ -25,3 +27,5 @@ struct OutputState : SelectionState {
 
 inline constexpr Range breakcountrange = {50, 32000};
 inline constexpr std::size_t longestexten = 5;  // characters of a suffix
+
+}  // namespace trimora::rooms

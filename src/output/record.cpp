@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+namespace trimora::rooms {
+
 namespace {
 constexpr int group = 10;
 }  // namespace
@@ -52,3 +54,5 @@ void Body::end() {
 void addstretches(Body& body, const Row& row, const std::vector<Stretch>& stretches) {
   for (const Stretch& stretch : stretches) body.add(row.from(stretch.first), stretch.length());
 }
+
+}  // namespace trimora::rooms

@@ -10,6 +10,8 @@
 #include "input/input_state.h"
 #include "output/output_file.h"
 
+namespace trimora::rooms {
+
 /// The start of a NBRF/PIR name line, by the type of sequence.
 const char* pirprefix(const InputState& run);
 
@@ -45,3 +47,5 @@ void writerecord(OutputFile& out, const InputState& run, const std::string& name
   body.end();
   out.put(run.fileformat == pir ? "*\n\n" : "\n");
 }
+
+}  // namespace trimora::rooms

@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <string>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "input/letters.h"
-#include "output/file_names.h"
-#include "output/output_file.h"
 #include "output/record.h"
 #include "selection/reduced_views.h"
 
-void savemask(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
-              const OutputState& run) {
-  OutputFile out(maskfile(run));
+namespace trimora::rooms {
+
+void savemask(OutputFile& out, const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+              const SelectionState& run) {
   // The description line of every record is empty.
   const auto record = [&](const char* prefix, const std::string& name, const char* letters) {
     out.put(prefix);
@@ -34,3 +33,5 @@ void savemask(const Alignment& ali, const PositionScores& scores, const Selected
   }
   record(">P1;", "Trimora\n", &makelettrimora(blocks, ali.nupo)[1]);
 }
+
+}  // namespace trimora::rooms

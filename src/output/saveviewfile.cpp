@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "ground/path.h"
 #include "ground/version.h"
 #include "input/letters.h"
-#include "output/file_names.h"
-#include "output/output_file.h"
 #include "selection/reduced_views.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -209,11 +209,10 @@ void flanks(OutputFile& out, const char* label, const std::vector<Stretch>& bloc
 
 }  // namespace
 
-void saveviewfile(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+void saveviewfile(OutputFile& out, const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
                   const OutputState& run) {
   const bool marked = run.tog_viewfile == htmlreport;
   const std::string name_file = getpath(run.fichero1).name_file;
-  OutputFile out(viewfile(run));
 
   (marked ? headhtml : headtext)(out, ali, blocks, name_file, run);
   if (run.tog_viewfile != shortreport) Display(ali, scores, blocks, run).write(out);
@@ -235,3 +234,5 @@ void saveviewfile(const Alignment& ali, const PositionScores& scores, const Sele
             run.fichero1.c_str(), run.exten.c_str(), blocks.nupo3, blocks.nupo3per, ali.nupo);
   if (marked) out.put("\n\n</body>\n</html>\n");
 }
+
+}  // namespace trimora::rooms

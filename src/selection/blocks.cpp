@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -98,3 +100,5 @@ SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const 
   blocks.newposseq = allocating("newposseq 5", [&] { return onfirstsequence(blocks.newpos, ali); });
   return blocks;
 }
+
+}  // namespace trimora::rooms

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
+
+namespace trimora::rooms {
 
 Table<char> makelettrimora(const SelectedBlocks& blocks, int nupo) {
   return allocating("lettrimora", [&] {
@@ -44,3 +46,5 @@ Ungapped ungap(const Alignment& ali) {
   ungapped.nupoung = totallength(ungapped.newlet);
   return ungapped;
 }
+
+}  // namespace trimora::rooms

@@ -7,10 +7,12 @@
 #include <memory>
 #include <string_view>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "ground/vector_clones.h"
 #include "input/letters.h"
 #include "selection/similarity_matrix.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -167,3 +169,5 @@ Table<char> conservedresidues(const PositionScores& scores, const SelectionState
   }
   return residues;
 }
+
+}  // namespace trimora::rooms

@@ -7,6 +7,8 @@
 #include "input/alignment.h"
 #include "selection/selection_state.h"  // seq_type, negval b1, tog_gaps b5, tog_sim b6, initnegval
 
+namespace trimora::rooms {
+
 /// The scores of one alignment. assignval() makes them; every later step only reads them.
 struct PositionScores {
   Table<float> val;    // [1..nupo] score, in sequences; weighted by similarity it need not be a whole number
@@ -15,7 +17,7 @@ struct PositionScores {
 
 /// Score every position of `ali`. Letters count in either case; what is not in the alphabet counts nowhere.
 /// Returns  the scores, owned by the caller.
-/// Fails    only when memory runs out, through errfunc().
+/// Fails    only when memory runs out, with a Failure.
 PositionScores assignval(const Alignment& ali, const SelectionState& run);
 
 /// Conserved: at least b1 sequences carry the residue.
@@ -27,3 +29,5 @@ inline bool conserved(const PositionScores& scores, int p, const SelectionState&
 /// frequent one where the position is conserved, elsewhere `nocapital`, which no capital equals.
 inline constexpr char nocapital = 'a';
 Table<char> conservedresidues(const PositionScores& scores, const SelectionState& run);
+
+}  // namespace trimora::rooms

@@ -3,6 +3,8 @@
 #pragma once
 #include "input/input_state.h"
 
+namespace trimora::rooms {
+
 /// Values of SelectionState::tog_gaps.
 inline constexpr int nogaps = 1;
 inline constexpr int withhalf = 2;
@@ -41,3 +43,5 @@ inline Range flankvalrange(const SelectionState& run) {
 
 /// Derive b1 and b2 (and the lower bound of b1) from `run.numseq`: more than half and 85 % of the sequences.
 void derivedefaults(SelectionState& run);
+
+}  // namespace trimora::rooms

@@ -15,6 +15,8 @@
 #include "trimora_run/messages.h"
 #include "trimora_run/words.h"
 
+namespace trimora::rooms {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -195,3 +197,5 @@ std::string diagnose(const ExecutionTerminated& end, const std::string& path, co
   if (culprit.length > 0) return filled(words::toolong, {number, name, other});
   return std::string(words::outofmemory);
 }
+
+}  // namespace trimora::rooms

@@ -4,7 +4,9 @@
 #include <string_view>
 
 #include "batch/batch_state.h"
-#include "ground/errfunc.h"
+#include "ground/failure.h"
+
+namespace trimora::rooms {
 
 /// Why `path` cannot be the input of a run at all, whatever it holds: a folder, a pipe. Empty when it can.
 std::string unfit(const std::string& path);
@@ -24,3 +26,5 @@ std::string diagnose(const ExecutionTerminated& end, const std::string& path, co
 
 /// A file name as it is typed into a shell: quoted where it has to be, standard input by its name.
 std::string typed(const std::string& path);
+
+}  // namespace trimora::rooms

@@ -11,8 +11,10 @@
 #include "ground/system_path.h"
 #include "input/letters.h"
 #include "output/file_names.h"
-#include "trimora_run/columns.h"
-#include "trimora_run/partitions.h"
+#include "output/columns.h"
+#include "batch/partitions.h"
+
+namespace trimora::rooms {
 
 namespace fs = std::filesystem;
 
@@ -119,3 +121,5 @@ std::optional<Clash> overwritten(const std::vector<std::string>& results, const 
   }
   return std::nullopt;
 }
+
+}  // namespace trimora::rooms

@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "batch/batch_state.h"
-#include "trimora_run/forms.h"
+#include "output/forms.h"
+
+namespace trimora::rooms {
 
 /// The files that a run with these settings writes for the alignment `run.fichero1`.
 std::vector<std::string> resultsof(const OutputState& run, const Forms& forms, bool columns);
@@ -25,3 +27,5 @@ struct Clash {
 
 /// The first clash of a run; also through links. Nothing is opened, and an input that is not there cannot be written over.
 std::optional<Clash> overwritten(const std::vector<std::string>& results, const std::vector<std::string>& inputs);
+
+}  // namespace trimora::rooms

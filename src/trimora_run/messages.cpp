@@ -7,6 +7,8 @@
 #include "ground/speaker.h"
 #include "trimora_run/words.h"
 
+namespace trimora::rooms {
+
 void Messages::note(std::string_view file, std::string_view words) {
   noted_ = true;
   say(file, words);
@@ -46,3 +48,5 @@ std::string filled(std::string_view words, std::initializer_list<std::string_vie
   assert(words.find('{') == std::string_view::npos);
   return text.append(words);
 }
+
+}  // namespace trimora::rooms

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace trimora::rooms {
+
 class Messages {
  public:
   /// Something that is easily overlooked; the run goes on.
@@ -30,3 +32,5 @@ class Messages {
 /// `words` with its places, as "{name}", taken by `values` from left to right.
 /// Needs  as many values as places.
 std::string filled(std::string_view words, std::initializer_list<std::string_view> values);
+
+}  // namespace trimora::rooms

@@ -14,8 +14,10 @@
 #include "input/input_file.h"
 #include "input/letters.h"
 #include "trimora_run/diagnosis.h"
-#include "trimora_run/names.h"
+#include "batch/names.h"
 #include "trimora_run/words.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -380,3 +382,5 @@ void notespecies(const Sheet& concatenation, const std::string& path, Messages& 
     }
   }
 }
+
+}  // namespace trimora::rooms

@@ -2,9 +2,11 @@
 #pragma once
 #include "batch/batch_state.h"
 #include "input/alignment.h"
-#include "selection/calculate.h"
-#include "trimora_run/forms.h"
+#include "trimora/calculate.h"
+#include "output/forms.h"
 #include "trimora_run/messages.h"
+
+namespace trimora::rooms {
 
 /// Say what makes the results of `ali` differ from what its file seems to hold: dropped columns, characters that count
 /// as positions though they are no letters, letters that may mean gaps, another format, type of sequence or frame than
@@ -16,3 +18,5 @@ void notespecies(const Sheet& concatenation, const std::string& path, Messages& 
 
 /// Say why nothing was selected, or which sequence has nothing left.
 void noteselection(const Alignment& ali, const Selection& found, const BatchState& run, Messages& messages);
+
+}  // namespace trimora::rooms

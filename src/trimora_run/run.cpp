@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-#include "driver/options.h"
+#include "trimora/options.h"
 #include "ground/path.h"
 #include "ground/speaker.h"
 #include "ground/system_path.h"
@@ -18,12 +18,14 @@
 #include "input/input_file.h"
 #include "output/file_names.h"
 #include "selection/reduced_views.h"
-#include "trimora_run/columns.h"
+#include "output/columns.h"
 #include "trimora_run/diagnosis.h"
 #include "trimora_run/guard.h"
-#include "trimora_run/names.h"
+#include "batch/names.h"
 #include "trimora_run/notes.h"
 #include "trimora_run/words.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -436,3 +438,5 @@ void Run::save(const Alignment& ali, const Selection& found) {
   if (files.tog_ungappedfile == 1) savealignment(ungappedfile(files), found.ungapped.newlet);
   if (arguments_.columns) savecolumns(columnsfile(files), ali, found.scores, found.blocks, files);
 }
+
+}  // namespace trimora::rooms

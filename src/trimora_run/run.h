@@ -6,16 +6,18 @@
 #include <string_view>
 #include <vector>
 
-#include "driver/run_state.h"
-#include "ground/errfunc.h"
+#include "trimora/run_state.h"
+#include "ground/failure.h"
 #include "ground/table.h"
 #include "input/alignment.h"
-#include "selection/calculate.h"
+#include "trimora/calculate.h"
 #include "trimora_run/arguments.h"
-#include "trimora_run/forms.h"
+#include "output/forms.h"
 #include "trimora_run/messages.h"
-#include "trimora_run/overview.h"
-#include "trimora_run/supermatrix.h"
+#include "output/results_table.h"
+#include "batch/supermatrix.h"
+
+namespace trimora::rooms {
 
 /// Thrown when the command line asks for what cannot be.
 struct WrongUsage {
@@ -76,3 +78,5 @@ class Run {
 
   Supermatrix matrix_;
 };
+
+}  // namespace trimora::rooms

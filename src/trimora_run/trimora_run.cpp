@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "ground/speaker.h"
 #include "ground/version.h"
 #include "output/output_file.h"
@@ -15,6 +15,8 @@
 #include "trimora_run/help.h"
 #include "trimora_run/messages.h"
 #include "trimora_run/run.h"
+
+namespace trimora::rooms {
 
 namespace {
 
@@ -82,3 +84,5 @@ int trimora_run(int argc, char* argv[]) {
   OutputFile::flushstandardoutput();
   return OutputFile::incomplete() == incompletebefore ? status : failed;
 }
+
+}  // namespace trimora::rooms

@@ -3,6 +3,8 @@
 #pragma once
 #include <string_view>
 
+namespace trimora::rooms {
+
 namespace words {
 
 using W = std::string_view;
@@ -103,3 +105,5 @@ inline constexpr W othernames = "sequence {number} is {name}, but {other} in {fi
 // clang-format on
 
 }  // namespace words
+
+}  // namespace trimora::rooms
