@@ -43,7 +43,7 @@ std::string_view sequences(std::string_view value, Settings& settings) {
   if (per_cent) value.remove_suffix(1);
   const auto number = whole_number(value);
   if (per_cent && (!number || *number < 0 || *number > 100)) return "a whole number from 0% to 100%";
-  if (!number || *number < least) {
+  if (!number || (!per_cent && *number < least)) {
     return least > 0 ? "from half of the sequences + 1 to b2, or per cent, as -b1=60%"
                      : "from b1 to the number of sequences, or per cent, as -b2=95%";
   }
@@ -94,11 +94,9 @@ constexpr Option options[] = {
   {parameters, "-t",           "P protein|D DNA|C codons",       "by the file", choose<&S::kind, trimora::Kind>,
    "type of sequence: protein, DNA, codons"},
   {parameters, "-b1",          "NUMBER",                         "half + 1",    sequences<&S::b1, 1>,
-   "sequences a conserved position needs", {0, 0, "half + 1 to b2"},
-   "Half is half of the sequences, rounded down. Per cent are taken as well: `-b1=60%`."},
+   "sequences a conserved position needs", {0, 0, "half + 1 to b2"}},
   {parameters, "-b2",          "NUMBER",                         "85 %",        sequences<&S::b2, 0>,
-   "sequences a flank position needs", {0, 0, "b1 to all sequences"},
-   "Per cent are taken as well: `-b2=95%`. 0 stands for as few as b1."},
+   "sequences a flank position needs", {0, 0, "b1 to all sequences"}},
   {parameters, "-b3",          "NUMBER",                         "8",           &S::b3,
    "most nonconserved positions in a row", {0, 32000}},
   {parameters, "-b4",          "NUMBER",                         "10",          &S::b4,
@@ -107,24 +105,26 @@ constexpr Option options[] = {
   {parameters, "-b0",          "NUMBER",                         "as b4",       &S::b0,
    "shortest initial block, before that", {2, 32000}},
   {parameters, "-b5",          "N none|H half with-half|A all",  "N",           choose<&S::gaps, trimora::Gaps>,
-   "gaps a position may have: none, in half of the sequences, any"},
+   "gaps in a position: none, in up to half the sequences, any"},
   {parameters, "-b6",          yes_or_no,                        "Y",           &S::similarity,
    "use the similarity matrix, for proteins"},
 
   {files,      "-s",           yes_or_no,                        "Y",           &S::blocks,
-   "write the selected blocks"},
+   "write the selected blocks, FILE-tr"},
   {files,      "-p",           "Y HTML yes|T text|S short|N none no", "Y",      choose<&S::report, Report>,
-   "write the report: as HTML, as text, as short text, not at all"},
+   "write the report, FILE-tr.htm: HTML, text, short text, none"},
   {files,      "-v",           "NUMBER",                         "60",          &S::line_length,
    "characters per line of the report", {50, 32000}},
   {files,      "-k",           yes_or_no,                        "N",           &S::mask,
-   "write the mask"},
+   "write the mask, FILE-trMask"},
   {files,      "-d",           yes_or_no,                        "N",           &S::map,
-   "write the PostScript map of the blocks"},
+   "write the PostScript map of the blocks, FILE-trPS"},
   {files,      "-n",           yes_or_no,                        "N",           &S::nonconserved,
-   "write the nonconserved blocks: all positions not selected"},
+   "write the nonconserved blocks, FILE-trComp", {},
+   "All positions that are not selected."},
   {files,      "-u",           yes_or_no,                        "N",           &S::ungapped,
-   "write the ungapped alignment: all positions without a gap"},
+   "write the ungapped alignment, FILE--", {},
+   "All positions without a gap, selected or not."},
   {files,      "-e",           "TEXT",                           "-tr",         suffix,
    "suffix of the files written", {0, 0, "1 to 5 characters"}},
   {files,      "--format",     "trimora|fasta|phylip|nexus[,...]", "trimora",    &S::forms,
@@ -137,7 +137,7 @@ constexpr Option options[] = {
    "write everything into this folder, not beside the alignments", {},
    "It is made when it is missing. Two alignments of one name are refused."},
   {files,      "--columns",    "",                               "",            &S::columns,
-   "write what became of each column", {},
+   "write what became of each column, FILE-tr.columns.tsv", {},
    "See [the file](files.md#columns)."},
 
   {batch,      "-a",           yes_or_no,                        "N",           &S::all_blocks,
@@ -153,7 +153,7 @@ constexpr Option options[] = {
    "with --match=name: the name of a species ends before the first of these characters, not at the first blank", {},
    "`--name-end='|'` takes `Homo_sapiens|gene1` as `Homo_sapiens`."},
   {batch,      "--partitions", "",                               "",            &S::partitions,
-   "with each concatenation, write which columns are of which alignment, for RAxML, IQ-TREE and MrBayes", {},
+   "with each concatenation, write which columns are of which alignment, for RAxML (.partitions), IQ-TREE and MrBayes (.nex)", {},
    "See [partitions](files.md#partitions)."},
   {batch,      "--model",      "NAME",                           "DNA, LG",     model,
    "model named in the partitions for RAxML"},
