@@ -5,7 +5,7 @@ if(WIN32) # one folder, to be put anywhere
   set(data .)
 endif()
 include(GNUInstallDirs)
-install(TARGETS trimora)
+install(TARGETS trimora trimora-run)
 
 # As in the source, so that the links of README.md lead somewhere.
 install(FILES README.md CONTRIBUTING.md CHANGELOG.md CITATION.cff LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -42,30 +42,30 @@ TRIMORA_API const char* version();
 class TRIMORA_API Error : public std::exception {
  public:
   enum class Kind {
-    not_found,           // there is no such file
-    not_readable,        // it is there and cannot be read, or not to its end
-    not_writable,        // a file cannot be created, or not written to its end
-    changed,             // a file was another one when it was opened again
-    empty,               // a file without anything in it
-    unknown_format,      // neither an alignment nor anything else that is known
-    refused_format,      // known, and not read
-    ambiguous_format,    // can be read in two ways that differ
-    damaged,             // a compressed file that is cut off or holds something else as well
-    bad_record,          // a line that its format does not allow there
-    unfinished_record,   // a sequence that has no end, or a name that has no sequence
-    name_too_long,       // a name line longer than is read
-    bad_character,       // neither a letter, a gap nor an unknown residue
-    unequal_lengths,     // sequences of different length
-    too_long,            // more letters or sequences than can be counted
-    too_few_sequences,   // an alignment has two or more
-    too_few_positions,   // columns that are not gaps in every sequence: two or more
-    undecided_type,      // the letters do not tell protein and DNA apart
-    contrary_type,       // alignments of another type than the ones that they go with
-    other_sequences,     // alignments whose sequences do not go together, by number or by name
-    unfit_name,          // a name that cannot be used for what was asked
-    same_name,           // two sequences that must be told apart by their names
-    bad_argument,        // a parameter out of its range, or a choice that is none
-    would_overwrite,     // a result in the place of an input or of another result
+    not_found,          // there is no such file
+    not_readable,       // it is there and cannot be read, or not to its end
+    not_writable,       // a file cannot be created, or not written to its end
+    changed,            // a file was another one when it was opened again
+    empty,              // a file without anything in it
+    unknown_format,     // neither an alignment nor anything else that is known
+    refused_format,     // known, and not read
+    ambiguous_format,   // can be read in two ways that differ
+    damaged,            // a compressed file that is cut off or holds something else as well
+    bad_record,         // a line that its format does not allow there
+    unfinished_record,  // a sequence that has no end, or a name that has no sequence
+    name_too_long,      // a name line longer than is read
+    bad_character,      // neither a letter, a gap nor an unknown residue
+    unequal_lengths,    // sequences of different length
+    too_long,           // more letters or sequences than can be counted
+    too_few_sequences,  // an alignment has two or more
+    too_few_positions,  // columns that are not gaps in every sequence: two or more
+    undecided_type,     // the letters do not tell protein and DNA apart
+    contrary_type,      // alignments of another type than the ones that they go with
+    other_sequences,    // alignments whose sequences do not go together, by number or by name
+    unfit_name,         // a name that cannot be used for what was asked
+    same_name,          // two sequences that must be told apart by their names
+    bad_argument,       // a parameter out of its range, or a choice that is none
+    would_overwrite,    // a result in the place of an input or of another result
     out_of_memory,
   };
 
@@ -125,8 +125,12 @@ struct Sequences {
   int number = 0;
   bool percent = false;
 };
-inline Sequences count(int number) { return {number, false}; }
-inline Sequences percent(int number) { return {number, true}; }
+inline Sequences count(int number) {
+  return {number, false};
+}
+inline Sequences percent(int number) {
+  return {number, true};
+}
 
 /// How blocks are selected.
 struct Parameters {
@@ -145,7 +149,7 @@ struct Selection {
   std::vector<int> columns;                 // kept, ascending
   std::vector<std::pair<int, int>> blocks;  // first and one past last; a block may span columns that are gaps in every
                                             // sequence: these are dropped first and are not in `columns`
-  std::vector<float> scores;  // of each column, in sequences; 0 where gaps or unknown residues forbid it
+  std::vector<float> scores;                // of each column, in sequences; 0 where gaps or unknown residues forbid it
   std::vector<char> classes;  // of each column: F flank, C conserved, . nonconserved, - gap, d dropped (all gap)
   int b1 = 0, b2 = 0;         // in force, in sequences
   Kind kind = Kind::protein;  // in force
@@ -154,6 +158,10 @@ struct Selection {
 /// Select the blocks of `ali`, which may have no column left.
 /// Error    bad_argument; too_few_sequences or too_few_positions (below two); undecided_type
 TRIMORA_API Selection select(const Alignment& ali, const Parameters& parameters = {});
+
+/// Why each column of `ali` is selected or not: the first rule of the method that removes it, in words.
+/// Error    as select()
+TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters = {});
 
 /// The columns of `ali` that were selected; the result may have no column.
 /// Needs    a selection made of an alignment of this width.

@@ -10,7 +10,7 @@
 namespace trimora::rooms {
 
 void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& stretches) {
-  const int width = totallength(stretches);
+  const int width = total_length(stretches);
   allocating(buffer_, [&] {
     std::vector<char> letters;
     letters.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(ali.numseq));
@@ -28,7 +28,7 @@ void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& str
 
 void Concatenation::write(OutputFile& out, const Table<std::string>& name, const InputState& run) const {
   for (int i = 1; i <= name.size(); ++i) {
-    writerecord(out, run, name[i], [&](Body& body) {
+    write_record(out, run, name[i], [&](Body& body) {
       for (const Part& part : parts_) body.add(part.rows[i].from(1), part.width);
     });
   }
@@ -44,7 +44,7 @@ std::string base(const BatchState& run) {
 }
 }  // namespace
 
-bool concatenatesungapped(const BatchState& run) {
+bool concatenates_ungapped(const BatchState& run) {
   return concatenates(run) && run.tog_allungfile == 1;
 }
 
@@ -52,7 +52,7 @@ Concatenations allalloc(const BatchState& run) {
   Concatenations all;
   if (concatenates(run) && run.tog_allfile == 1) all.letall.emplace("letall");
   if (concatenates(run) && run.tog_allfile_init == 1) all.letall_init.emplace("letall_init");
-  if (concatenatesungapped(run)) all.newletall.emplace("newletall");
+  if (concatenates_ungapped(run)) all.newletall.emplace("newletall");
   return all;
 }
 

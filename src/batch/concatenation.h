@@ -49,7 +49,7 @@ struct Concatenations {
 };
 
 /// Whether the ungapped alignments of the input are to be concatenated.
-bool concatenatesungapped(const BatchState& run);
+bool concatenates_ungapped(const BatchState& run);
 
 /// Start the concatenations that `run` asks for: none outside a batch, or while the alignments of a batch may differ in
 /// their number of sequences.

@@ -1,4 +1,5 @@
-// Names of sequences, as species are told apart by them.
+// Names of sequences, and how species are told apart by them.
+// Words     key: the part of a name that tells the species
 #pragma once
 #include <functional>
 #include <string>
@@ -8,12 +9,9 @@
 
 namespace trimora::rooms {
 
-/// A stored name without its line end and without blanks at either end.
-std::string_view plainname(std::string_view name);
-
-/// The part of a stored name by which species are told apart: up to the first of `ends`, or to its first blank or tab
-/// when none are given; without blanks at either end.
-std::string_view keyof(std::string_view name, std::string_view ends = "");
+/// The key of a stored name: up to the first of `ends`, or to its first blank or tab when there are none; without blanks at
+/// either end.
+std::string_view key_of(std::string_view name, std::string_view ends = "");
 
 /// Two sequences, counted from 1; 0 and 0: none.
 struct Pair {
@@ -23,9 +21,9 @@ struct Pair {
 
 /// The first two that have the same name; the names are made comparable by `part`.
 using PartOfName = std::function<std::string_view(std::string_view)>;
-Pair sametwice(const Table<std::string>& name, const PartOfName& part);
+Pair same_twice(const Table<std::string>& name, const PartOfName& part);
 
-/// Whether two lists hold the same keys, each once, in whatever order.
-bool samekeys(const Table<std::string>& a, const Table<std::string>& b);
+/// Whether two lists hold the same keys, each as often, in whatever order.
+bool same_keys(const Table<std::string>& a, const Table<std::string>& b);
 
 }  // namespace trimora::rooms

@@ -4,7 +4,6 @@
 
 #include "ground/path.h"
 #include "input/letters.h"
-#include "output/output_file.h"
 
 namespace trimora::rooms {
 
@@ -12,8 +11,8 @@ namespace {
 
 constexpr std::size_t longest = 80;  // MrBayes reads 99 characters; a number and the codon position follow
 
-bool namecharacter(char c) {
-  return isletter(c) || (c >= '0' && c <= '9') || c == '_';
+bool name_character(char c) {
+  return is_letter(c) || (c >= '0' && c <= '9') || c == '_';
 }
 
 std::string joined(const std::vector<std::string>& texts, std::string_view between) {
@@ -24,11 +23,11 @@ std::string joined(const std::vector<std::string>& texts, std::string_view betwe
 
 }  // namespace
 
-std::string raxmlfile(const std::string& path) {
+std::string raxml_file(const std::string& path) {
   return path + ".partitions";
 }
 
-std::string nexusfile(const std::string& path) {
+std::string nexus_file(const std::string& path) {
   return path + ".nex";
 }
 
@@ -37,13 +36,13 @@ std::string PartitionNames::take(const std::string& path) {
   if (const std::size_t point = stem.rfind('.'); point != 0 && point != std::string::npos) stem.resize(point);
   std::string name;
   for (const char c : stem) {
-    if (namecharacter(c)) {
+    if (name_character(c)) {
       name += c;
     } else if (!name.empty() && name.back() != '_') {
       name += '_';
     }
   }
-  if (name.empty() || !isletter(name[0])) name.insert(0, "p_");
+  if (name.empty() || !is_letter(name[0])) name.insert(0, "p_");
   name.resize(std::min(name.size(), longest));
   for (int number = 1;; ++number) {
     std::string candidate = number == 1 ? name : name + '_' + std::to_string(number);
@@ -96,15 +95,14 @@ std::vector<Partitions::Line> Partitions::lines(bool codons) const {
   return all;
 }
 
-void Partitions::save(const std::string& path, std::string_view model, bool codons) const {
-  const std::vector<Line> all = lines(codons);
-  {
-    OutputFile out(raxmlfile(path), OutputFile::whole);
-    for (const Line& line : all) {
-      out.put(std::string(model) + ", " + line.name + " = " + joined(line.ranges, ", ") + '\n');
-    }
+void Partitions::write_raxml(OutputFile& out, std::string_view model, bool codons) const {
+  for (const Line& line : lines(codons)) {
+    out.put(std::string(model) + ", " + line.name + " = " + joined(line.ranges, ", ") + '\n');
   }
-  OutputFile out(nexusfile(path), OutputFile::whole);
+}
+
+void Partitions::write_nexus(OutputFile& out, bool codons) const {
+  const std::vector<Line> all = lines(codons);
   const auto charsets = [&] {
     for (const Line& line : all) out.put("  charset " + line.name + " = " + joined(line.ranges, " ") + ";\n");
   };

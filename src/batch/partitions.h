@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "input/alignment.h"
+#include "output/output_file.h"
 
 namespace trimora::rooms {
 
 /// The files of the partitions of the concatenation in `path`: as RAxML reads them, and NEXUS.
-std::string raxmlfile(const std::string& path);
-std::string nexusfile(const std::string& path);
+std::string raxml_file(const std::string& path);
+std::string nexus_file(const std::string& path);
 
 /// Names for partitions: ASCII letters, digits and underscores that begin with a letter, unique whatever their case.
 class PartitionNames {
@@ -30,8 +31,10 @@ class Partitions {
   /// The next alignment adds its positions `stretches` to the concatenation; without any it gets no partition.
   void add(const std::string& name, const std::vector<Stretch>& stretches);
 
-  /// Write raxmlfile(path), each line with `model` in front, and nexusfile(path) with a SETS block and a MrBayes block. For codons each alignment has three partitions.
-  void save(const std::string& path, std::string_view model, bool codons) const;
+  /// Write them as RAxML reads them, each line with `model` in front. For codons each alignment has three partitions.
+  void write_raxml(OutputFile& out, std::string_view model, bool codons) const;
+  /// Write them as NEXUS, with a SETS block and a MrBayes block.
+  void write_nexus(OutputFile& out, bool codons) const;
 
  private:
   /// Columns of the concatenation that follow each other in frame.

@@ -1,20 +1,20 @@
 // Species by name: which row of each alignment of a batch is whose.
-// Words     key: what of a name tells the species, up to its first blank or to a character that the user names
 // Counting  species 1..size(), rows 1..numseq, alignments from 0 in the order in which they were added
 #pragma once
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "ground/table.h"
 
 namespace trimora::rooms {
 
-/// Why the names of one alignment cannot be told apart by their keys: two sequences have the same, or one has none.
-/// Returns  what is wrong and what to do; empty when each sequence has a key of its own.
-std::string unfitkey(const Table<std::string>& name, std::string_view ends);
+/// Fail when the names of one alignment cannot be told apart by their keys: unfit_name when one has none, same_name when
+/// two sequences have the same.
+void check_keys(const Table<std::string>& name, std::string_view ends);
 
 /// The species of a batch in the order in which they first appear.
 class Species {
@@ -23,7 +23,7 @@ class Species {
   explicit Species(std::string ends) : ends_(std::move(ends)) {}
 
   /// Take in the next alignment, whose sequences are called `name`.
-  /// Needs    unfitkey() to find nothing in them.
+  /// Needs    check_keys() to find nothing in them.
   void add(const Table<std::string>& name);
 
   int size() const { return name_.size(); }

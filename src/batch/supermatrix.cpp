@@ -1,47 +1,70 @@
 #include "batch/supermatrix.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdio>
-#include <optional>
-#include <string>
-
-#include "ground/speaker.h"
-#include "trimora_run/notes.h"
 
 namespace trimora::rooms {
 
-void Supermatrix::add(const Alignment& ali, const Selection& found, const BatchState& run) {
-  if (!whole_) return;
+namespace {
+
+/// Note which of T and U occur.
+void look_for(const Alignment& ali, bool& has_t, bool& has_u) {
+  for (int i = 1; i <= ali.numseq && !(has_t && has_u); ++i) {
+    const std::string_view row(ali.let[i].from(1), static_cast<std::size_t>(ali.nupo));
+    has_t = has_t || row.find_first_of("Tt") != row.npos;
+    has_u = has_u || row.find_first_of("Uu") != row.npos;
+  }
+}
+
+}  // namespace
+
+void Supermatrix::add(const std::string& path, const Alignment& ali, const Selection& found, char seq_type) {
+  if (!wanted() || !whole_) return;
   whole_ = false;
-  allconcat(all_, ali, found.blocks, found.ungapped);
-  if (byname()) {
+  const std::string name = partition_names_.take(path);
+  const auto append = [&](Joined joined, const std::vector<Stretch>& stretches) {
+    if (!wanted(joined)) return;
+    const auto k = static_cast<std::size_t>(joined);
+    parts_[k].append(ali, stretches);
+    partitions_[k].add(name, stretches);
+  };
+  append(Joined::blocks, found.blocks.newpos);
+  append(Joined::input, {{1, ali.nupo}});
+  append(Joined::ungapped, found.ungapped.newlet);
+  if (choice_.by_name) {
     species_.add(ali.name);
   } else {
-    lastnames_ = ali.name;
+    last_names_ = ali.name;
   }
-  if (arguments_.partitions) {
-    const std::string name = partitionnames_.take(run.fichero1);
-    letall_.add(name, found.blocks.newpos);
-    letall_init_.add(name, {{1, ali.nupo}});
-    newletall_.add(name, found.ungapped.newlet);
-  }
+  if (seq_type != 'P') look_for(ali, has_t_, has_u_);
+  ++size_;
   whole_ = true;
 }
 
-void Supermatrix::save(const Forms& forms, const BatchState& files, Messages& messages) const {
-  const auto rowof = [&](std::size_t alignment, int i) { return byname() ? species_.row(alignment, i) : i; };
-  const std::string model = !arguments_.model.empty() ? arguments_.model : files.seq_type == 'P' ? "LG" : "DNA";
-  const auto saveone = [&](const std::optional<Concatenation>& all, const std::string& path, const Partitions& parts) {
-    if (!all) return;
-    const Sheet sheet = sheetof(*all, byname() ? species_.name() : lastnames_, rowof);
-    saveforms(path, sheet, forms, files);
-    if (sheet.width > 0) notespecies(sheet, path, messages);
-    if (arguments_.partitions) parts.save(path, model, files.seq_type == 'C');
-  };
-  saveone(all_.letall, allfile(files), letall_);
-  if (all_.letall) std::fprintf(prints, "Trimora alignment in batch: %lld positions\n\n", all_.letall->columns());
-  saveone(all_.letall_init, allfile_init(files), letall_init_);
-  saveone(all_.newletall, allungfile(files), newletall_);
+Sheet Supermatrix::sheet(Joined joined) const {
+  const Concatenation& all = parts_[static_cast<std::size_t>(joined)];
+  const Sheet sheet = {choice_.by_name ? &species_.name() : &last_names_, all.columns(),
+                       [this, &all](int i, const Sheet::Put& put) {
+                         static const std::string missing(4096, '?');
+                         std::size_t alignment = 0;
+                         for (const Concatenation::Part& part : all.parts()) {
+                           const int row = choice_.by_name ? species_.row(alignment, i) : i;
+                           ++alignment;
+                           if (row > 0) {
+                             put(part.rows[row].from(1), part.width);
+                             continue;
+                           }
+                           const auto at_once = static_cast<int>(missing.size());
+                           for (int left = part.width; left > 0; left -= at_once) {
+                             put(missing.data(), std::min(left, at_once));
+                           }
+                         }
+                       }};
+  if (!has_t_ || !has_u_) return sheet;
+  LetterMap letters = same_letters();
+  letters['U'] = 'T';
+  letters['u'] = 't';
+  return mapped(sheet, letters);
 }
 
 }  // namespace trimora::rooms

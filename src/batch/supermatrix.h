@@ -1,47 +1,62 @@
-// The concatenations of a batch: sequences put together by their order or by their names, and which columns of them are of
+// The supermatrix of a batch: sequences put together by their order or by their names, and which columns of it are of
 // which alignment.
 #pragma once
-#include "batch/batch_state.h"
+#include <array>
+#include <string>
+
 #include "batch/concatenation.h"
-#include "ground/table.h"
-#include "input/alignment.h"
-#include "trimora/calculate.h"
-#include "trimora_run/arguments.h"
-#include "output/forms.h"
-#include "trimora_run/messages.h"
 #include "batch/partitions.h"
 #include "batch/species.h"
+#include "ground/table.h"
+#include "input/alignment.h"
+#include "output/forms.h"
+#include "selection/selection.h"
 
 namespace trimora::rooms {
 
+/// What is put together.
+enum class Joined {
+  blocks,    // the selected blocks
+  input,     // the alignments as they were read
+  ungapped,  // their positions without any gap
+};
+
 class Supermatrix {
  public:
-  /// Of the arguments, how sequences are matched and what the partitions are.
-  explicit Supermatrix(const Arguments& arguments) : arguments_(arguments), species_(arguments.nameend) {}
+  struct Choice {
+    std::array<bool, 3> joined = {};  // which of the three
+    bool by_name = false;             // match sequences by name, not by their order
+    std::string name_end = {};        // what ends the name of a species
+  };
+  explicit Supermatrix(const Choice& choice) : choice_(choice), species_(choice.name_end) {}
 
-  /// Start the concatenations that `run` asks for.
-  void start(const BatchState& run) { all_ = allalloc(run); }
-  bool wanted() const { return all_.letall || all_.letall_init || all_.newletall; }
+  bool wanted() const { return choice_.joined[0] || choice_.joined[1] || choice_.joined[2]; }
+  bool wanted(Joined joined) const { return choice_.joined[static_cast<std::size_t>(joined)]; }
 
-  /// Append the alignment in work, `run.fichero1`. Nothing follows one that was taken in by halves.
-  void add(const Alignment& ali, const Selection& found, const BatchState& run);
-  /// Whether each alignment was taken in whole: not when memory has run out in the middle of one.
+  /// Append an alignment; `path` names its partition, `seq_type` is the type of its sequences.
+  /// When memory runs out in the middle of one, nothing is appended after it.
+  void add(const std::string& path, const Alignment& ali, const Selection& found, char seq_type);
+  /// Whether each alignment was taken in whole.
   bool whole() const { return whole_; }
+  /// How many alignments were appended.
+  int size() const { return size_; }
 
-  /// Write the files of the concatenations, in each of `forms`, and print the length of the concatenated blocks.
-  /// `files` tells where they stand.
-  void save(const Forms& forms, const BatchState& files, Messages& messages) const;
+  /// One of the three, ready to be written. It lives as long as this does.
+  Sheet sheet(Joined joined) const;
+  const Partitions& partitions(Joined joined) const { return partitions_[static_cast<std::size_t>(joined)]; }
+  long long columns(Joined joined) const { return parts_[static_cast<std::size_t>(joined)].columns(); }
 
  private:
-  bool byname() const { return arguments_.match == Match::name; }
-
-  const Arguments& arguments_;
+  Choice choice_;
   bool whole_ = true;
-  Concatenations all_;
-  Table<std::string> lastnames_;  // in the last alignment
-  Species species_;               // in all of them, where sequences are matched by name
-  PartitionNames partitionnames_;
-  Partitions letall_, letall_init_, newletall_;  // of the concatenations of the same names
+  int size_ = 0;
+  bool has_t_ = false, has_u_ = false;  // among the letters of nucleotides
+  std::array<Concatenation, 3> parts_ = {Concatenation("letall"), Concatenation("letall_init"),
+                                         Concatenation("newletall")};
+  std::array<Partitions, 3> partitions_;
+  PartitionNames partition_names_;
+  Table<std::string> last_names_;  // in the last alignment, for those that are matched by order
+  Species species_;                // in all of them, where sequences are matched by name
 };
 
 }  // namespace trimora::rooms

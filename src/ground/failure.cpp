@@ -33,10 +33,9 @@ std::string shown(std::string_view line) {
 
 std::string words(const Failure& failure) {
   using Kind = Failure::Kind;
-  const std::string sequence =
-      failure.sequence == 0 ? "a sequence"
-                            : "sequence " + std::to_string(failure.sequence) +
-                                  (failure.name.empty() ? "" : " (" + failure.name + ")");
+  const std::string sequence = failure.sequence == 0 ? "a sequence"
+                                                     : "sequence " + std::to_string(failure.sequence) +
+                                                           (failure.name.empty() ? "" : " (" + failure.name + ")");
   const std::string length = std::to_string(failure.length);
   const std::string expected = std::to_string(failure.expected);
   const std::string reason = failure.error != 0 ? std::strerror(failure.error) : failure.detail;

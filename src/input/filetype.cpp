@@ -4,8 +4,8 @@
 
 namespace trimora::rooms {
 
-std::string pathof(const std::string& line) {
-  std::string path = withoutnewline(line);
+std::string path_of(const std::string& line) {
+  std::string path = without_newline(line);
 #ifdef _WIN32  // where lists have line ends of two characters, and no name ends with the first of them
   if (path.ends_with('\r')) path.pop_back();
 #endif
@@ -14,11 +14,11 @@ std::string pathof(const std::string& line) {
 
 // A read at the end of the file leaves the line as it is, so that the last one is counted twice when it ends with a line
 // end.
-int countpaths(InputFile& pathsfile, std::string line) {
+int count_paths(InputFile& paths_file, std::string line) {
   int numal = 0;
-  while (!pathsfile.ended()) {
-    pathsfile.readline(line);
-    if (!emptyline(line)) ++numal;
+  while (!paths_file.ended()) {
+    paths_file.read_line(line);
+    if (!is_empty_line(line)) ++numal;
   }
   return numal - 1;
 }
@@ -37,11 +37,11 @@ void checkformat(const std::string& line, InputState& run) {
   run.seq_type = line[1];
 }
 
-bool readpath(InputFile& pathsfile, std::string& path) {
+bool read_path(InputFile& paths_file, std::string& path) {
   std::string line = "\n";
-  pathsfile.readnonempty(line);
-  if (emptyline(line)) return false;
-  path = pathof(line);
+  paths_file.read_nonempty(line);
+  if (is_empty_line(line)) return false;
+  path = path_of(line);
   return true;
 }
 

@@ -12,14 +12,14 @@ namespace trimora::rooms {
 void checkformat(const std::string& line, InputState& run);
 
 /// The path in a line of a paths file.
-std::string pathof(const std::string& line);
+std::string path_of(const std::string& line);
 
 /// The number of alignments that are processed of a paths file, from its unread part on. Users rely on what follows from
 /// how lines are read: the last path counts only with its line end, and without an empty line after it. `line` is what
 /// the line buffer held before.
-int countpaths(InputFile& pathsfile, std::string line);
+int count_paths(InputFile& paths_file, std::string line);
 
 /// Read the next path of a paths file; empty lines do not count. Returns false, with `path` as it was, at the end.
-bool readpath(InputFile& pathsfile, std::string& path);
+bool read_path(InputFile& paths_file, std::string& path);
 
 }  // namespace trimora::rooms

@@ -30,15 +30,15 @@ class InputFile {
 
   /// Read the rest of a line, at most 189 characters of it, line end included. The text ends at its first NUL byte.
   /// At the end of the file `line` stays as it is.
-  void readline(std::string& line);
+  void read_line(std::string& line);
 
   /// Read lines until one is not empty (does not begin with a line end), or to the end of the file.
-  void readnonempty(std::string& line);
+  void read_nonempty(std::string& line);
 
   /// Hand the text up to the next `terminator` to `use(first, last)`, stretch by stretch, and step over the terminator.
   /// Returns false when the file ended first.
   template <typename Use>
-  bool readuntil(char terminator, Use use) {
+  bool read_until(char terminator, Use use) {
     for (;;) {
       const void* found = std::memchr(next_, terminator, static_cast<std::size_t>(limit_ - next_));
       const char* last = found != nullptr ? static_cast<const char*>(found) : limit_;
@@ -68,10 +68,10 @@ class InputFile {
   bool end_met_ = false;
 };
 
-/// Whether a line read by InputFile::readline() is empty: it begins with its line end.
-bool emptyline(const std::string& line);
+/// Whether a line read by InputFile::read_line() is empty: it begins with its line end.
+bool is_empty_line(const std::string& line);
 
 /// `line` without its final line end, if it has one.
-std::string withoutnewline(const std::string& line);
+std::string without_newline(const std::string& line);
 
 }  // namespace trimora::rooms

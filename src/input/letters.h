@@ -14,7 +14,7 @@ constexpr char lower(char c) {
 }
 
 /// Whether a letter, in either case.
-constexpr bool isletter(char c) {
+constexpr bool is_letter(char c) {
   return capital(c) >= 'A' && capital(c) <= 'Z';
 }
 

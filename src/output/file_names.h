@@ -10,7 +10,7 @@ inline std::string seqfile(const OutputState& run) {
   return run.fichero1 + run.exten;
 }
 inline std::string viewfile(const OutputState& run) {
-  constexpr const char* endings[] = {"", ".htm", ".txt", ".txts"};  // noreport, htmlreport, textreport, shortreport
+  constexpr const char* endings[] = {"", ".htm", ".txt", ".txts"};  // no_report, html_report, text_report, short_report
   return seqfile(run) + endings[static_cast<unsigned char>(run.tog_viewfile)];
 }
 inline std::string maskfile(const OutputState& run) {

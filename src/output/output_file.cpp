@@ -21,12 +21,12 @@ std::FILE* opened(const std::string& path) {
 }  // namespace
 
 OutputFile::OutputFile(std::FILE* file, bool stays, std::string* text)
-    : buffer_(new char[buffersize]),  // not filled: it is overwritten
+    : buffer_(new char[buffer_size]),  // not filled: it is overwritten
       file_(file),
       stays_(stays),
       text_(text),
       next_(buffer_.get()),
-      limit_(buffer_.get() + buffersize) {}
+      limit_(buffer_.get() + buffer_size) {}
 
 OutputFile::OutputFile(const std::string& path) : OutputFile(nullptr, false, nullptr) {
   file_ = opened(path);
@@ -35,7 +35,7 @@ OutputFile::OutputFile(const std::string& path) : OutputFile(nullptr, false, nul
 
 OutputFile::OutputFile(std::FILE* stream) : OutputFile(stream, true, nullptr) {}
 
-OutputFile::OutputFile(std::string& text) : OutputFile(nullptr, false, &text) {}
+OutputFile::OutputFile(std::string* text) : OutputFile(nullptr, false, text) {}
 
 OutputFile::~OutputFile() {
   text_ = nullptr;  // to append to it may fail
@@ -54,8 +54,8 @@ int OutputFile::close() {
   return error_;
 }
 
-void OutputFile::putpieces(std::string_view text) {
-  for (; !text.empty(); text.remove_prefix(std::min(mostroom, text.size()))) put(text.substr(0, mostroom));
+void OutputFile::put_pieces(std::string_view text) {
+  for (; !text.empty(); text.remove_prefix(std::min(most_room, text.size()))) put(text.substr(0, most_room));
 }
 
 void OutputFile::print(const char* format, ...) {

@@ -17,7 +17,7 @@ class OutputFile {
   /// A stream that stays open, such as standard output.
   explicit OutputFile(std::FILE* stream);
   /// Text in memory, which has to outlive this.
-  explicit OutputFile(std::string& text);
+  explicit OutputFile(std::string* text);
   /// Closes what was not closed, which says nothing about the bytes: a run has ended early.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
@@ -29,7 +29,7 @@ class OutputFile {
 
   /// Append text as it is.
   void put(std::string_view text) {
-    if (text.size() > mostroom) return putpieces(text);
+    if (text.size() > most_room) return put_pieces(text);
     filled(std::copy(text.begin(), text.end(), room(text.size())));
   }
   void put(char c) {
@@ -40,23 +40,23 @@ class OutputFile {
   /// Append text made as printf() makes it.
   [[gnu::format(printf, 2, 3)]] void print(const char* format, ...);
 
-  /// Room for `count` bytes (at most `mostroom`), to be filled from the returned place on and taken by filled().
+  /// Room for `count` bytes (at most `most_room`), to be filled from the returned place on and taken by filled().
   char* room(std::size_t count) {
-    assert(count <= mostroom);
+    assert(count <= most_room);
     if (static_cast<std::size_t>(limit_ - next_) < count) flush();
     return next_;
   }
   void filled(const char* end) { next_ += end - next_; }
-  static constexpr std::size_t mostroom = 65536;
+  static constexpr std::size_t most_room = 65536;
 
  private:
   OutputFile(std::FILE* file, bool stays, std::string* text);
-  void putpieces(std::string_view text);
+  void put_pieces(std::string_view text);
   void flush();
   void failed();  // takes the reason from errno
 
   // Large: the fewer and longer the writes, the less each page costs the system.
-  static constexpr std::size_t buffersize = 524288;
+  static constexpr std::size_t buffer_size = 524288;
 
   std::unique_ptr<char[]> buffer_;
   std::FILE* file_;    // null: the bytes go to `text_`, or it is closed

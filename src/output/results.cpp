@@ -22,7 +22,7 @@ constexpr Result table[] = {
   {"-s", [](Run run) { return run.tog_seqfile == 1; },           seqfile,
          [](OutputFile& out, Ali ali, Found found, Run run) { saveseq(out, ali, found.blocks, run); },
          [](Ali, Found found) { return found.blocks.newpos; }},
-  {"-p", [](Run run) { return run.tog_viewfile != noreport; },   viewfile,
+  {"-p", [](Run run) { return run.tog_viewfile != no_report; },   viewfile,
          [](OutputFile& out, Ali ali, Found found, Run run) { saveviewfile(out, ali, found.scores, found.blocks, run); },
          nullptr},
   {"-k", [](Run run) { return run.tog_maskfile == 1; },          maskfile,

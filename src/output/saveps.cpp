@@ -20,7 +20,7 @@ void saveps(OutputFile& out, const SelectedBlocks& blocks, int nupo, const Outpu
   out.put("%!PS-Adobe-3.0 EPSF-3.0\n");
   out.print("%%%%BoundingBox: 20 20 200 %i \n", std::max(nupo, shortest) + margin);
   out.print("%%%%Title: %s\n", run.fichero1.c_str());
-  out.print("%%%%Creator Trimora %s\n", version);
+  out.print("%%%%Creator Trimora %s\n", version_text);
   out.put("%%Pages: 1\n\n");
   out.put("/seq {\nnewpath\n 25   moveto\n0  10   rlineto\n  35   lineto\n0 -10 rlineto\nclosepath\nfill\n} def\n\n");
   out.put("/block {\nnewpath\n 10   moveto\n0  10   rlineto\n  20   lineto\n0 -10 rlineto\nclosepath\nfill\n} def\n\n");
@@ -29,7 +29,8 @@ void saveps(OutputFile& out, const SelectedBlocks& blocks, int nupo, const Outpu
   out.put("/Helvetica findfont 12 scalefont setfont\n\n");
   out.put("gsave\n180 0 translate\n90 rotate\n\n");
   out.put("newpath\n30 100 moveto\n");
-  out.print("(Blocks found by Trimora version %s for the file %s) show\n", version, getpath(psfile(run)).name_file.c_str());
+  out.print("(Blocks found by Trimora version %s for the file %s) show\n", version_text,
+            getpath(psfile(run)).name_file.c_str());
   out.put("30 80 moveto\n");
   out.print("(Parameters used: %i %i %i %i %i) show\n\n", run.negval, run.flankval, run.negblen, run.posblen2,
             run.tog_gaps);

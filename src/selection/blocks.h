@@ -12,6 +12,7 @@ namespace trimora::rooms {
 
 /// The blocks of one alignment. getpos() makes it; every later step only reads it.
 struct SelectedBlocks {
+  std::vector<Stretch> pos;        // the initial blocks, before gap positions are cut out
   std::vector<Stretch> newpos;     // the blocks, from left to right; a codon block may be empty (last = first - 1)
   std::vector<Stretch> newposseq;  // the same, counted on the first sequence; exact only where its blocks hold no gap
   int nupo3 = 0;                   // positions selected

@@ -43,7 +43,7 @@ Ungapped ungap(const Alignment& ali) {
     }
     keep();
   });
-  ungapped.nupoung = totallength(ungapped.newlet);
+  ungapped.nupoung = total_length(ungapped.newlet);
   return ungapped;
 }
 

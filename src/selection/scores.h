@@ -25,9 +25,14 @@ inline bool conserved(const PositionScores& scores, int p, const SelectionState&
   return scores.val[p] >= static_cast<float>(run.negval);  // single precision on both sides, on purpose
 }
 
+/// Flank: at least b2 do.
+inline bool flank(const PositionScores& scores, int p, const SelectionState& run) {
+  return scores.val[p] >= static_cast<float>(run.flankval);
+}
+
 /// For each position the residue that the report colours and the mask marks in every sequence that carries it: the most
-/// frequent one where the position is conserved, elsewhere `nocapital`, which no capital equals.
-inline constexpr char nocapital = 'a';
-Table<char> conservedresidues(const PositionScores& scores, const SelectionState& run);
+/// frequent one where the position is conserved, elsewhere `no_capital`, which no capital equals.
+inline constexpr char no_capital = 'a';
+Table<char> conserved_residues(const PositionScores& scores, const SelectionState& run);
 
 }  // namespace trimora::rooms

@@ -37,7 +37,7 @@ void save(const std::string& path, Write write) {
 void derive(const Alignment& ali, bool first, int& reference, BatchState& run) {
   run.numseq = ali.numseq;
   if (first) reference = ali.numseq;
-  if (run.tog_sb == 1 && run.tog_sub == 0) derivedefaults(run);
+  if (run.tog_sb == 1 && run.tog_sub == 0) derive_defaults(run);
   if (run.tog_sub == 1 && ali.numseq != reference) {
     throw Failure{.kind = Failure::Kind::other_sequences, .length = ali.numseq, .expected = reference};
   }
@@ -46,7 +46,7 @@ void derive(const Alignment& ali, bool first, int& reference, BatchState& run) {
 /// Select the blocks of `ali`, and print its name and its summary.
 Selection summarized(const Alignment& ali, const BatchState& run) {
   std::printf("%s\n", run.fichero1.c_str());
-  const bool needs_ungapped = run.tog_ungappedfile == 1 || concatenatesungapped(run);
+  const bool needs_ungapped = run.tog_ungappedfile == 1 || concatenates_ungapped(run);
   Selection found = find_blocks(ali, run, needs_ungapped);
   std::printf("Original alignment: %i positions\n", ali.nupo);
   if (needs_ungapped) std::printf("Ungapped alignment: %i positions\n", found.ungapped.nupoung);
@@ -81,14 +81,14 @@ std::optional<Alignment> openfile(RunState& run) {
   run.numseq = ali.numseq;
   std::printf("\n%i sequences and %i positions in the first alignment file:\n%s\n\n", ali.numseq, ali.nupo,
               run.fichero1.c_str());
-  derivedefaults(run);
+  derive_defaults(run);
   return ali;
 }
 
 void calculate(BatchState& run, std::optional<Alignment> loaded) {
   const bool batch = run.tog_sb == 1;
-  std::optional<InputFile> pathsfile;
-  if (batch && !pathsfile.emplace(run.filename)) {
+  std::optional<InputFile> paths_file;
+  if (batch && !paths_file.emplace(run.filename)) {
     throw Failure{.kind = Failure::Kind::not_readable, .file = run.filename, .error = errno};
   }
 
@@ -96,7 +96,7 @@ void calculate(BatchState& run, std::optional<Alignment> loaded) {
   Table<std::string> name;  // of the last alignment
   int reference = 0;        // sequences of the first alignment
   for (int processed = 0; processed < run.numal; ++processed) {
-    if (batch && !readpath(*pathsfile, run.fichero1)) break;
+    if (batch && !read_path(*paths_file, run.fichero1)) break;
     Alignment ali = loaded ? *std::exchange(loaded, std::nullopt) : load(run);
     derive(ali, processed == 0, reference, run);
     if (processed == 0) all = allalloc(run);

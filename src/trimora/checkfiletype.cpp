@@ -18,19 +18,19 @@ void checkfiletype(InputState& run) {
       run.filename.clear();
       return;
     }
-    input.readnonempty(line);
+    input.read_nonempty(line);
   }
 
-  const std::string firstpath = pathof(line);
-  if (InputFile first(firstpath); first) {
+  const std::string first_path = path_of(line);
+  if (InputFile first(first_path); first) {
     run.tog_sb = 1;
-    run.fichero1 = firstpath;
+    run.fichero1 = first_path;
     line.clear();
-    first.readnonempty(line);
+    first.read_nonempty(line);
     checkformat(line, run);
-    InputFile pathsfile(run.filename);
-    if (!pathsfile) throw Failure{.kind = Failure::Kind::not_readable, .file = run.filename, .error = errno};
-    run.numal = countpaths(pathsfile, line);
+    InputFile paths_file(run.filename);
+    if (!paths_file) throw Failure{.kind = Failure::Kind::not_readable, .file = run.filename, .error = errno};
+    run.numal = count_paths(paths_file, line);
   } else {
     checkformat(line, run);
     run.tog_sb = 0;

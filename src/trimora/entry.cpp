@@ -24,7 +24,7 @@ int trimora_main(int argc, char* argv[]) {
       loaded = openfile(run);
     }
     if (argc > 2) {
-      parseoptions(argc, argv, 2, run);
+      parse_options(argc, argv, 2, run);
       calculate(run, std::move(loaded));
       return;
     }

@@ -28,7 +28,8 @@ void print(const Failure& failure) {
       std::printf("\nFile not in NBRF/PIR format or too few sequences in the alignment: %lld\n", failure.length);
       return;
     case Kind::too_few_positions:
-      std::printf("\nToo few positions in the alignment (at least two positions are necessary): %lld\n", failure.length);
+      std::printf("\nToo few positions in the alignment (at least two positions are necessary): %lld\n",
+                  failure.length);
       return;
     case Kind::other_sequences: std::printf("\nAlignments with different number of sequences\n"); return;
     case Kind::too_long: std::printf("\nMemory allocation failure in let\n%i\n", failure.sequence); return;

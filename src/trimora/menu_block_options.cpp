@@ -30,7 +30,7 @@ void show(const RunState& run) {
   sequences("\n2. Minimum Number Of Sequences For A Flank Position: ..... ", run.flankval);
   std::printf("\n3. Maximum Number Of Contiguous Nonconserved Positions: .. %i", run.negblen);
   std::printf("\n4. Minimum Length Of A Block: ............................ %i", run.posblen2);
-  const char* gaps[] = {"", "None", "With Half", "All"};  // nogaps, withhalf, allgaps
+  const char* gaps[] = {"", "None", "With Half", "All"};  // no_gaps, with_half, all_gaps
   std::printf("\n5. Allowed Gap Positions: ................................ %s", gaps[run.tog_gaps]);
   if (run.tog_expmenb == 1) {
     std::printf("\n");
@@ -54,21 +54,21 @@ void take(long long v, int& parameter, RunState& run) {
 }
 
 /// Choice 1: b1.
-void askconserved(RunState& run) {
+void ask_conserved(RunState& run) {
   if (!loaded(run)) {
-    std::printf("%s\n\n", nofile);
+    std::printf("%s\n\n", no_file);
     return;
   }
   std::puts("(BIGGER values DECREASE the selected number of positions)");
   std::printf("Minimum Number Of Sequences For A Conserved Position [%i-%i]: ", run.initnegval, run.flankval);
-  const auto v = readnumber();
-  if (v && negvalrange(run).holds(*v)) {
+  const auto v = read_number();
+  if (v && negval_range(run).holds(*v)) {
     take(*v, run.negval, run);
   } else {
-    std::printf(notallowed);
-    if (v && *v < run.initnegval) std::printf("\n%s", negvaltoolow(run.initnegval).c_str());
+    std::printf(not_allowed);
+    if (v && *v < run.initnegval) std::printf("\n%s", negval_too_low(run.initnegval).c_str());
     if (v && *v > run.flankval) {
-      std::printf("\n%s", negvaltoohigh);
+      std::printf("\n%s", negval_too_high);
       if (run.flankval < run.numseq) {
         std::printf("\nTry increasing the Minimum Number Of Sequences For A Flank Position");
       }
@@ -78,21 +78,21 @@ void askconserved(RunState& run) {
 }
 
 /// Choice 2: b2.
-void askflank(RunState& run) {
+void ask_flank(RunState& run) {
   if (!loaded(run)) {
-    std::printf("%s\n\n", nofile);
+    std::printf("%s\n\n", no_file);
     return;
   }
   std::puts("(BIGGER values DECREASE the selected number of positions)");
   std::printf("Minimum Number Of Sequences For A Flank Position [%i-%i]: ", run.negval, run.numseq);
-  const auto v = readnumber();
-  if (v && flankvalrange(run).holds(*v)) {
+  const auto v = read_number();
+  if (v && flankval_range(run).holds(*v)) {
     take(*v, run.flankval, run);
   } else {
-    std::printf(notallowed);
-    if (v && *v > run.numseq) std::printf("\n%s", flankvaltoohigh(run.numseq).c_str());
+    std::printf(not_allowed);
+    if (v && *v > run.numseq) std::printf("\n%s", flankval_too_high(run.numseq).c_str());
     if (v && *v < run.negval) {
-      std::printf("\n%s", flankvaltoolow);
+      std::printf("\n%s", flankval_too_low);
       if (run.initnegval < run.negval) {
         std::printf("\nTry decreasing the minimum number of sequences for a conserved position");
       }
@@ -102,15 +102,15 @@ void askflank(RunState& run) {
 }
 
 /// Choice 3: b3, with or without a file.
-void asknonconserved(RunState& run) {
+void ask_nonconserved(RunState& run) {
   std::puts("(BIGGER values INCREASE the selected number of positions)");
   std::printf("Maximum Number Of Contiguous Nonconserved Positions [0-32000]: ");
-  const auto v = readnumber();
-  if (v && negblenrange.holds(*v)) {
+  const auto v = read_number();
+  if (v && negblen_range.holds(*v)) {
     run.negblen = static_cast<int>(*v);
   } else {
-    std::printf(notallowed);
-    if (v && *v < negblenrange.least) {
+    std::printf(not_allowed);
+    if (v && *v < negblen_range.least) {
       std::printf("\nThe maximum number of contiguous nonconserved positions must be positive");
     }
   }
@@ -118,19 +118,19 @@ void asknonconserved(RunState& run) {
 }
 
 /// Choice 4: b4, and b0 with it. Codons need room for a whole one.
-void asklength(RunState& run) {
+void ask_length(RunState& run) {
   if (run.seq_type == '-') {
-    std::printf("\n%s", nofile);
+    std::printf("\n%s", no_file);
   } else {
     const bool codons = run.seq_type == 'C';
-    const Range range = codons ? codonposblenrange : posblenrange;
+    const Range range = codons ? codon_posblen_range : posblen_range;
     std::puts("(BIGGER values DECREASE the selected number of positions)");
     std::printf("Minimum Length Of A Block [%lld - %lld]: ", range.least, range.most);
-    const auto v = readnumber();
+    const auto v = read_number();
     if (v && range.holds(*v)) {
       run.posblen = run.posblen2 = static_cast<int>(*v);
     } else {
-      std::printf(notallowed);
+      std::printf(not_allowed);
       if (v && *v < range.least) {
         std::printf("The minimum length of a block after gap cleaning must be %lld or bigger%s\n", range.least,
                     codons ? " for codon sequences" : "");
@@ -140,14 +140,14 @@ void asklength(RunState& run) {
   std::puts("\n");
 }
 
-void restoredefaults(RunState& run) {
+void restore_defaults(RunState& run) {
   const RunState defaults;
   run.tog_gaps = defaults.tog_gaps;
   run.posblen2 = defaults.posblen2;
   run.tog_sim = defaults.tog_sim;
   run.negblen = defaults.negblen;
   run.posblen = defaults.posblen;
-  derivedefaults(run);
+  derive_defaults(run);
 }
 
 }  // namespace
@@ -155,20 +155,20 @@ void restoredefaults(RunState& run) {
 void menu_block_options(RunState& run) {
   do {
     show(run);
-    readchoice(run);
+    read_choice(run);
     switch (run.menu) {
-      case '1': askconserved(run); break;
-      case '2': askflank(run); break;
-      case '3': asknonconserved(run); break;
-      case '4': asklength(run); break;
-      case '5': run.tog_gaps = run.tog_gaps % allgaps + 1; break;
+      case '1': ask_conserved(run); break;
+      case '2': ask_flank(run); break;
+      case '3': ask_nonconserved(run); break;
+      case '4': ask_length(run); break;
+      case '5': run.tog_gaps = run.tog_gaps % all_gaps + 1; break;
       case '6': run.tog_sim = 1 - run.tog_sim; break;
       case 'e':
-        askexten(run);
+        ask_exten(run);
         std::puts("\n");
         break;
-      case 'g': getblocks(run); break;
-      case 'r': restoredefaults(run); break;
+      case 'g': get_blocks(run); break;
+      case 'r': restore_defaults(run); break;
       case 'z': run.tog_expmenb = 1 - run.tog_expmenb; break;
       case 'm':
       case '\n': break;

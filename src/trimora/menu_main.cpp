@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <string>
 
-#include "trimora/console.h"
-#include "trimora/menus.h"
 #include "ground/version.h"
 #include "trimora/calculate.h"
+#include "trimora/console.h"
+#include "trimora/menus.h"
 
 namespace trimora::rooms {
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t longestfilename = 199;
 
-const char* typeline(char seq_type) {
+const char* type_line(char seq_type) {
   switch (seq_type) {
     case 'D': return "t. Type Of Sequence: DNA\n";
     case 'P': return "t. Type Of Sequence: Protein\n";
@@ -25,14 +25,14 @@ const char* typeline(char seq_type) {
 void show(const RunState& run) {
   if (run.menu == '\n') std::puts("\n");
   std::puts("******************************************************");
-  std::printf("                    TRIMORA %s                     \n", version);
+  std::printf("                    TRIMORA %s                     \n", version_text);
   std::puts("SELECTION OF CONSERVED BLOCKS FROM MULTIPLE ALIGNMENTS");
   std::puts("        FOR THEIR USE IN PHYLOGENETIC ANALYSIS        ");
   std::puts("******************************************************");
   const bool loaded = !run.filename.empty();
   if (loaded) {
     std::printf(run.tog_sb == 1 ? "\nCURRENT FILE (paths file): %s\n" : "\nCURRENT FILE: %s\n", run.filename.c_str());
-    std::printf("%s", typeline(run.seq_type));
+    std::printf("%s", type_line(run.seq_type));
   }
   std::printf("\no. Open File\n\nb. Block Parameters\n\ns. Saving Options");
   std::printf(loaded ? "\n\ng. Get Blocks" : "\n\ng. (Get Blocks)");
@@ -40,24 +40,24 @@ void show(const RunState& run) {
 }
 
 /// Choice o: another file. One that cannot be opened leaves the current one as it is.
-void askfile(RunState& run) {
+void ask_file(RunState& run) {
   const std::string current = run.filename;
   std::puts("Please enter a DNA or protein alignment in NBRF/PIR or FASTA format or a paths file.");
   std::printf("File Name: ");
-  run.filename = readanswer();
+  run.filename = read_answer();
   if (run.filename.size() > longestfilename) run.filename.clear();
   openfile(run);
   if (run.filename.empty()) run.filename = current;
 }
 
 /// Choice t: the next type of sequence.
-void changetype(RunState& run) {
+void change_type(RunState& run) {
   switch (run.seq_type) {
     case 'D': run.seq_type = 'P'; break;
     case 'P':
       run.seq_type = 'C';
-      if (run.posblen2 < codonposblenrange.least) {
-        run.posblen = run.posblen2 = static_cast<int>(codonposblenrange.least);
+      if (run.posblen2 < codon_posblen_range.least) {
+        run.posblen = run.posblen2 = static_cast<int>(codon_posblen_range.least);
         std::puts("\nWarning: Minimum Length Of A Block changed to 5 for codon alignments\n");
       }
       break;
@@ -70,13 +70,13 @@ void changetype(RunState& run) {
 void menu_main(RunState& run) {
   do {
     show(run);
-    readchoice(run);
+    read_choice(run);
     switch (run.menu) {
-      case 'o': askfile(run); break;
+      case 'o': ask_file(run); break;
       case 'b': menu_block_options(run); break;
       case 's': menu_saving_options(run); break;
-      case 'g': getblocks(run); break;
-      case 't': changetype(run); break;
+      case 'g': get_blocks(run); break;
+      case 't': change_type(run); break;
       case 'q':
       case '\n': break;
       default: std::puts("* Unrecognized option *");

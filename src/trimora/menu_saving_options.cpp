@@ -38,7 +38,7 @@ void change(char& toggle) {
 }
 
 /// Choices a, c and w: a concatenation needs the same number of sequences in all alignments, which is said once.
-void changeconcatenation(char& toggle, RunState& run) {
+void change_concatenation(char& toggle, RunState& run) {
   change(toggle);
   run.tog_sub = 1;
   if (std::exchange(run.warn, 0) == 0) return;
@@ -49,13 +49,13 @@ void changeconcatenation(char& toggle, RunState& run) {
 }
 
 /// Choice v: characters per line of the report.
-void askbreakcount(RunState& run) {
+void ask_break_count(RunState& run) {
   std::printf("Characters Per Line In Results And Parameters File [50-32000]: ");
-  const auto v = readnumber();
-  if (v && breakcountrange.holds(*v)) {
+  const auto v = read_number();
+  if (v && breakcount_range.holds(*v)) {
     run.breakcount = static_cast<int>(*v);
   } else {
-    std::printf(notallowed);
+    std::printf(not_allowed);
   }
 }
 
@@ -64,25 +64,25 @@ void askbreakcount(RunState& run) {
 void menu_saving_options(RunState& run) {
   do {
     show(run);
-    readchoice(run);
+    read_choice(run);
     switch (run.menu) {
       case 's': change(run.tog_seqfile); break;
-      case 'p': run.tog_viewfile = static_cast<char>((run.tog_viewfile + 1) % (shortreport + 1)); break;
+      case 'p': run.tog_viewfile = static_cast<char>((run.tog_viewfile + 1) % (short_report + 1)); break;
       case 'e':
-        askexten(run);
+        ask_exten(run);
         std::puts("\n");
         break;
       case 'v':
-        askbreakcount(run);
+        ask_break_count(run);
         std::puts("\n");
         break;
       case 'n': change(run.tog_ncbfile); break;
       case 'u': change(run.tog_ungappedfile); break;
       case 'k': change(run.tog_maskfile); break;
       case 'd': change(run.tog_psfile); break;
-      case 'a': changeconcatenation(run.tog_allfile, run); break;
-      case 'c': changeconcatenation(run.tog_allfile_init, run); break;
-      case 'w': changeconcatenation(run.tog_allungfile, run); break;
+      case 'a': change_concatenation(run.tog_allfile, run); break;
+      case 'c': change_concatenation(run.tog_allfile_init, run); break;
+      case 'w': change_concatenation(run.tog_allungfile, run); break;
       case 'z': run.tog_expmen = 1 - run.tog_expmen; break;
       case 'm':
       case '\n': break;

@@ -4,24 +4,24 @@
 #include <optional>
 #include <string>
 
-#include "trimora/console.h"
 #include "trimora/calculate.h"
+#include "trimora/console.h"
 
 namespace trimora::rooms {
 
-void getblocks(RunState& run) {
+void get_blocks(RunState& run) {
   if (!run.filename.empty()) {
     calculate(run, std::nullopt);
   } else {
-    std::printf("%s", nofile);
+    std::printf("%s", no_file);
     run.menu = '\n';
   }
 }
 
-void askexten(RunState& run) {
+void ask_exten(RunState& run) {
   std::printf("(Five Characters Maximum)\nFile Extension: ");
-  const std::string word = readword();
-  if (word.empty() || word.size() > longestexten) {  // without a suffix the blocks would replace the input
+  const std::string word = read_word();
+  if (word.empty() || word.size() > longest_exten) {  // without a suffix the blocks would replace the input
     std::printf("\n* String too long *");
   } else {
     run.exten = word;

@@ -4,8 +4,8 @@
 
 namespace trimora::rooms {
 
-inline constexpr char notallowed[] = "\n* Value not allowed *\n";
-inline constexpr char nofile[] = "* Please enter first an alignment in NBRF/PIR or FASTA format *";
+inline constexpr char not_allowed[] = "\n* Value not allowed *\n";
+inline constexpr char no_file[] = "* Please enter first an alignment in NBRF/PIR or FASTA format *";
 
 /// The main menu, until a run has been made or the user quits: `run.menu` is then 'g' or 'q'.
 void menu_main(RunState& run);
@@ -19,9 +19,9 @@ void menu_saving_options(RunState& run);
 // Choices that stand in more than one menu.
 
 /// Choice g: make a run, or ask for a file first when there is none; the menu is then shown behind a blank line.
-void getblocks(RunState& run);
+void get_blocks(RunState& run);
 
 /// Choice e: ask for a new suffix, and refuse one that is too long, or that a NUL byte makes empty.
-void askexten(RunState& run);
+void ask_exten(RunState& run);
 
 }  // namespace trimora::rooms

@@ -11,8 +11,8 @@
 #include <variant>
 #include <vector>
 
-#include "trimora/reasons.h"
 #include "input/letters.h"
+#include "trimora/reasons.h"
 
 namespace trimora::rooms {
 
@@ -33,7 +33,7 @@ constexpr const char* yesorno = " It has to be Y (Yes) or N (No)";
 // clang-format off
 constexpr Option options[] = {
 // name  sets                          numbers          letters     end of the warning
-  {"b3", &RunState::negblen,           negblenrange,    "",         ""},
+  {"b3", &RunState::negblen,           negblen_range,    "",         ""},
   {"b5", &RunState::tog_gaps,          none,            "N1H2A3",   " It has to be N (None), H (With Half) or A (All)"},
   {"b6", &RunState::tog_sim,           none,            "Y1N0",     yesorno},
   {"s",  &RunState::tog_seqfile,       none,            "Y1N0",     yesorno},
@@ -45,7 +45,7 @@ constexpr Option options[] = {
   {"a",  &RunState::tog_allfile,       none,            "Y1N0",     yesorno},
   {"c",  &RunState::tog_allfile_init,  none,            "Y1N0",     yesorno},
   {"w",  &RunState::tog_allungfile,    none,            "Y1N0",     yesorno},
-  {"v",  &RunState::breakcount,        breakcountrange, "",         " It must be between 50 and 32000"},
+  {"v",  &RunState::breakcount,        breakcount_range, "",         " It must be between 50 and 32000"},
 };
 // clang-format on
 
@@ -97,31 +97,31 @@ Answer type(const char* value, RunState& run) {
 }
 
 /// b0 and b4.
-Answer blocklength(std::string_view name, const char* value, int& length) {
+Answer block_length(std::string_view name, const char* value, int& length) {
   const auto [v, kind] = number(value);
-  if (posblenrange.holds(v)) {
+  if (posblen_range.holds(v)) {
     length = static_cast<int>(v);
     return {kind, ""};
   }
-  return refused(name, "", v < posblenrange.least ? "The minimum length of a block must be 2 or bigger\n" : "");
+  return refused(name, "", v < posblen_range.least ? "The minimum length of a block must be 2 or bigger\n" : "");
 }
 
-Answer conservedsequences(const char* value, RunState& run) {
+Answer conserved_sequences(const char* value, RunState& run) {
   const auto [v, kind] = number(value);
-  if (negvalrange(run).holds(v)) {
+  if (negval_range(run).holds(v)) {
     run.negval = static_cast<int>(v);
     run.tog_sub = 1;
     return {kind, ""};
   }
   std::string reasons;
-  if (v < run.initnegval) reasons += negvaltoolow(run.initnegval) + "\n";
-  if (v > run.flankval) reasons += std::string(negvaltoohigh) + "\n";
+  if (v < run.initnegval) reasons += negval_too_low(run.initnegval) + "\n";
+  if (v > run.flankval) reasons += std::string(negval_too_high) + "\n";
   return refused("b1", "", reasons);
 }
 
-Answer flanksequences(const char* value, RunState& run) {
+Answer flank_sequences(const char* value, RunState& run) {
   const auto [v, kind] = number(value);
-  if (flankvalrange(run).holds(v)) {
+  if (flankval_range(run).holds(v)) {
     run.flankval = static_cast<int>(v);
     run.tog_sub = 1;
     return {kind, ""};
@@ -131,22 +131,22 @@ Answer flanksequences(const char* value, RunState& run) {
     return {kind, "\nWARNING: minimum number of sequences for a flank position set to the minimum possible value.\n"};
   }
   std::string reasons;
-  if (v > run.numseq) reasons += flankvaltoohigh(run.numseq) + "\n";
-  if (v < run.negval) reasons += std::string(flankvaltoolow) + "\n";
+  if (v > run.numseq) reasons += flankval_too_high(run.numseq) + "\n";
+  if (v < run.negval) reasons += std::string(flankval_too_low) + "\n";
   return refused("b2", "", reasons);
 }
 
 Answer suffix(const char* value, RunState& run) {
   const std::string_view text = value;
-  if (text.empty() || text.size() > longestexten) {
+  if (text.empty() || text.size() > longest_exten) {
     return refused("e", "", "The string has to have 5 characters maximum\n");
   }
   run.exten = text;
   return {Answer::taken, ""};
 }
 
-/// One argument. `b0accepted` tells whether a b0 was taken before it.
-Answer applyoption(const char* text, bool& b0accepted, RunState& run) {
+/// One argument. `b0_accepted` tells whether a b0 was taken before it.
+Answer apply_option(const char* text, bool& b0_accepted, RunState& run) {
   const std::string_view argument = text;
   const std::size_t equals = argument.find('=');
   if (!argument.starts_with('-') || equals == std::string_view::npos) return {};
@@ -157,15 +157,15 @@ Answer applyoption(const char* text, bool& b0accepted, RunState& run) {
 
   if (name == "t") return type(value, run);
   if (name == "b0") {
-    Answer answer = blocklength(name, value, run.posblen);
-    b0accepted |= answer.kind != Answer::refused;
+    Answer answer = block_length(name, value, run.posblen);
+    b0_accepted |= answer.kind != Answer::refused;
     return answer;
   }
-  if (name == "b1") return conservedsequences(value, run);
-  if (name == "b2") return flanksequences(value, run);
+  if (name == "b1") return conserved_sequences(value, run);
+  if (name == "b2") return flank_sequences(value, run);
   if (name == "b4") {
-    Answer answer = blocklength(name, value, run.posblen2);
-    if (answer.kind != Answer::refused && !b0accepted) run.posblen = run.posblen2;
+    Answer answer = block_length(name, value, run.posblen2);
+    if (answer.kind != Answer::refused && !b0_accepted) run.posblen = run.posblen2;
     return answer;
   }
   if (name == "e") return suffix(value, run);
@@ -178,15 +178,15 @@ Answer applyoption(const char* text, bool& b0accepted, RunState& run) {
 
 }  // namespace
 
-std::vector<Answer> applyoptions(int argc, char* argv[], int first, RunState& run) {
+std::vector<Answer> apply_options(int argc, char* argv[], int first, RunState& run) {
   std::vector<Answer> answers;
-  bool b0accepted = false;
-  for (int k = first; k < argc; ++k) answers.push_back(applyoption(argv[k], b0accepted, run));
+  bool b0_accepted = false;
+  for (int k = first; k < argc; ++k) answers.push_back(apply_option(argv[k], b0_accepted, run));
   return answers;
 }
 
-void parseoptions(int argc, char* argv[], int first, RunState& run) {
-  for (const Answer& answer : applyoptions(argc, argv, first, run)) std::printf("%s", answer.warning.c_str());
+void parse_options(int argc, char* argv[], int first, RunState& run) {
+  for (const Answer& answer : apply_options(argc, argv, first, run)) std::printf("%s", answer.warning.c_str());
 }
 
 }  // namespace trimora::rooms

@@ -21,9 +21,9 @@ struct Answer {
 
 /// Apply argv[first] .. argv[argc - 1] from left to right. The bounds of b1 and b2 are those current at that moment.
 /// Returns  the answers, in the order of the arguments.
-std::vector<Answer> applyoptions(int argc, char* argv[], int first, RunState& run);
+std::vector<Answer> apply_options(int argc, char* argv[], int first, RunState& run);
 
 /// The same, with the warnings printed.
-void parseoptions(int argc, char* argv[], int first, RunState& run);
+void parse_options(int argc, char* argv[], int first, RunState& run);
 
 }  // namespace trimora::rooms

@@ -4,15 +4,15 @@
 
 namespace trimora::rooms {
 
-inline std::string negvaltoolow(int initnegval) {
+inline std::string negval_too_low(int initnegval) {
   return "The minimum number of sequences for a conserved position must be bigger than or equal to " +
          std::to_string(initnegval) + " (half the number of sequences + 1)";
 }
-inline constexpr char negvaltoohigh[] =
+inline constexpr char negval_too_high[] =
     "The minimum number of sequences for a conserved position must be lower than or equal to the minimum number of sequences for a flank position";
-inline constexpr char flankvaltoolow[] =
+inline constexpr char flankval_too_low[] =
     "The minimum number of sequences for a flank position must be bigger than or equal to the minimum number of sequences for a conserved position";
-inline std::string flankvaltoohigh(int numseq) {
+inline std::string flankval_too_high(int numseq) {
   return "The minimum number of sequences for a flank position must be lower than or equal to " +
          std::to_string(numseq) + " (the number of sequences)";
 }

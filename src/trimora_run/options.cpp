@@ -1,9 +1,9 @@
 #include "trimora_run/options.h"
 
 #include <algorithm>
-#include <cassert>
 #include <charconv>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -12,23 +12,13 @@
 
 #include "ground/path.h"
 #include "input/letters.h"
-
-#ifdef _WIN32
-#define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
-#include <windows.h>
-#endif
+#include "trimora_run/wildcards.h"
 
 namespace trimora::rooms {
 
 namespace {
 
 // ---- What the rows of the table need
-
-template <auto member, typename Enum>
-void choose(int choice, Settings& settings) {
-  settings.*member = static_cast<Enum>(choice);
-}
 
 /// The whole number that `text` is; one too large for an int becomes the nearest that fits.
 std::optional<int> whole_number(std::string_view text) {
@@ -39,6 +29,13 @@ std::optional<int> whole_number(std::string_view text) {
   return number;
 }
 
+namespace rows {
+
+template <auto member, typename Enum>
+void choose(int choice, Settings& settings) {
+  settings.*member = static_cast<Enum>(choice);
+}
+
 /// b1 and b2: a number from `least`, or a whole per cent.
 template <auto member, int least>
 std::string_view sequences(std::string_view value, Settings& settings) {
@@ -46,7 +43,7 @@ std::string_view sequences(std::string_view value, Settings& settings) {
   if (per_cent) value.remove_suffix(1);
   const auto number = whole_number(value);
   if (per_cent && (!number || *number < 0 || *number > 100)) return "a whole number from 0% to 100%";
-  if (!number || *number < least) {
+  if (!number || (!per_cent && *number < least)) {
     return least > 0 ? "from half of the sequences + 1 to b2, or per cent, as -b1=60%"
                      : "from b1 to the number of sequences, or per cent, as -b2=95%";
   }
@@ -70,7 +67,7 @@ std::string_view suffix(std::string_view value, Settings& settings) {
 std::string_view model(std::string_view value, Settings& settings) {
   const bool word = std::none_of(value.begin(), value.end(), [](char c) { return c == ',' || c == '=' || c <= ' '; });
   settings.model = value;
-  return word ? "" : "";
+  return word ? "" : "one word without , and =";
 }
 
 std::string_view name(std::string_view value, Settings& settings) {
@@ -79,8 +76,9 @@ std::string_view name(std::string_view value, Settings& settings) {
 }
 
 template <Asked asked>
-void asks(int, Settings& settings) {
+std::string_view ask(std::string_view, Settings& settings) {
   settings.asked = asked;
+  return "";
 }
 
 // ---- The table
@@ -91,99 +89,97 @@ constexpr std::string_view yes_or_no = "Y yes|N no";
 
 // clang-format off
 constexpr Option options[] = {
-// group       name      values          default    sets                                 limits       range             brief, more
-  {parameters, "-t",     "P protein proteins|D DNA|C codons codon",
-                                         "by the file", choose<&S::kind, trimora::Kind>,
-                                                                                         {}, "",
-   "type of sequence: protein, DNA, codons", ""},
-  {parameters, "-b1",    "NUMBER",       "half + 1", sequences<&S::b1, 1>,               {}, "half + 1 to b2",
-   "sequences a conserved position needs",
-   "Half is half of the sequences, rounded down. Per cent are taken as well: `-b1=60%`."},
-  {parameters, "-b2",    "NUMBER",       "85 %",    sequences<&S::b2, 0>,                {}, "b1 to all sequences",
-   "sequences a flank position needs",
-   "Per cent are taken as well: `-b2=95%`. 0 stands for as few as b1."},
-  {parameters, "-b3",    "NUMBER",       "8",       &S::b3,                              {0, 32000}, "",
-   "most nonconserved positions in a row", ""},
-  {parameters, "-b4",    "NUMBER",       "10",      &S::b4,                              {2, 32000}, "",
-   "shortest block, after gap positions are cut out",
+// group       name            values                            default        sets
+//   brief (range, more)
+  {parameters, "-t",           "P protein|D DNA|C codons",       "by the file", choose<&S::kind, trimora::Kind>,
+   "type of sequence: protein, DNA, codons"},
+  {parameters, "-b1",          "NUMBER",                         "half + 1",    sequences<&S::b1, 1>,
+   "sequences a conserved position needs", {0, 0, "half + 1 to b2"}},
+  {parameters, "-b2",          "NUMBER",                         "85 %",        sequences<&S::b2, 0>,
+   "sequences a flank position needs", {0, 0, "b1 to all sequences"}},
+  {parameters, "-b3",          "NUMBER",                         "8",           &S::b3,
+   "most nonconserved positions in a row", {0, 32000}},
+  {parameters, "-b4",          "NUMBER",                         "10",          &S::b4,
+   "shortest block, after gap positions are cut out", {2, 32000},
    "With `-t=C` keep it at 5 or more: a shorter block may hold no whole codon."},
-  {parameters, "-b0",    "NUMBER",       "as b4",   &S::b0,                              {2, 32000}, "",
-   "shortest initial block, before that", ""},
-  {parameters, "-b5",    "N none|H half with-half|A all",
-                                         "N",       choose<&S::gaps, trimora::Gaps>,              {}, "",
-   "gaps a position may have: none, in half of the sequences, any", ""},
-  {parameters, "-b6",    yes_or_no,      "Y",       &S::similarity,                      {}, "",
-   "use the similarity matrix, for proteins", ""},
+  {parameters, "-b0",          "NUMBER",                         "as b4",       &S::b0,
+   "shortest initial block, before that", {2, 32000}},
+  {parameters, "-b5",          "N none|H half with-half|A all",  "N",           choose<&S::gaps, trimora::Gaps>,
+   "gaps in a position: none, in up to half the sequences, any"},
+  {parameters, "-b6",          yes_or_no,                        "Y",           &S::similarity,
+   "use the similarity matrix, for proteins"},
 
-  {files,      "-s",     yes_or_no,      "Y",       &S::blocks,                          {}, "",
-   "write the selected blocks", ""},
-  {files,      "-p",     "Y yes HTML|T text|S short|N no none",
-                                         "Y",       choose<&S::report, Report>,          {}, "",
-   "write the report: as HTML, as text, as short text, not at all", ""},
-  {files,      "-v",     "NUMBER",       "60",      &S::line_length,                     {50, 32000}, "",
-   "characters per line of the report", ""},
-  {files,      "-k",     yes_or_no,      "N",       &S::mask,                            {}, "",
-   "write the mask", ""},
-  {files,      "-d",     yes_or_no,      "N",       &S::map,                             {}, "",
-   "write the PostScript map of the blocks", ""},
-  {files,      "-n",     yes_or_no,      "N",       &S::nonconserved,                    {}, "",
-   "write the nonconserved blocks: all positions not selected", ""},
-  {files,      "-u",     yes_or_no,      "N",       &S::ungapped,                        {}, "",
-   "write the ungapped alignment: all positions without a gap", ""},
-  {files,      "-e",     "TEXT",         "-tr",     suffix,                              {}, "1 to 5 characters",
-   "suffix of the files written", ""},
-  {files,      "--format", "trimora|fasta|phylip|nexus[,...]",
-                                         "trimora", &S::forms,                           {}, "",
-   "forms of the alignments written, several with commas",
+  {files,      "-s",           yes_or_no,                        "Y",           &S::blocks,
+   "write the selected blocks, FILE-tr"},
+  {files,      "-p",           "Y HTML yes|T text|S short|N none no", "Y",      choose<&S::report, Report>,
+   "write the report, FILE-tr.htm: HTML, text, short text, none"},
+  {files,      "-v",           "NUMBER",                         "60",          &S::line_length,
+   "characters per line of the report", {50, 32000}},
+  {files,      "-k",           yes_or_no,                        "N",           &S::mask,
+   "write the mask, FILE-trMask"},
+  {files,      "-d",           yes_or_no,                        "N",           &S::map,
+   "write the PostScript map of the blocks, FILE-trPS"},
+  {files,      "-n",           yes_or_no,                        "N",           &S::nonconserved,
+   "write the nonconserved blocks, FILE-trComp", {},
+   "All positions that are not selected."},
+  {files,      "-u",           yes_or_no,                        "N",           &S::ungapped,
+   "write the ungapped alignment, FILE--", {},
+   "All positions without a gap, selected or not."},
+  {files,      "-e",           "TEXT",                           "-tr",         suffix,
+   "suffix of the files written", {0, 0, "1 to 5 characters"}},
+  {files,      "--format",     "trimora|fasta|phylip|nexus[,...]", "trimora",    &S::forms,
+   "forms of the alignments written, several with commas", {},
    "See [the forms](files.md#forms). All but `trimora` add `.fasta`, `.phy` or `.nexus` to the name."},
-  {files,      "--unknown", "keep|x",    "keep",    choose<&S::unknown, Unknown>,        {}, "",
-   "residues that stop other programs: as they are, or as X, in DNA N",
+  {files,      "--unknown",    "keep|x",                         "keep",        choose<&S::unknown, Unknown>,
+   "residues that stop other programs: as they are, or as X, in DNA N", {},
    "These are `!`, `*` and, in proteins, U, O and J."},
-  {files,      "--into", "FOLDER",       "",        &S::into,                            {}, "",
-   "write everything into this folder, not beside the alignments",
+  {files,      "--into",       "FOLDER",                         "",            &S::into,
+   "write everything into this folder, not beside the alignments", {},
    "It is made when it is missing. Two alignments of one name are refused."},
-  {files,      "--columns", "",          "",        &S::columns,                         {}, "",
-   "write what became of each column",
+  {files,      "--columns",    "",                               "",            &S::columns,
+   "write what became of each column, FILE-tr.columns.tsv", {},
    "See [the file](files.md#columns)."},
 
-  {batch,      "-a",     yes_or_no,      "N",       &S::all_blocks,                      {}, "",
-   "write the concatenated selected blocks", ""},
-  {batch,      "-c",     yes_or_no,      "N",       &S::all_input,                       {}, "",
-   "write the concatenated input alignments", ""},
-  {batch,      "-w",     yes_or_no,      "N",       &S::all_ungapped,                    {}, "",
-   "write the concatenated ungapped alignments", ""},
-  {batch,      "--match", "same|name|order",
-                                         "same",    choose<&S::match, Match>,            {}, "",
-   "concatenate by order, where names have to be the same; by name, with ? where an alignment lacks one; or by order, whatever the names",
+  {batch,      "-a",           yes_or_no,                        "N",           &S::all_blocks,
+   "write the concatenated selected blocks"},
+  {batch,      "-c",           yes_or_no,                        "N",           &S::all_input,
+   "write the concatenated input alignments"},
+  {batch,      "-w",           yes_or_no,                        "N",           &S::all_ungapped,
+   "write the concatenated ungapped alignments"},
+  {batch,      "--match",      "same|name|order",                "same",        choose<&S::match, Match>,
+   "concatenate by order, where names have to be the same; by name, with ? where an alignment lacks one; or by order, whatever the names", {},
    "With `name`, species come in the order in which they first appear, and each alignment has its own b1 and b2."},
-  {batch,      "--name-end", "CHARACTERS",
-                                         "",        &S::name_end,                        {}, "",
-   "with --match=name: the name of a species ends before the first of these characters, not at the first blank",
+  {batch,      "--name-end",   "CHARACTERS",                     "",            &S::name_end,
+   "with --match=name: the name of a species ends before the first of these characters, not at the first blank", {},
    "`--name-end='|'` takes `Homo_sapiens|gene1` as `Homo_sapiens`."},
-  {batch,      "--partitions", "",       "",        &S::partitions,                      {}, "",
-   "with each concatenation, write which columns are of which alignment, for RAxML, IQ-TREE and MrBayes",
+  {batch,      "--partitions", "",                               "",            &S::partitions,
+   "with each concatenation, write which columns are of which alignment, for RAxML (.partitions), IQ-TREE and MrBayes (.nex)", {},
    "See [partitions](files.md#partitions)."},
-  {batch,      "--model", "NAME",        "DNA, LG",        model,                               {}, "",
-   "model named in the partitions for RAxML", ""},
-  {batch,      "--name", "NAME",         "",        name,                                {}, "",
-   "name of the concatenations, not that of the input", ""},
-  {batch,      "--keep-going", "",       "",        &S::keep_going,                      {}, "",
-   "go on after an alignment that fails",
+  {batch,      "--model",      "NAME",                           "DNA, LG",     model,
+   "model named in the partitions for RAxML"},
+  {batch,      "--name",       "NAME",                           "",            name,
+   "name of the concatenations, not that of the input"},
+  {batch,      "--keep-going", "",                               "",            &S::keep_going,
+   "go on after an alignment that fails", {},
    "It is named and left out of the concatenations, and the exit status is 1."},
 
-  {run,        "--table", "FILE",        "",        &S::table,                           {}, "",
-   "write a line for each alignment: sizes, status, message",
+  {run,        "--table",      "FILE",                           "",            &S::table,
+   "write a line for each alignment: sizes, status, message", {},
    "See [the table](files.md#table). With `--table=-` it goes to standard output, and the account of the run to standard error."},
-  {run,        "--strict", "",           "",        &S::strict,                          {}, "",
-   "make the exit status 1 if there was any note", ""},
-  {run,        "--quiet", "",            "",        &S::quiet,                           {}, "",
-   "say nothing on standard output; notes are said all the same", ""},
-  {run,        "--help", "",             "",        asks<Asked::help>,                   {}, "",
-   "show the options, and run nothing", ""},
-  {run,        "--version", "",          "",        asks<Asked::version>,                {}, "",
-   "show the version, and run nothing", ""},
+  {run,        "--strict",     "",                               "",            &S::strict,
+   "make the exit status 1 if there was any note"},
+  {run,        "--quiet",      "",                               "",            &S::quiet,
+   "say nothing on standard output; notes are said all the same"},
+  {run,        "--help",       "",                               "",            ask<Asked::help>,
+   "show the options, and run nothing"},
+  {run,        "--version",    "",                               "",            ask<Asked::version>,
+   "show the version, and run nothing"},
 };
 // clang-format on
+
+}  // namespace rows
+
+using rows::options;
 
 constexpr char help_opening[] = R"(Usage: trimora-run FILE ... [-X=VALUE ...] [--OPTION ...]
 Trims each FILE, an alignment or a list of alignments, one a line.
@@ -262,55 +258,18 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 /// An option that is not in the table, with the nearest one that is.
 std::string unknown_option(const std::string& word, std::string_view name) {
-  const auto bare = [](std::string_view text) { return lowered(text.substr(text.find_first_not_of('-'))); };
-  if (name.find_first_not_of('-') == name.npos) return word + " is not an option";
-  const auto far = [&](const Option& o) { return distance(bare(name), bare(o.name)); };
+  const auto bare = [](std::string_view text) {
+    return lowered(text.substr(std::min(text.find_first_not_of('-'), text.size())));
+  };
+  const auto steps = [&](const Option& o) { return distance(bare(name), bare(o.name)); };
   const auto* nearest = std::min_element(std::begin(options), std::end(options),
-                                         [&](const Option& a, const Option& b) { return far(a) < far(b); });
+                                         [&](const Option& a, const Option& b) { return steps(a) < steps(b); });
   std::string text = word + " is not an option";
-  if (far(*nearest) == 0 || 2 * far(*nearest) < bare(nearest->name).size()) {
+  if (steps(*nearest) == 0 || 2 * steps(*nearest) < bare(nearest->name).size()) {
     return text + ": did you mean " + std::string(nearest->name) + "?";
   }
   return text + "; if it is a file: ./" + word;
 }
-
-// ---- Files
-
-#ifdef _WIN32
-/// Whether the name of a file is of this pattern: * stands for any letters, ? for one. The case of letters does not count.
-bool fits(std::string_view pattern, std::string_view name) {
-  if (pattern.empty()) return name.empty();
-  if (pattern[0] == '*') return fits(pattern.substr(1), name) || (!name.empty() && fits(pattern, name.substr(1)));
-  if (name.empty() || (pattern[0] != '?' && lower(pattern[0]) != lower(name[0]))) return false;
-  std::size_t letter = 1;
-  while (pattern[0] == '?' && letter < name.size() && (static_cast<unsigned char>(name[letter]) & 0xC0U) == 0x80U) {
-    ++letter;  // of several bytes
-  }
-  return fits(pattern.substr(1), name.substr(letter));
-}
-
-/// The files that a word with * or ? means, in bytewise order; the word itself when there are none. The system's own
-/// patterns are not used: there *.fas finds x.fasta as well, by its short name.
-std::vector<std::string> expand_wildcards(const std::string& word) {
-  const SplitPath parts = getpath(word);
-  if (parts.name_file.find_first_of("*?") == parts.name_file.npos) return {word};
-  std::vector<std::string> found;
-  WIN32_FIND_DATAA entry;
-  const HANDLE search = FindFirstFileA((parts.path_file + "*").c_str(), &entry);
-  if (search == INVALID_HANDLE_VALUE) return {word};
-  do {
-    const bool file = (entry.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN)) == 0;
-    if (file && fits(parts.name_file, entry.cFileName)) found.push_back(parts.path_file + entry.cFileName);
-  } while (FindNextFileA(search, &entry));
-  FindClose(search);
-  std::sort(found.begin(), found.end());
-  return found.empty() ? std::vector{word} : found;
-}
-#else
-std::vector<std::string> expand_wildcards(const std::string& word) {  // the shell has done that
-  return {word};
-}
-#endif
 
 // ---- The command line
 
@@ -338,7 +297,7 @@ struct Taking {
   template <typename Number>  // which may be optional
   std::string operator()(Number Settings::*member) const {
     const auto number = whole_number(value);
-    if (!number || *number < option.limits.least || *number > option.limits.most) return "from " + range(option);
+    if (!number || *number < option.range.least || *number > option.range.most) return "from " + option.range.text();
     settings.*member = *number;
     return "";
   }
@@ -375,8 +334,8 @@ struct Taking {
 void take(const Option& option, const std::string& word, std::string_view value, CommandLine& line) {
   const std::string right = std::visit(Taking{option, value, line.settings}, option.sets);
   if (!right.empty()) {
-    const bool number = option.values != "NUMBER" || value.ends_with('%') || whole_number(value);
-    throw WrongUsage{word + (number ? " is refused" : " is not a whole number") + ": it has to be " + right};
+    const bool no_number = option.values == "NUMBER" && !value.ends_with('%') && !whole_number(value);
+    throw WrongUsage{word + (no_number ? " is not a whole number" : " is refused") + ": it has to be " + right};
   }
   line.given[option.name] = word;
 }
@@ -484,10 +443,10 @@ void check(const CommandLine& line) {
 
 std::string_view heading(Group group) {
   switch (group) {
-    case parameters: return "What is selected";
-    case files: return "Files written";
-    case batch: return "Several alignments";
-    case run: return "The run";
+    case Group::parameters: return "What is selected";
+    case Group::files: return "Files written";
+    case Group::batch: return "Several alignments";
+    case Group::run: return "The run";
   }
   return "";
 }
@@ -513,9 +472,8 @@ std::string shown_values(const Option& option) {
   return text + std::string(option.values.substr(std::min(option.values.find('['), option.values.size())));
 }
 
-std::string range(const Option& option) {
-  if (!option.range.empty() || option.limits.most == 0) return std::string(option.range);
-  return std::to_string(option.limits.least) + " to " + std::to_string(option.limits.most);
+std::string ValueRange::text() const {
+  return most == 0 ? std::string(words) : std::to_string(least) + " to " + std::to_string(most);
 }
 
 std::string help() {
@@ -529,9 +487,9 @@ std::string help() {
         "  " + std::string(option.name) + (option.takes_value() ? "=" : "") + shown_values(option) + "  ";
     line.resize(std::max(line.size(), column), ' ');
     std::vector<std::string> words = split(option.brief, ' ');
-    if (!range(option).empty()) {
+    if (const std::string range = option.range.text(); !range.empty()) {
       words.back() += ':';
-      for (std::string& word : split(range(option), ' ')) words.push_back(std::move(word));
+      for (std::string& word : split(range, ' ')) words.push_back(std::move(word));
     }
     if (!option.standard.empty()) words.push_back("(" + std::string(option.standard) + ")");
     bool first = true;
@@ -551,12 +509,11 @@ std::string help() {
 
 Settings parse_command_line(int argc, char* argv[]) {
   CommandLine line;
-  for (const std::string_view sought : {"--help", "-h", "--version"}) {  // even where all else is wrong
-    for (int k = 1; k < argc && argv[k] != std::string_view("--"); ++k) {
-      if (argv[k] != sought) continue;
-      line.settings.asked = sought == "--version" ? Asked::version : Asked::help;
-      return line.settings;
-    }
+  for (int k = 1; k < argc && argv[k] != std::string_view("--"); ++k) {  // even where all else is wrong
+    const std::string word = argv[k] == std::string_view("-h") ? "--help" : argv[k];
+    if (word != "--help" && word != "--version") continue;
+    take(*option_called(word), word, "", line);
+    return line.settings;
   }
   bool options_ended = false;
   for (int k = 1; k < argc; ++k) {

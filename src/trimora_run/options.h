@@ -13,9 +13,12 @@
 
 namespace trimora::rooms {
 
-/// The values that a number may have, both ends included.
-struct Limits {
+/// The values that an option may have: both ends of the numbers, or what else they are.
+struct ValueRange {
   int least = 0, most = 0;
+  std::string_view words = "";
+
+  std::string text() const;  // "0 to 32000", "half + 1 to b2"; empty: the option says it all
 };
 
 /// Where an option belongs.
@@ -25,7 +28,7 @@ std::string_view heading(Group group);
 
 /// What an option does to the settings.
 /// bool         true without a value; with the choices yes and no, what the value says
-/// int          a whole number within `limits`
+/// int          a whole number within `range`
 /// std::string  the value, which is not empty
 /// forms        one or more of the choices, with commas between them
 /// functions    take the number of the choice, from 0; or the value, and return what it has to be when it is not: "" is well
@@ -39,10 +42,9 @@ struct Option {
   std::string_view values;  // "Y yes|N no": choices, each by its first word or another one; a placeholder; "": no value
   std::string_view standard;  // the default; "": none
   Setter sets;
-  Limits limits;           // of a number
-  std::string_view range;  // the values of what is no plain number
   std::string_view brief;  // for the help and all documents
-  std::string_view more;   // for the documents alone; `code` and [links](files.md) are marked as in Markdown
+  ValueRange range = {};
+  std::string_view more = "";  // for the documents alone; `code` and [links](files.md) are marked as in Markdown
 
   bool of_trimora() const { return !name.starts_with("--"); }
   bool takes_value() const { return !values.empty(); }
@@ -56,9 +58,6 @@ std::vector<std::vector<std::string>> choices(const Option& option);
 
 /// The values as the help shows them: "Y|N", "NUMBER".
 std::string shown_values(const Option& option);
-
-/// The range of the values, as "0 to 32000"; empty when the values say it all.
-std::string range(const Option& option);
 
 /// What --help says.
 std::string help();

@@ -60,10 +60,10 @@ TEST(Options, ChangesAndAnswers) {
   for (const auto& c : cases) {
     RunState run;
     run.numseq = 10;
-    derivedefaults(run);
+    derive_defaults(run);
     const auto before = values(run);
     std::string answers, changes;
-    for (const Answer& answer : withwords(c.arguments, applyoptions, 0, run)) answers += "-rgt"[answer.kind];
+    for (const Answer& answer : withwords(c.arguments, apply_options, 0, run)) answers += "-rgt"[answer.kind];
     for (const auto& [name, value] : values(run)) {
       if (value != before.at(name)) changes += (changes.empty() ? "" : " ") + name + "=" + value;
     }
@@ -78,7 +78,7 @@ TEST(RunState, DerivedDefaults) {
   for (const auto& [numseq, b1, b2] : cases) {
     SelectionState run;
     run.numseq = numseq;
-    derivedefaults(run);
+    derive_defaults(run);
     EXPECT_TRUE(run.negval == b1 && run.initnegval == b1 && run.flankval == b2) << numseq;
   }
 }

@@ -25,7 +25,7 @@ TEST_F(Output, RecordInGroupsAndLines) {
     auto out = std::make_unique<OutputFile>("records");
     for (int cut = 0; cut <= ali.nupo; ++cut) {
       const std::vector<Stretch> stretches = {{1, cut}, {cut + 1, ali.nupo}};
-      writerecord(*out, run, "s\n", [&](Body& b) { addstretches(b, ali.let[1], stretches); });
+      write_record(*out, run, "s\n", [&](Body& b) { add_stretches(b, ali.let[1], stretches); });
       records += ">s\n" + body + "\n";
     }
     out.reset();

@@ -10,7 +10,7 @@ namespace {
 SelectionState parameters(int numseq, char seq_type, int b5, int b6) {
   SelectionState run;
   run.numseq = numseq;
-  derivedefaults(run);
+  derive_defaults(run);
   run.negval = numseq;  // b1 decides on conserved positions, not on scores
   run.seq_type = seq_type;
   run.tog_gaps = b5;

@@ -10,7 +10,7 @@ namespace {
 
 std::string score(float value) {
   char text[32];
-  return {text, putscore(text, value)};
+  return {text, put_score(text, value)};
 }
 
 TEST(Columns, ScoresAreShortAndReadBack) {
