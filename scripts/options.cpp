@@ -162,7 +162,7 @@ std::string manual() {
 }
 
 std::string table(bool of_trimora) {
-  return "| Option | Default | Values | Meaning |\n|---|---|---|---|\n" + list(of_trimora, row_for_markdown);
+  return "\n| Option | Default | Values | Meaning |\n|---|---|---|---|\n" + list(of_trimora, row_for_markdown) + '\n';
 }
 
 const struct {

@@ -16,7 +16,7 @@ namespace trimora::rooms {
 /// The values that an option may have: both ends of the numbers, or what else they are.
 struct ValueRange {
   int least = 0, most = 0;
-  std::string_view words = "";
+  std::string_view words = {};
 
   std::string text() const;  // "0 to 32000", "half + 1 to b2"; empty: the option says it all
 };
@@ -44,7 +44,7 @@ struct Option {
   Setter sets;
   std::string_view brief;  // for the help and all documents
   ValueRange range = {};
-  std::string_view more = "";  // for the documents alone; `code` and [links](files.md) are marked as in Markdown
+  std::string_view more = {};  // for the documents alone; `code` and [links](files.md) are marked as in Markdown
 
   bool of_trimora() const { return !name.starts_with("--"); }
   bool takes_value() const { return !values.empty(); }

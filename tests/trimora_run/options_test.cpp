@@ -98,6 +98,7 @@ TEST(CommandLine, BecomesSettings) {
     {"x -B3=5 -V=70 -E=.out",          "e=.out b3=5 v=70"},
     {"x -T=D",                         "! -T=D is not an option: did you mean -t?"},
     {"x --formt=fasta",                "! --formt=fasta is not an option: did you mean --format?"},
+    {"x --quite",                      "! --quite is not an option: did you mean --quiet?"},
     {"x --t=D",                        "! --t=D is not an option: did you mean -t?"},
     {"x --Strict",                     "! --Strict is not an option: did you mean --strict?"},
     {"x -b7=1",                        "! -b7=1 is not an option; if it is a file: ./-b7=1"},
