@@ -1,0 +1,323 @@
+// PHYLIP: "sequences positions", then the rows: one after the other or interleaved in blocks, with names of ten columns or
+// of one word, or as PAML writes them. The file does not say which: it is read in the one way that gives the numbers of
+// its first line.
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ground/failure.h"
+#include "input/assembly.h"
+#include "input/formats.h"
+#include "input/words.h"
+
+namespace trimora::rooms {
+namespace {
+
+struct PhylipHeader {
+  int numseq = 0;
+  int nupo = 0;
+  std::string options;  // letters after the numbers, in capitals
+};
+
+std::optional<PhylipHeader> phylip_header(std::string_view line) {
+  const auto numseq = number_in(take_word(line));
+  const auto nupo = number_in(take_word(line));
+  if (!numseq || !nupo) return std::nullopt;
+  PhylipHeader header{*numseq, *nupo, {}};
+  for (const char c : line) {
+    if (!isletter(c) && blanks.find(c) == blanks.npos) return std::nullopt;
+    if (isletter(c)) header.options += capital(c);
+  }
+  return header;
+}
+
+/// The lines of a data set, with their text, which is given back piece by piece.
+class PhylipLines {
+ public:
+  struct Line {
+    std::string_view text;
+    std::size_t letters = 0;  // but for blanks
+    bool pure = false;        // all of it can be letters
+  };
+
+  void add(std::string_view text) {
+    constexpr std::size_t chunk = 1U << 20;
+    if (chunks_.empty() || chunks_.back().capacity() - chunks_.back().size() < text.size()) {
+      chunks_.emplace_back().reserve(std::max(chunk, text.size()));
+    }
+    std::string& text_of = chunks_.back();
+    const std::size_t at = text_of.size();
+    text_of += text;  // which never moves: there is room for it
+    const std::string_view kept = std::string_view(text_of).substr(at);
+    lines_.push_back({kept, letters_in(kept), only_letters(kept)});
+  }
+  std::size_t size() const { return lines_.size(); }
+  const Line& operator[](std::size_t k) const { return lines_[k]; }
+
+  /// Line `k` is read for the last time, and so are all before it.
+  void release(std::size_t k) {
+    while (chunks_.size() > 1 && !holds(chunks_.front(), lines_[k].text)) chunks_.pop_front();
+  }
+
+ private:
+  static bool holds(const std::string& chunk, std::string_view text) {
+    return std::less_equal<>()(chunk.data(), text.data()) &&
+           std::less_equal<>()(text.data() + text.size(), chunk.data() + chunk.size());
+  }
+  std::deque<std::string> chunks_;
+  std::vector<Line> lines_;
+};
+
+enum class PhylipNames { word, ten_columns, two_blanks };
+
+struct PhylipLayout {
+  bool interleaved;
+  PhylipNames names;
+  const char* words;
+};
+constexpr PhylipLayout phylip_layouts[] = {
+    {false, PhylipNames::word, "sequential, names of one word"},
+    {true, PhylipNames::word, "interleaved, names of one word"},
+    {false, PhylipNames::ten_columns, "sequential, names of ten columns"},
+    {true, PhylipNames::ten_columns, "interleaved, names of ten columns"},
+    {false, PhylipNames::two_blanks, "sequential, names that end at two blanks or with their line"},
+    {true, PhylipNames::two_blanks, "interleaved, names that end at two blanks or with their line"},
+};
+
+/// The line where a row begins.
+struct PhylipStart {
+  std::string_view name;
+  std::string_view letters;
+  std::size_t line = 0;
+};
+
+PhylipStart phylip_start(std::string_view line, std::size_t number, PhylipNames names) {
+  std::size_t end = 10;
+  if (names != PhylipNames::ten_columns) {
+    line = trimmed(line);
+    end = line.find_first_of(blanks);
+    while (names == PhylipNames::two_blanks && end < line.size() && line[end] != '\t' && line.substr(end, 2) != "  ") {
+      end = line.find_first_of(blanks, end + 1);
+    }
+  }
+  end = std::min(end, line.size());
+  return {trimmed(line.substr(0, end)), trimmed(line.substr(end)), number};
+}
+
+/// One way to read a data set: where its rows begin, or why it cannot be read so.
+struct PhylipReading {
+  const PhylipLayout* layout = nullptr;
+  std::vector<PhylipStart> starts;
+  std::size_t line = 0;  // that was come to
+  std::optional<Failure> failure;
+
+  bool fail(Failure::Kind kind, long long length, long long expected, std::string detail = {}) {
+    failure = Failure{.kind = kind,
+                      .sequence = static_cast<int>(starts.size()),
+                      .name = starts.empty() ? std::string() : std::string(starts.back().name),
+                      .detail = std::move(detail),
+                      .length = length,
+                      .expected = expected};
+    return false;
+  }
+  /// What cannot be a letter is in `text`, after `length` letters of the row.
+  void fail_at_letter(std::string_view text, long long length) {
+    const std::size_t at = first_bad(text);
+    length += static_cast<long long>(letters_in(text.substr(0, at))) + 1;
+    fail(Failure::Kind::bad_character, length, 0, shown(text[at]));
+  }
+};
+
+/// Begin a row at the next line. Returns the letters on it, nothing when that cannot be.
+std::optional<long long> begin_row(PhylipReading& way, const PhylipLines& lines, const PhylipHeader& header) {
+  if (way.line == lines.size()) {
+    way.fail(Failure::Kind::unfinished_record, static_cast<long long>(way.starts.size()), header.numseq, "sequences");
+    return std::nullopt;
+  }
+  way.starts.push_back(phylip_start(lines[way.line].text, way.line, way.layout->names));
+  const PhylipStart& start = way.starts.back();
+  if (start.name.empty() || !only_letters(start.letters)) {
+    if (start.name.empty()) {
+      way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text));
+    } else {
+      way.fail_at_letter(start.letters, 0);
+    }
+    return std::nullopt;
+  }
+  ++way.line;
+  return static_cast<long long>(letters_in(start.letters));
+}
+
+/// Go on with a row at the next line.
+std::optional<long long> continue_row(PhylipReading& way, const PhylipLines& lines, const PhylipHeader& header,
+                                      long long length) {
+  if (way.line == lines.size()) {
+    way.fail(Failure::Kind::unfinished_record, length, header.nupo, "letters");
+    return std::nullopt;
+  }
+  if (!lines[way.line].pure) {
+    way.fail_at_letter(lines[way.line].text, length);
+    return std::nullopt;
+  }
+  return static_cast<long long>(lines[way.line++].letters);
+}
+
+bool read_sequential(PhylipReading& way, const PhylipLines& lines, const PhylipHeader& header) {
+  for (int i = 1; i <= header.numseq; ++i) {
+    const auto first = begin_row(way, lines, header);
+    if (!first) return false;
+    long long length = *first;
+    while (length < header.nupo) {
+      const auto more = continue_row(way, lines, header, length);
+      if (!more) return false;
+      length += *more;
+    }
+    if (length > header.nupo) return way.fail(Failure::Kind::unequal_lengths, length, header.nupo);
+  }
+  return true;
+}
+
+bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const PhylipHeader& header) {
+  long long length = 0;
+  long long width = 0;  // of the block
+  for (int i = 1; i <= header.numseq; ++i) {
+    const auto first = begin_row(way, lines, header);
+    if (!first) return false;
+    if (i == 1) width = *first;
+    if (*first != width) return way.fail(Failure::Kind::unequal_lengths, *first, width);
+  }
+  for (length = width; length < header.nupo; length += width) {
+    for (int i = 1; i <= header.numseq; ++i) {
+      const auto more = continue_row(way, lines, header, length);
+      if (!more) return false;
+      if (i == 1) width = *more;
+      if (*more != width) return way.fail(Failure::Kind::unequal_lengths, *more, width);
+    }
+  }
+  if (length > header.nupo) return way.fail(Failure::Kind::unequal_lengths, length, header.nupo);
+  return true;
+}
+
+PhylipReading read_as(const PhylipLayout& layout, const PhylipLines& lines, const PhylipHeader& header) {
+  PhylipReading way;
+  way.layout = &layout;
+  const bool whole = layout.interleaved ? read_interleaved(way, lines, header) : read_sequential(way, lines, header);
+  if (whole && way.line < lines.size()) {
+    way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text));
+  }
+  return way;
+}
+
+/// Whether two readings give the same names and letters.
+bool same(const PhylipReading& one, const PhylipReading& other, const PhylipLines& lines) {
+  const bool one_line_each = lines.size() == one.starts.size();
+  if (one.layout->interleaved != other.layout->interleaved && !one_line_each) return false;
+  return std::equal(one.starts.begin(), one.starts.end(), other.starts.begin(),
+                    [](const PhylipStart& a, const PhylipStart& b) {
+                      return a.line == b.line && a.name == b.name && a.letters == b.letters;
+                    });
+}
+
+/// The one way to read a data set that fits.
+PhylipReading only_reading(const PhylipLines& lines, const PhylipHeader& header) {
+  const bool sequential = header.options.find('I') == header.options.npos;
+  const bool interleaved = header.options.find('S') == header.options.npos;
+  std::optional<PhylipReading> fitting, failed;
+  for (const PhylipLayout& layout : phylip_layouts) {
+    if (!(layout.interleaved ? interleaved : sequential)) continue;
+    PhylipReading way = read_as(layout, lines, header);
+    if (way.failure) {
+      if (!failed || way.line > failed->line) failed = std::move(way);
+    } else if (!fitting) {
+      fitting = std::move(way);
+    } else if (!same(*fitting, way, lines)) {
+      throw Failure{.kind = Failure::Kind::ambiguous_format,
+                    .detail = std::string("PHYLIP: ") + fitting->layout->words + "; or " + way.layout->words};
+    }
+  }
+  if (fitting) return *std::move(fitting);
+  if (!failed) throw Failure{.kind = Failure::Kind::bad_record, .detail = header.options};
+  throw *failed->failure;
+}
+
+/// Skip what options of PAML put before the rows: with G the number of genes and what belongs to which.
+bool option_line(std::string_view line, const PhylipHeader& header, int& marks) {
+  if (header.options.find('G') == header.options.npos) return false;
+  if (marks == 0 && capital(line.front()) == 'G') {
+    std::string_view rest = line.substr(1);
+    if (!digits(take_word(rest))) return false;
+    marks = 1;
+    return true;
+  }
+  const bool marked = marks > 0 && marks <= header.nupo && line.find_first_not_of("0123456789 \t") == line.npos;
+  if (marked) marks += static_cast<int>(letters_in(line));
+  return marked;
+}
+
+}  // namespace
+
+bool begins_phylip(std::string_view head) {
+  return phylip_header(head.substr(0, head.find_first_of("\r\n"))).has_value();
+}
+
+Reading read_phylip(Lines& in) {
+  std::string_view line;
+  in.next_filled(line);
+  const PhylipHeader header = phylip_header(line).value();
+  constexpr std::string_view known = "ISGCP";
+  if (header.numseq == 0 || header.nupo == 0 || header.options.find_first_not_of(known) != header.options.npos) {
+    throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
+  }
+  PhylipLines lines;
+  std::vector<Remark> remarks;
+  int marks = 0;
+  while (in.next_filled(line)) {
+    if (lines.size() == 0 && option_line(trimmed(line), header, marks)) continue;
+    const auto next = phylip_header(line);
+    if (next && next->options.empty()) {  // no row: its letters would be a number
+      remarks.push_back({.what = Remark::What::more_alignments});
+      break;
+    }
+    lines.add(line);
+  }
+  PhylipReading way = only_reading(lines, header);
+  const auto numseq = static_cast<std::size_t>(header.numseq);
+  if (way.layout->names != PhylipNames::word) {
+    remarks.push_back({.what = Remark::What::layout, .detail = std::string("PHYLIP, ") + way.layout->words});
+  }
+
+  Assembly assembly;
+  assembly.dots_match_first = true;
+  if (way.layout->interleaved && lines.size() > numseq) {
+    std::vector<std::string> names, rows;
+    for (const PhylipStart& start : way.starts) {
+      names.emplace_back(start.name);
+      rows.emplace_back(start.letters);
+    }
+    for (std::size_t k = numseq; k < lines.size(); ++k) {
+      lines.release(k);
+      rows[k % numseq] += lines[k].text;
+    }
+    lines = {};
+    for (std::size_t k = 0; k < numseq; ++k) assembly.add(std::move(names[k]), std::exchange(rows[k], {}));
+  } else {
+    for (std::size_t k = 0; k < numseq; ++k) {
+      const PhylipStart& start = way.starts[k];
+      assembly.begin(std::string(start.name));
+      assembly.append(start.letters);
+      const std::size_t end = k + 1 < numseq ? way.starts[k + 1].line : lines.size();
+      for (std::size_t next = start.line + 1; next < end; ++next) {
+        lines.release(next);
+        assembly.append(lines[next].text);
+      }
+      assembly.end();
+    }
+  }
+  return assembly.finish({}, std::move(remarks));
+}
+
+}  // namespace trimora::rooms
