@@ -233,8 +233,9 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   }
   const bool inserted = !reading.inserts.empty();
   if (inserted) {
-    reading.remarks.push_back(
-        {.what = Remark::What::insert_columns, .number = totallength(reading.inserts), .detail = std::move(authority)});
+    reading.remarks.push_back({.what = Remark::What::insert_columns,
+                               .number = total_length(reading.inserts),
+                               .detail = std::move(authority)});
   }
   if ((seen_ & has_dot) != 0) {
     if (dots_match_first) resolve_dots(reading);

@@ -25,7 +25,7 @@ bool begins_clustal(std::string_view head) {
   std::string_view line = head.substr(0, head.find_first_of("\r\n"));
   if (contains(line, "multiple sequence alignment") || contains(line, "ClustalW format")) return true;
   const std::string_view word = take_word(line);
-  return begins_like(word, "CLUSTAL") && std::all_of(word.begin(), word.end(), isletter);
+  return begins_like(word, "CLUSTAL") && std::all_of(word.begin(), word.end(), is_letter);
 }
 
 Reading read_clustal(Lines& in) {

@@ -29,8 +29,8 @@ std::optional<PhylipHeader> phylip_header(std::string_view line) {
   if (!numseq || !nupo) return std::nullopt;
   PhylipHeader header{*numseq, *nupo, {}};
   for (const char c : line) {
-    if (!isletter(c) && blanks.find(c) == blanks.npos) return std::nullopt;
-    if (isletter(c)) header.options += capital(c);
+    if (!is_letter(c) && blanks.find(c) == blanks.npos) return std::nullopt;
+    if (is_letter(c)) header.options += capital(c);
   }
   return header;
 }

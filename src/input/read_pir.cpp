@@ -39,7 +39,7 @@ struct PirRecord {
 bool residues(std::string_view text) {
   if (text.ends_with('*')) text.remove_suffix(1);
   return !blank(text) && std::all_of(text.begin(), text.end(),
-                                     [](char c) { return isletter(c) || std::memchr("-.~?! \t", c, 7) != nullptr; });
+                                     [](char c) { return is_letter(c) || std::memchr("-.~?! \t", c, 7) != nullptr; });
 }
 
 /// The letters of a record with the line that was taken for its description, 0 when that is none.
@@ -95,7 +95,7 @@ std::vector<Remark> add_descriptions(std::vector<PirRecord>& records) {
 /// Whether a line may be between two records.
 bool passed_over(std::string_view line) {
   return blank(line) || line.starts_with(' ') || line == "*" ||
-         (line.size() > 1 && isletter(line[0]) && line[1] == ';');
+         (line.size() > 1 && is_letter(line[0]) && line[1] == ';');
 }
 
 std::vector<PirRecord> pir_records(Lines& in, std::optional<Kind>& kind) {

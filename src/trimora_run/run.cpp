@@ -123,7 +123,10 @@ void write_joined(const Supermatrix& all, const Plan& plan, const Settings& sett
     const std::string path = joined_path(plan, settings, joined);
     Sheet sheet = all.sheet(joined);
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, seq_type));
-    std::vector<std::string> decided, written;
+    std::vector<std::string> written;
+    std::vector<std::string> decided = {
+        std::to_string(all.size()) + (all.size() == 1 ? " alignment, " : " alignments, ") +
+        std::to_string(sheet.name->size()) + " sequences, " + std::to_string(sheet.width) + " positions put together"};
     write_forms(path, sheet, settings.forms, run, path + ".names.tsv", decided, written);
     if (sheet.width > 0) {
       for (const std::string& note : notes_on_species(sheet)) voice.note(path, note);
@@ -134,9 +137,6 @@ void write_joined(const Supermatrix& all, const Plan& plan, const Settings& sett
       write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, codons); });
       written.insert(written.end(), {raxml_file(path), nexus_file(path)});
     }
-    decided.insert(decided.begin(), std::to_string(all.size()) + (all.size() == 1 ? " alignment, " : " alignments, ") +
-                                        std::to_string(sheet.name->size()) + " sequences, " +
-                                        std::to_string(sheet.width) + " positions put together");
     voice.account(joined_by(decided, "; ") + ": " + joined_by(written, ", "));
   }
 }

@@ -115,12 +115,12 @@ void write_results(const Settings& settings, Outcome& outcome) {
 void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Settings& settings, const Before& before) {
   TableRow& row = outcome.row;
   Reading reading = job.path == "-" ? Input::standard_input().read() : read(job.path);
+  if (reading.format != "FASTA" && reading.format != "NBRF/PIR") {
+    outcome.decided.push_back("read as " + std::string(reading.format));
+  }
   const KindByLetters by_letters = kind_by_letters(reading);
   const char seq_type = decide_type(reading, by_letters, settings, before, outcome.decided);
   if (seq_type != 'P') read_u_as_t(reading);
-  if (reading.format != "FASTA" && reading.format != "NBRF/PIR") {
-    outcome.decided.insert(outcome.decided.begin(), "read as " + std::string(reading.format));
-  }
   for (const Remark& remark : reading.remarks) outcome.decided.push_back(words(remark));
   const std::vector<Remark> remarks = reading.remarks;
   const bool is_pir = reading.format == "NBRF/PIR";
