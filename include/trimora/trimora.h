@@ -88,7 +88,7 @@ enum class Kind { protein, dna, codons };
 enum class Gaps { none, half, all };
 
 /// The form of an alignment file. `trimora`: FASTA in groups of ten letters, as the program trimora writes it.
-enum class Form { trimora, fasta, phylip, nexus };
+enum class Form { fasta, phylip, nexus, trimora };
 
 /// Sequences of equal length, each with a name.
 class TRIMORA_API Alignment {

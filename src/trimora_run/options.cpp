@@ -91,8 +91,8 @@ constexpr std::string_view yes_or_no = "Y yes|N no";
 constexpr Option options[] = {
 // group       name            values                            default        sets
 //   brief (range, more)
-  {parameters, "-t",           "P protein|D DNA|C codons",       "by the file", choose<&S::kind, trimora::Kind>,
-   "type of sequence: protein, DNA, codons"},
+  {parameters, "-t",           "P protein|D DNA|C codons",       "by the letters", choose<&S::kind, trimora::Kind>,
+   "type of sequence: protein, DNA, codons; codons are never guessed"},
   {parameters, "-b1",          "NUMBER",                         "half + 1",    sequences<&S::b1, 1>,
    "sequences a conserved position needs", {0, 0, "half + 1 to b2"}},
   {parameters, "-b2",          "NUMBER",                         "85 %",        sequences<&S::b2, 0>,
@@ -110,7 +110,7 @@ constexpr Option options[] = {
    "use the similarity matrix, for proteins"},
 
   {files,      "-s",           yes_or_no,                        "Y",           &S::blocks,
-   "write the selected blocks, FILE-tr"},
+   "write the selected blocks, FILE-tr.fasta"},
   {files,      "-p",           "Y HTML yes|T text|S short|N none no", "Y",      choose<&S::report, Report>,
    "write the report, FILE-tr.htm: HTML, text, short text, none"},
   {files,      "-v",           "NUMBER",                         "60",          &S::line_length,
@@ -120,16 +120,16 @@ constexpr Option options[] = {
   {files,      "-d",           yes_or_no,                        "N",           &S::map,
    "write the PostScript map of the blocks, FILE-trPS"},
   {files,      "-n",           yes_or_no,                        "N",           &S::nonconserved,
-   "write the nonconserved blocks, FILE-trComp", {},
+   "write the nonconserved blocks, FILE-trComp.fasta", {},
    "All positions that are not selected."},
   {files,      "-u",           yes_or_no,                        "N",           &S::ungapped,
-   "write the ungapped alignment, FILE--", {},
+   "write the ungapped alignment, FILE--.fasta", {},
    "All positions without a gap, selected or not."},
   {files,      "-e",           "TEXT",                           "-tr",         suffix,
    "suffix of the files written", {0, 0, "1 to 5 characters"}},
-  {files,      "--format",     "trimora|fasta|phylip|nexus[,...]", "trimora",    &S::forms,
+  {files,      "--format",     "fasta|phylip|nexus|trimora[,...]", "fasta",      &S::forms,
    "forms of the alignments written, several with commas", {},
-   "See [the forms](files.md#forms). All but `trimora` add `.fasta`, `.phy` or `.nexus` to the name."},
+   "See [the forms](files.md#forms). `trimora` writes the groups of ten of the program trimora, without an ending of its own."},
   {files,      "--unknown",    "keep|x",                         "keep",        choose<&S::unknown, Unknown>,
    "residues that stop other programs: as they are, or as X, in DNA N", {},
    "These are `!`, `*` and, in proteins, U, O and J."},
@@ -182,14 +182,15 @@ constexpr Option options[] = {
 using rows::options;
 
 constexpr char help_opening[] = R"(Usage: trimora-run FILE ... [-X=VALUE ...] [--OPTION ...]
-Trims each FILE, an alignment or a list of alignments, one a line.
-Example: trimora-run globins.fas -b5=h    writes globins.fas-tr, the selected
-blocks, and globins.fas-tr.htm, the report, beside the alignment.
+Trims each FILE: an alignment, a folder of alignments, or a list of them, one a
+line. FASTA, NBRF/PIR, CLUSTAL, PHYLIP, NEXUS, Stockholm, MSF; also as .gz.
+Example: trimora-run globins.fas -b5=h    writes globins.fas-tr.fasta, the
+selected blocks, and globins.fas-tr.htm, the report, beside the alignment.
 FILE may be -: zcat x.fas.gz | trimora-run - -t=D > out.fasta
 Exit status: 0 done, 1 failed or something is incomplete, 2 wrong usage.
 )";
 constexpr char help_end[] = R"(Defaults are in parentheses. -b1 and -b2 take per cent of the sequences, too:
--b1=60% -b2=95%. Options and files stand in any order; -- ends the options.
+-b1=60% -b2=95%. Options and files come in any order; -- ends the options.
 )";
 
 const Option* option_called(std::string_view name) {
@@ -529,7 +530,6 @@ Settings parse_command_line(int argc, char* argv[]) {
   check(line);
   if (line.settings.filter()) {
     line.settings.report = Report::none;
-    if (!line.has("--format")) line.settings.forms = {trimora::Form::fasta};
   }
   return line.settings;
 }

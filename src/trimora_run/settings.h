@@ -33,18 +33,18 @@ struct Settings : Parameters {
   std::vector<std::string> files;  // one or more; "-", the standard input, only alone
 
   // Files written for each alignment.
-  bool blocks = true;                                                      // -s: the selected blocks
-  Report report = Report::html;                                            // -p; none when the input is "-"
-  int line_length = 60;                                                    // -v: characters per line of the report
-  bool mask = false;                                                       // -k
-  bool map = false;                                                        // -d: the blocks drawn, as PostScript
-  bool nonconserved = false;                                               // -n: the columns not selected
-  bool ungapped = false;                                                   // -u: the columns without a gap
-  bool columns = false;                                                    // --columns: what became of each column
-  std::string suffix = "-tr";                                              // -e
-  std::vector<trimora::Form> forms = std::vector{trimora::Form::trimora};  // --format; FASTA when the input is "-"
-  Unknown unknown = Unknown::keep;                                         // --unknown
-  std::string into;  // --into: their folder; none: the alignment's
+  bool blocks = true;                                                    // -s: the selected blocks
+  Report report = Report::html;                                          // -p; none when the input is "-"
+  int line_length = 60;                                                  // -v: characters per line of the report
+  bool mask = false;                                                     // -k
+  bool map = false;                                                      // -d: the blocks drawn, as PostScript
+  bool nonconserved = false;                                             // -n: the columns not selected
+  bool ungapped = false;                                                 // -u: the columns without a gap
+  bool columns = false;                                                  // --columns: what became of each column
+  std::string suffix = "-tr";                                            // -e
+  std::vector<trimora::Form> forms = std::vector{trimora::Form::fasta};  // --format
+  Unknown unknown = Unknown::keep;                                       // --unknown
+  std::string into;                                                      // --into: their folder; none: the alignment's
 
   // Several alignments.
   bool all_blocks = false;    // -a: concatenate the selected blocks
