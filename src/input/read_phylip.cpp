@@ -2,8 +2,8 @@
 // of one word, or as PAML writes them. The file does not say which: it is read in the one way that gives the numbers of
 // its first line.
 #include <algorithm>
-#include <array>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -42,9 +42,11 @@ class PhylipLines {
     std::string_view text;
     std::size_t letters = 0;  // but for blanks
     bool pure = false;        // all of it can be letters
+    bool apart = false;       // after an empty line
   };
 
-  void add(std::string_view text) {
+  /// `apart`: after an empty line.
+  void add(std::string_view text, bool apart) {
     constexpr std::size_t chunk = 1U << 20;
     if (chunks_.empty() || chunks_.back().capacity() - chunks_.back().size() < text.size()) {
       chunks_.emplace_back().reserve(std::max(chunk, text.size()));
@@ -53,7 +55,7 @@ class PhylipLines {
     const std::size_t at = text_of.size();
     text_of += text;  // which never moves: there is room for it
     const std::string_view kept = std::string_view(text_of).substr(at);
-    lines_.push_back({kept, letters_in(kept), only_letters(kept)});
+    lines_.push_back({kept, letters_in(kept), only_letters(kept), apart});
   }
   std::size_t size() const { return lines_.size(); }
   const Line& operator[](std::size_t k) const { return lines_[k]; }
@@ -188,6 +190,7 @@ bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const Phylip
     const auto first = begin_row(way, lines, header);
     if (!first) return false;
     if (i == 1) width = *first;
+    if (width == 0) return way.fail(Failure::Kind::unequal_lengths, 0, header.nupo);
     if (*first != width) return way.fail(Failure::Kind::unequal_lengths, *first, width);
   }
   for (length = width; length < header.nupo; length += width) {
@@ -202,6 +205,17 @@ bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const Phylip
   return true;
 }
 
+/// Whether empty lines are only where rows or blocks end.
+bool spaced(const PhylipReading& way, const PhylipLines& lines) {
+  std::size_t row = 0;
+  for (std::size_t k = 1; k < lines.size(); ++k) {
+    while (row < way.starts.size() && way.starts[row].line < k) ++row;
+    const bool begins = row < way.starts.size() && way.starts[row].line == k;
+    if (lines[k].apart && !(way.layout->interleaved ? k % way.starts.size() == 0 : begins)) return false;
+  }
+  return true;
+}
+
 PhylipReading read_as(const PhylipLayout& layout, const PhylipLines& lines, const PhylipHeader& header) {
   PhylipReading way;
   way.layout = &layout;
@@ -213,9 +227,8 @@ PhylipReading read_as(const PhylipLayout& layout, const PhylipLines& lines, cons
 }
 
 /// Whether two readings give the same names and letters.
-bool same(const PhylipReading& one, const PhylipReading& other, const PhylipLines& lines) {
-  const bool one_line_each = lines.size() == one.starts.size();
-  if (one.layout->interleaved != other.layout->interleaved && !one_line_each) return false;
+bool same(const PhylipReading& one, const PhylipReading& other) {
+  if (one.layout->interleaved != other.layout->interleaved) return false;
   return std::equal(one.starts.begin(), one.starts.end(), other.starts.begin(),
                     [](const PhylipStart& a, const PhylipStart& b) {
                       return a.line == b.line && a.name == b.name && a.letters == b.letters;
@@ -226,20 +239,27 @@ bool same(const PhylipReading& one, const PhylipReading& other, const PhylipLine
 PhylipReading only_reading(const PhylipLines& lines, const PhylipHeader& header) {
   const bool sequential = header.options.find('I') == header.options.npos;
   const bool interleaved = header.options.find('S') == header.options.npos;
-  std::optional<PhylipReading> fitting, failed;
+  const bool one_line_each = lines.size() <= static_cast<std::size_t>(header.numseq);  // where both are the same
+  std::vector<PhylipReading> fitting;
+  std::optional<PhylipReading> failed;
   for (const PhylipLayout& layout : phylip_layouts) {
-    if (!(layout.interleaved ? interleaved : sequential)) continue;
+    if (layout.interleaved ? !interleaved || one_line_each : !sequential && !one_line_each) continue;
     PhylipReading way = read_as(layout, lines, header);
     if (way.failure) {
-      if (!failed || way.line > failed->line) failed = std::move(way);
-    } else if (!fitting) {
-      fitting = std::move(way);
-    } else if (!same(*fitting, way, lines)) {
-      throw Failure{.kind = Failure::Kind::ambiguous_format,
-                    .detail = std::string("PHYLIP: ") + fitting->layout->words + "; or " + way.layout->words};
+      if (!failed || way.starts.size() > failed->starts.size()) failed = std::move(way);
+    } else if (std::none_of(fitting.begin(), fitting.end(), [&](const auto& other) { return same(other, way); })) {
+      fitting.push_back(std::move(way));
     }
   }
-  if (fitting) return *std::move(fitting);
+  if (fitting.size() > 1) {
+    const auto likely = [&](const PhylipReading& way) { return spaced(way, lines); };
+    if (std::any_of(fitting.begin(), fitting.end(), likely)) std::erase_if(fitting, std::not_fn(likely));
+  }
+  if (fitting.size() > 1) {
+    throw Failure{.kind = Failure::Kind::ambiguous_format,
+                  .detail = std::string("PHYLIP: ") + fitting[0].layout->words + "; or " + fitting[1].layout->words};
+  }
+  if (!fitting.empty()) return std::move(fitting.front());
   if (!failed) throw Failure{.kind = Failure::Kind::bad_record, .detail = header.options};
   throw *failed->failure;
 }
@@ -250,7 +270,7 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
   if (marks == 0 && capital(line.front()) == 'G') {
     std::string_view rest = line.substr(1);
     if (!digits(take_word(rest))) return false;
-    marks = 1;
+    marks = rest.empty() ? 1 : header.nupo + 1;  // else the genes are told by their lengths
     return true;
   }
   const bool marked = marks > 0 && marks <= header.nupo && line.find_first_not_of("0123456789 \t") == line.npos;
@@ -275,14 +295,19 @@ Reading read_phylip(Lines& in) {
   PhylipLines lines;
   std::vector<Remark> remarks;
   int marks = 0;
-  while (in.next_filled(line)) {
+  bool apart = false;
+  while (in.next(line)) {
+    if (blank(line)) {
+      apart = true;
+      continue;
+    }
     if (lines.size() == 0 && option_line(trimmed(line), header, marks)) continue;
     const auto next = phylip_header(line);
     if (next && next->options.empty()) {  // no row: its letters would be a number
       remarks.push_back({.what = Remark::What::more_alignments});
       break;
     }
-    lines.add(line);
+    lines.add(line, std::exchange(apart, false));
   }
   PhylipReading way = only_reading(lines, header);
   const auto numseq = static_cast<std::size_t>(header.numseq);
