@@ -24,12 +24,14 @@ struct PhylipHeader {
 };
 
 std::optional<PhylipHeader> phylip_header(std::string_view line) {
+  line = without_indent(line);
+  if (line.empty() || !isdigit(line.front())) return std::nullopt;  // as most lines
   const auto numseq = number_in(take_word(line));
   const auto nupo = number_in(take_word(line));
   if (!numseq || !nupo) return std::nullopt;
   PhylipHeader header{*numseq, *nupo, {}};
   for (const char c : line) {
-    if (!isletter(c) && blanks.find(c) == blanks.npos) return std::nullopt;
+    if (!isletter(c) && !isblank(c)) return std::nullopt;
     if (isletter(c)) header.options += capital(c);
   }
   return header;
@@ -39,36 +41,39 @@ std::optional<PhylipHeader> phylip_header(std::string_view line) {
 class PhylipLines {
  public:
   struct Line {
-    std::string_view text;
-    std::size_t letters = 0;  // but for blanks
-    bool pure = false;        // all of it can be letters
-    bool apart = false;       // after an empty line
+    const char* first;
+    unsigned length;
+    unsigned letters : 30;  // but for blanks
+    unsigned pure : 1;      // all of it can be letters
+    unsigned apart : 1;     // after an empty line
+    std::string_view text() const { return {first, length}; }
   };
 
   /// `apart`: after an empty line.
   void add(std::string_view text, bool apart) {
-    constexpr std::size_t chunk = 1U << 20;
+    constexpr std::size_t chunk = 1U << 20, longest = (1U << 30) - 1;
+    if (text.size() > longest) throw Failure{.kind = Failure::Kind::too_long, .expected = longest};
     if (chunks_.empty() || chunks_.back().capacity() - chunks_.back().size() < text.size()) {
       chunks_.emplace_back().reserve(std::max(chunk, text.size()));
     }
-    std::string& text_of = chunks_.back();
-    const std::size_t at = text_of.size();
-    text_of += text;  // which never moves: there is room for it
-    const std::string_view kept = std::string_view(text_of).substr(at);
-    lines_.push_back({kept, letters_in(kept), only_letters(kept), apart});
+    std::string& kept = chunks_.back();
+    const char* first = kept.data() + kept.size();
+    kept += text;  // which moves nothing: there is room for it
+    const auto length = static_cast<unsigned>(text.size());
+    const auto letters = static_cast<unsigned>(letters_in(text));
+    lines_.push_back({first, length, letters & unsigned{longest}, only_letters(text), apart});
   }
   std::size_t size() const { return lines_.size(); }
   const Line& operator[](std::size_t k) const { return lines_[k]; }
 
   /// Line `k` is read for the last time, and so are all before it.
   void release(std::size_t k) {
-    while (chunks_.size() > 1 && !holds(chunks_.front(), lines_[k].text)) chunks_.pop_front();
+    while (chunks_.size() > 1 && !holds(chunks_.front(), lines_[k].first)) chunks_.pop_front();
   }
 
  private:
-  static bool holds(const std::string& chunk, std::string_view text) {
-    return std::less_equal<>()(chunk.data(), text.data()) &&
-           std::less_equal<>()(text.data() + text.size(), chunk.data() + chunk.size());
+  static bool holds(const std::string& chunk, const char* text) {
+    return !std::less<>()(text, chunk.data()) && !std::less<>()(chunk.data() + chunk.size(), text);
   }
   std::deque<std::string> chunks_;
   std::vector<Line> lines_;
@@ -101,9 +106,9 @@ PhylipStart phylip_start(std::string_view line, std::size_t number, PhylipNames 
   std::size_t end = 10;
   if (names != PhylipNames::ten_columns) {
     line = trimmed(line);
-    end = line.find_first_of(blanks);
+    end = up_to(line, ' ', '\t').size();
     while (names == PhylipNames::two_blanks && end < line.size() && line[end] != '\t' && line.substr(end, 2) != "  ") {
-      end = line.find_first_of(blanks, end + 1);
+      end += 1 + up_to(line.substr(end + 1), ' ', '\t').size();
     }
   }
   end = std::min(end, line.size());
@@ -140,11 +145,11 @@ std::optional<long long> begin_row(PhylipReading& way, const PhylipLines& lines,
     way.fail(Failure::Kind::unfinished_record, static_cast<long long>(way.starts.size()), header.numseq, "sequences");
     return std::nullopt;
   }
-  way.starts.push_back(phylip_start(lines[way.line].text, way.line, way.layout->names));
+  way.starts.push_back(phylip_start(lines[way.line].text(), way.line, way.layout->names));
   const PhylipStart& start = way.starts.back();
   if (start.name.empty() || !only_letters(start.letters)) {
     if (start.name.empty()) {
-      way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text));
+      way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text()));
     } else {
       way.fail_at_letter(start.letters, 0);
     }
@@ -162,7 +167,7 @@ std::optional<long long> continue_row(PhylipReading& way, const PhylipLines& lin
     return std::nullopt;
   }
   if (!lines[way.line].pure) {
-    way.fail_at_letter(lines[way.line].text, length);
+    way.fail_at_letter(lines[way.line].text(), length);
     return std::nullopt;
   }
   return static_cast<long long>(lines[way.line++].letters);
@@ -221,7 +226,7 @@ PhylipReading read_as(const PhylipLayout& layout, const PhylipLines& lines, cons
   way.layout = &layout;
   const bool whole = layout.interleaved ? read_interleaved(way, lines, header) : read_sequential(way, lines, header);
   if (whole && way.line < lines.size()) {
-    way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text));
+    way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text()));
   }
   return way;
 }
@@ -273,7 +278,8 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
     marks = rest.empty() ? 1 : header.nupo + 1;  // else the genes are told by their lengths
     return true;
   }
-  const bool marked = marks > 0 && marks <= header.nupo && line.find_first_not_of("0123456789 \t") == line.npos;
+  const bool marked =
+      marks > 0 && marks <= header.nupo && all_are(line, [](char c) { return isdigit(c) || isblank(c); });
   if (marked) marks += static_cast<int>(letters_in(line));
   return marked;
 }
@@ -281,7 +287,7 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
 }  // namespace
 
 bool begins_phylip(std::string_view head) {
-  return phylip_header(head.substr(0, head.find_first_of("\r\n"))).has_value();
+  return phylip_header(first_line(head)).has_value();
 }
 
 Reading read_phylip(Lines& in) {
@@ -317,27 +323,31 @@ Reading read_phylip(Lines& in) {
 
   Assembly assembly;
   assembly.dots_match_first = true;
+  const auto nupo = static_cast<std::size_t>(header.nupo);
+  assembly.reserve(numseq, nupo);
   if (way.layout->interleaved && lines.size() > numseq) {
     std::vector<std::string> names, rows;
     for (const PhylipStart& start : way.starts) {
       names.emplace_back(start.name);
-      rows.emplace_back(start.letters);
+      rows.emplace_back().reserve(nupo);
+      rows.back() += start.letters;
     }
     for (std::size_t k = numseq; k < lines.size(); ++k) {
       lines.release(k);
-      rows[k % numseq] += lines[k].text;
+      rows[k % numseq] += lines[k].text();
     }
     lines = {};
     for (std::size_t k = 0; k < numseq; ++k) assembly.add(std::move(names[k]), std::exchange(rows[k], {}));
   } else {
     for (std::size_t k = 0; k < numseq; ++k) {
       const PhylipStart& start = way.starts[k];
+      lines.release(start.line);
       assembly.begin(std::string(start.name));
       assembly.append(start.letters);
       const std::size_t end = k + 1 < numseq ? way.starts[k + 1].line : lines.size();
       for (std::size_t next = start.line + 1; next < end; ++next) {
         lines.release(next);
-        assembly.append(lines[next].text);
+        assembly.append(lines[next].text());
       }
       assembly.end();
     }

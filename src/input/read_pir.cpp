@@ -167,10 +167,8 @@ Reading read_pir(Lines& in) {
   std::vector<PirRecord> records = pir_records(in, kind);
   std::vector<Remark> remarks = add_descriptions(records);
   Assembly rows;
-  for (PirRecord& record : records) {
-    rows.add(std::move(record.name), std::exchange(record.letters, {}));
-    record = {};
-  }
+  if (!records.empty()) rows.reserve(records.size(), letters_in(records.front().letters));
+  for (PirRecord& record : records) rows.add(std::move(record.name), std::exchange(record.letters, {}));
   Reading reading = rows.finish({}, std::move(remarks));
   reading.kind = kind;
   return reading;
