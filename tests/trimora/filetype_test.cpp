@@ -1,9 +1,10 @@
 #include "input/filetype.h"
 
-#include "driver/run_state.h"
-#include "selection/calculate.h"
 #include "support.h"
+#include "trimora/calculate.h"
+#include "trimora/run_state.h"
 
+namespace trimora::rooms {
 namespace {
 
 using FileType = FolderTest;
@@ -17,7 +18,7 @@ std::string chosen(const std::string& text) {
   run.tog_sb = run.tog_allfile = run.tog_allfile_init = run.tog_allungfile = 1;
   run.tog_sub = 1;
   run.warn = 0;
-  printedby([&] { openfile(run); });  // which ends behind the file type: there are too few sequences
+  printed_by([&] { openfile(run); });  // which ends after the file type: there are too few sequences
   const int on = run.tog_allfile + run.tog_allfile_init + run.tog_allungfile + run.tog_sub;
   return run.fichero1 + (run.fileformat == pir ? " pir " : " fasta ") + run.seq_type +
          (run.tog_sb == 1 ? ", batch of " : ", ") + std::to_string(run.numal) + ", " + std::to_string(on) + " on" +
@@ -44,3 +45,4 @@ TEST_F(FileType, OfTheInput) {
 }
 
 }  // namespace
+}  // namespace trimora::rooms

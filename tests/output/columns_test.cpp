@@ -1,4 +1,4 @@
-#include "trimora_run/columns.h"
+#include "output/columns.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -6,6 +6,7 @@
 
 #include "support.h"
 
+namespace trimora::rooms {
 namespace {
 
 std::string score(float value) {
@@ -45,32 +46,34 @@ TEST(Columns, ScoresAreShortAndReadBack) {
   }
 }
 
-// b1 is 3, b2 is 4. Columns 1, 4 and 9 of the file were dropped; the second block is empty, as codons can make it.
-using ColumnsFile = FolderTest;
-TEST_F(ColumnsFile, ClassesAndBlocks) {
+// b1 is 3, b2 is 4, b3 is 0, b4 is 2. Columns 1, 4 and 9 of the file were dropped, the last one as an insert.
+TEST(Columns, ClassesBlocksAndReasons) {
   SelectionState run;
+  run.numseq = 5;
   run.negval = 3;
   run.flankval = 4;
-  Alignment ali = alignment({"ACDEFG", "ACDEFG"});
+  run.negblen = 0;
+  run.posblen = run.posblen2 = 2;
+  Alignment ali = alignment({"ACDEFGG", "ACD-FGG"});
   ali.dropped = {{1, 1}, {4, 4}, {9, 9}};
-  PositionScores scores;
-  for (const float value : {4.0F, 3.5F, 2.0F, 0.0F, 3.0F, 5.0F}) scores.val.append(value);
-  for (const char residue : {'A', 'C', 'D', '?', 'F', 'G'}) scores.val_aa.append(residue);
-  SelectedBlocks blocks;
-  blocks.newpos = {{1, 2}, {4, 3}, {5, 6}};
-  savecolumns("table", ali, scores, blocks, run);
-  EXPECT_EQ(textof("table"),
-            "column\tposition\tscore\tresidue\tclass\tblock\tnew\n"
-            "1\t\t\t\tdropped\t\t\n"
-            "2\t1\t4\tA\tflank\t1\t1\n"
-            "3\t2\t3.5\tC\tconserved\t1\t2\n"
-            "4\t\t\t\tdropped\t\t\n"
-            "5\t3\t2\tD\tnonconserved\t\t\n"
-            "6\t4\t0\t?\tgap\t\t\n"
-            "7\t5\t3\tF\tconserved\t3\t3\n"
-            "8\t6\t5\tG\tflank\t3\t4\n"
-            "9\t\t\t\tdropped\t\t\n");
-  EXPECT_FALSE(std::filesystem::exists("table.part1"));
+  ali.inserts = {{9, 9}};
+  Selection found;
+  for (const float value : {4.0F, 5.0F, 2.0F, 0.0F, 4.0F, 3.5F, 3.0F}) found.scores.val.append(value);
+  for (const char residue : {'A', 'C', 'D', '?', 'F', 'G', 'G'}) found.scores.val_aa.append(residue);
+  found.blocks = getpos(found.scores, ali, run);
+  EXPECT_EQ(written_by([&](OutputFile& out) { write_columns(out, ali, found, run); }),
+            "column\tposition\tscore\tresidue\tclass\tblock\tnew\treason\tinitial\n"
+            "1\t\t\t\tdropped\t\t\tall gap, dropped\t\n"
+            "2\t1\t4\tA\tflank\t1\t1\tselected\t1\n"
+            "3\t2\t5\tC\tflank\t1\t2\tselected\t1\n"
+            "4\t\t\t\tdropped\t\t\tall gap, dropped\t\n"
+            "5\t3\t2\tD\tnonconserved\t\t\tin a run of more than b3 nonconserved positions\t\n"
+            "6\t4\t0\t?\tgap\t\t\ttoo many gaps (1 of 5, b5 allows 0)\t\n"
+            "7\t5\t4\tF\tflank\t\t\tinitial block shorter than b0 (1)\t\n"
+            "8\t6\t3.5\tG\tconserved\t\t\tafter the last flank\t\n"
+            "9\t\t\t\tdropped\t\t\tinsert column\t\n"
+            "10\t7\t3\tG\tconserved\t\t\tafter the last flank\t\n");
 }
 
 }  // namespace
+}  // namespace trimora::rooms

@@ -1,9 +1,10 @@
-#include "driver/options.h"
+#include "trimora/options.h"
 
 #include <map>
 
 #include "support.h"
 
+namespace trimora::rooms {
 namespace {
 
 /// What options set, under the letters of the options.
@@ -63,7 +64,7 @@ TEST(Options, ChangesAndAnswers) {
     derive_defaults(run);
     const auto before = values(run);
     std::string answers, changes;
-    for (const Answer& answer : withwords(c.arguments, apply_options, 0, run)) answers += "-rgt"[answer.kind];
+    for (const Answer& answer : with_words(c.arguments, apply_options, 0, run)) answers += "-rgt"[answer.kind];
     for (const auto& [name, value] : values(run)) {
       if (value != before.at(name)) changes += (changes.empty() ? "" : " ") + name + "=" + value;
     }
@@ -84,3 +85,4 @@ TEST(RunState, DerivedDefaults) {
 }
 
 }  // namespace
+}  // namespace trimora::rooms
