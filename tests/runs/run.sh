@@ -4,7 +4,7 @@
 # RUN is a folder: `arguments` (as typed in a shell), `script` (standard input, when there is any), `input/` (files
 # beside the examples), `expected/`: `stdout` and every file that the run writes, with @VERSION@ for the version; `notes`
 # (standard error, when there is any) and `status` (when it is not the usual one: of trimora 1, of trimora-run 0).
-# The program runs in a fresh copy of the input. Afterwards that folder must hold the input as it was, what is expected
+# The program runs in a fresh copy of the input, @FOLDER@, which is its home folder, too. Afterwards that folder must hold the input as it was, what is expected
 # and nothing else. What differs is shown as a patch.
 set -eu
 version=$1 examples=$2 run=$3
@@ -30,10 +30,12 @@ if [ -f "$run/script" ]; then script=$run/script; fi
 cat "$run/notes" >"$scratch/notes" 2>/dev/null || true
 
 cd "$scratch/found"
+export HOME="$scratch/found"
 eval 'set -- "$@" '"$(cat "$run/arguments")"
 found=0
 "$@" <"$script" >stdout 2>"$scratch/stderr" || found=$?
 cd "$scratch"
+sed -i "s|$scratch/found|@FOLDER@|" found/stdout stderr
 case $program in
 *.exe) sed -i 's/: Not a directory$/: No such file or directory/' notes ;; # the system's own words for a reason
 esac
