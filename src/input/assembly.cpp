@@ -252,6 +252,19 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   return reading;
 }
 
+std::size_t letters_in(std::string_view text) {
+  if ((contents(text.data(), text.size()) & has_blank) == 0) return text.size();
+  constexpr std::size_t at_once = 255 * sizeof(Letters);  // each place counts up to 255
+  std::size_t letters = text.size();
+  for (; !text.empty(); text.remove_prefix(std::min(text.size(), at_once))) {
+    Letters found{};
+    for_letters(text.data(), std::min(text.size(), at_once),
+                [&](Letters c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
+    for (std::size_t k = 0; k < sizeof found; ++k) letters -= found[k];
+  }
+  return letters;
+}
+
 bool only_letters(std::string_view text) {
   return (contents(text.data(), text.size()) & has_else) == 0;
 }

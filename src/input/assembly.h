@@ -28,6 +28,9 @@ class Assembly {
   /// A whole row.
   void add(std::string name, std::string_view text);
 
+  /// There will be `numseq` rows of `nupo` letters. Memory that no letter ever touches costs nothing.
+  void reserve(std::size_t numseq, std::size_t nupo) { reading_.letters.reserve(numseq * nupo); }
+
   bool empty() const { return reading_.names.empty(); }
   /// The positions of the first row, and so of all.
   int nupo() const { return reading_.nupo; }
@@ -58,6 +61,9 @@ class Assembly {
   std::size_t checked_ = 0;  // up to where the characters were looked at
   unsigned seen_ = 0;        // of all characters
 };
+
+/// The characters of `text` that are neither blanks nor tabs, counted.
+std::size_t letters_in(std::string_view text);
 
 /// Whether everything in `text` but blanks and tabs can be a letter, a gap or an unknown residue.
 bool only_letters(std::string_view text);
