@@ -8,13 +8,14 @@ import * as esbuild from "esbuild";
 
 const [engine, page] = process.argv.slice(2);
 const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
-const options = /** @type {const} */ ({
+/** @type {esbuild.BuildOptions} */
+const options = {
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
   loader: { ".fas": "text" }, alias: { trimora: `${engine}/trimora.mjs` },
   define: { "import.meta.url": '"about:blank"' }, external: ["node:fs/promises"],
-});
-const bundle = async (/** @type {esbuild.BuildOptions} */ more) =>
-  (await esbuild.build({ ...options, ...more, write: false })).outputFiles[0].text;
+};
+const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plugins">} */ more) =>
+  (await esbuild.build({ ...options, ...more, write: false })).outputFiles?.[0].text ?? "";
 
 const packed = {
   wasm: async () => readFileSync(`${engine}/trimora.wasm`),

@@ -4,6 +4,10 @@ import { gunzip } from "./gunzip.js";
 import worker64 from "packed:worker";
 import wasm64 from "packed:wasm";
 
+/** What is said when memory ends, in the engine or in the program. */
+export const noMemory = "This browser does not give a page enough memory for this run. The installed program needs far " +
+  "less: run the command at the end of this page there.";
+
 /** Thrown into what waits for a run that was dropped. */
 export class Dropped extends Error {}
 
@@ -68,7 +72,6 @@ function post(job) {
 /** @param {string} error of the engine or the browser */
 function sentence(error) {
   return /memory|alloc|RangeError|out of bounds|too large/i.test(error)
-    ? "The memory that this browser gives to a page is not enough for this run. The installed program needs far less: " +
-        "run the command below there."
-    : `The run broke off (${error}). The page goes on: try again, or run the command below with the installed program.`;
+    ? noMemory
+    : `The run broke off (${error}). The page goes on: try again, or run the command at the end of this page with the installed program.`;
 }

@@ -1,6 +1,6 @@
 // The page: connects its parts and runs the program again whenever what it depends on has changed.
 
-import { ask, drop, Dropped, open } from "./engine.js";
+import { ask, drop, Dropped, noMemory, open } from "./engine.js";
 import * as form from "./form.js";
 import * as map from "./map.js";
 import { options, refused } from "./parameters.js";
@@ -41,7 +41,8 @@ async function select() {
     if (opened !== state.opened) return;
     status = made.status;
     const lines = made.stderr.split("\n").filter((/** @type {string} */ line) => line)
-      .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, "").replace(" in /here", "")); // the engine's own folder
+      .map((/** @type {string} */ line) => line.replace(/^trimora-run: /, "").replace(" in /here", "") // the engine's own folder
+        .replace("the memory of this machine is not enough", noMemory));
     const failed = !made.rows.some((/** @type {import("./state.js").Row} */ row) => row.status === "ok");
     update({
       table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout,

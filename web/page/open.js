@@ -74,9 +74,9 @@ async function arrange(given) {
       throw new Error(`${list.name} lists ${missing[0]}${missing.length > 1 ? ` and ${missing.length - 1} more` : ""}, ` +
         "which did not come with it: drop the paths file together with all its alignments.");
     }
-    const listed = paths.map((path, k) =>
+    const inOrder = paths.map((path, k) =>
       ({ name: path.replace(/^([.]*[/\\])+/, ""), blob: /** @type {import("./worker.js").Input} */ (found[k]).blob }));
-    return { ...batch(listed, tail(list.name)), made: false, leftout: rest.filter((f) => f !== list).map(({ name }) => name) };
+    return { ...batch(inOrder, tail(list.name)), made: false, leftout: rest.filter((f) => f !== list).map(({ name }) => name) };
   }
   if (alignments.length === 0) throw new Error("None of these files begins with >, as an alignment in FASTA or PIR does.");
   const leftout = rest.map(({ name }) => name);
@@ -145,11 +145,42 @@ async function open(coming, type, cleaned = []) {
 const named = (files) => Array.from(files, (file) => ({ name: file.webkitRelativePath || file.name, blob: file }))
   .filter(({ name }) => !/(^|\/)\./.test(name));
 
-/** What was dropped, with the content of folders. @param {DataTransfer} dropped */
+/** The files in a folder. @param {any} folder @param {string} path @param {import("./worker.js").Input[]} found */
+async function walkHandle(folder, path, found) {
+  for await (const inner of folder.values()) {
+    if (inner.name.startsWith(".")) continue;
+    if (inner.kind === "file") found.push({ name: `${path}/${inner.name}`, blob: await inner.getFile() });
+    else await walkHandle(inner, `${path}/${inner.name}`, found);
+  }
+}
+
+/**
+ * What was dropped, with the content of folders. Chromium refuses the entries of a page opened from the disk, but hands
+ * out handles; Firefox knows entries only. Both have to be asked for at once, while the drop lasts.
+ * @param {DataTransfer} dropped
+ */
 async function listed(dropped) {
-  const entries = Array.from(dropped.items, (item) => item.webkitGetAsEntry?.() ?? null);
-  const files = named(dropped.files); // where the browser tells no folders
+  const files = named(dropped.files), items = Array.from(dropped.items);
+  const entries = items.map((item) => item.webkitGetAsEntry?.() ?? null);
   if (!entries.some((entry) => entry?.isDirectory)) return files;
+  const asked = items.map((item) => /** @type {any} */ (item).getAsFileSystemHandle?.() ?? null);
+  try {
+    const handles = await Promise.all(asked);
+    if (!handles.every((handle) => handle)) return await listEntries(entries);
+    /** @type {import("./worker.js").Input[]} */
+    const inside = [];
+    for (const handle of handles) {
+      if (handle.kind === "file") inside.push({ name: handle.name, blob: await handle.getFile() });
+      else await walkHandle(handle, handle.name, inside);
+    }
+    return inside;
+  } catch {
+    throw new Error("This browser does not let the page read a folder that is dropped: take the button \u201cChoose a folder \u2026\u201d, or drop the files themselves.");
+  }
+}
+
+/** @param {(FileSystemEntry | null)[]} entries */
+async function listEntries(entries) {
   /** @type {import("./worker.js").Input[]} */
   const found = [];
   const walk = async (/** @type {any} */ entry) => {

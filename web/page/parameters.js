@@ -82,6 +82,15 @@ export const refused = (values, numseq) =>
 /** The share, in per cent, from which the program makes this number of sequences: it cuts off. @param {number} number @param {number} numseq */
 export const share = (number, numseq) => `${Math.ceil((number * 100) / numseq)}%`;
 
+/**
+ * The shares that a parameter may have, in per cent: none when its range holds no whole one.
+ * @param {Record<string, string>} values @param {string} name @param {number} numseq
+ */
+export function shareBounds(values, name, numseq) {
+  const fitting = Array.from({ length: 101 }, (_, per) => per).filter((per) => bounds({ ...values, [name]: `${per}%` }, name, numseq).wrong === "");
+  return { least: fitting[0] ?? 0, most: fitting[fitting.length - 1] ?? 100 };
+}
+
 /** The options that differ from their defaults. @param {Record<string, string>} values */
 export const options = (values) =>
   parameters.filter(({ name }) => values[name]).map(({ name }) => `-${name}=${values[name]}`);

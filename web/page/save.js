@@ -46,7 +46,7 @@ function choice(wanted) {
   for (const name in choices) {
     if (state.outputs[name] && (name !== "match" || batch())) chosen.push(`--${name}=${state.outputs[name]}`);
   }
-  if (failures()) chosen.push("--keep-going");
+  if (failures() && batch()) chosen.push("--keep-going");
   return chosen;
 }
 
@@ -66,14 +66,14 @@ function download(name, bytes, type = "application/octet-stream") {
 
 /**
  * Run the program and take what it wrote.
- * @param {string[]} given arguments @param {{name: string, also: Record<string, Uint8Array>}} [zip] makes one file of all
+ * @param {string[]} given arguments @param {{name: string, also: Record<string, Uint8Array>}} [packed] makes one zip of all
  * @returns {Promise<Record<string, Uint8Array> | null>}
  */
-async function write(given, zip) {
+async function write(given, packed) {
   const said = element("saved", HTMLElement);
   said.textContent = "Running …";
   try {
-    const { status, stderr, files } = await ask({ job: "write", args: given, zip });
+    const { status, stderr, files } = await ask({ job: "write", args: given, zip: packed });
     const names = Object.keys(files), whole = status === 0 || failures();
     said.textContent = !whole ? stderr.replace(/^trimora-run: /gm, "") : names.length === 0 ? "Nothing was written." : "";
     return whole && names.length > 0 ? files : null;
@@ -132,11 +132,11 @@ export function connect() {
     });
   }
   for (const [name, values] of Object.entries(choices)) {
-    const list = element(name, HTMLSelectElement);
-    list.append(...Object.entries(values).map(([value, words]) => make("option", { value }, words)));
-    list.addEventListener("change", () => {
+    const select = element(name, HTMLSelectElement);
+    select.append(...Object.entries(values).map(([value, words]) => make("option", { value }, words)));
+    select.addEventListener("change", () => {
       const { [name]: _, ...others } = state.outputs;
-      update({ outputs: list.value ? { ...others, [name]: list.value } : others });
+      update({ outputs: select.value ? { ...others, [name]: select.value } : others });
     });
   }
   element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted), zip())));
@@ -156,11 +156,11 @@ export function connect() {
   showwhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
     if (!now.opened) return;
     for (const part of document.querySelectorAll(".ofbatch")) part.toggleAttribute("hidden", !batch());
-    const list = !now.opened.made ? "" : now.opened.alignments.length > mostlisted ? "# paths.txt, which names the alignments, is in the zip\n"
+    const paths = !now.opened.made ? "" : now.opened.alignments.length > mostlisted ? "# paths.txt, which names the alignments, is in the zip\n"
       : `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n`;
     const cleaning = now.opened.cleaned.length > mostlisted ? "# *.unix.*: the alignments without their Windows line ends, tr -d '\\r'\n"
       : now.opened.cleaned.map(([from, to]) => `tr -d '\\r' < ${quoted(from)} > ${quoted(to)}\n`).join("");
-    command.textContent = `${cleaning}${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
+    command.textContent = `${cleaning}${paths}trimora-run ${args(wanted).map(quoted).join(" ")}`;
     const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostreport));
     openreport.disabled = !small || refused(now.values, numseq(now));
     openreport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";

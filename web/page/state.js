@@ -30,6 +30,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {import("./open.js").Opened | null} opened
  * @property {string} shown name of the alignment that is looked at
  * @property {Record<string, string>} values of the parameters, as on the command line; "" or absent: the default
+ * @property {boolean | null} asShares whether b1 and b2 are given in per cent of the sequences; null: where they have to be
  * @property {Record<string, string>} outputs values of the options that choose what is written
  * @property {boolean} running
  * @property {Row[]} table of the last run
@@ -48,7 +49,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
 
 /** @type {State} */
 export const state = {
-  opened: null, shown: "", values: {}, outputs: { s: "Y", p: "Y" },
+  opened: null, shown: "", values: {}, asShares: null, outputs: { s: "Y", p: "Y" },
   running: false, table: [], notes: [], failure: "", notice: "", printed: "", columns: null, letters: null,
   first: 1, width: 1, at: 0, marked: null,
 };
@@ -90,6 +91,14 @@ export const shownrow = (now) => now.table.find((row) => row.alignment === now.s
 
 /** Sequences of the alignment shown; 0: not known. @param {State} now */
 export const numseq = (now) => Number(shownrow(now)?.sequences) || now.letters?.numseq || 0; // a failed one has none
+
+/** Whether b1 and b2 are given in per cent of the sequences. @param {State} now */
+export function shares(now) {
+  const given = [now.values.b1, now.values.b2].filter((value) => value);
+  if (given.length > 0) return given.some((value) => value.endsWith("%"));
+  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences));
+  return now.asShares ?? sizes.size > 1;
+}
 
 /** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
 export const matching = (now) => (now.outputs.match ? [`--match=${now.outputs.match}`] : []);

@@ -1,7 +1,7 @@
 // What was selected, in words: the count, the notes of the program, the alignments of a batch, the blocks.
 
 import { inforce } from "./parameters.js";
-import { element, kinds, make, showwhen, shownrow, state, update } from "./state.js";
+import { element, kinds, make, showwhen, shownrow, update } from "./state.js";
 import { go } from "./viewer.js";
 
 const listed = 200; // blocks, at most

@@ -131,8 +131,8 @@ function scrolled() {
 
 /** The sequence and the position below the pointer. @param {PointerEvent} event */
 function below(event) {
-  const place = canvas().getBoundingClientRect();
-  const x = event.clientX - place.left - namewidth(), y = event.clientY - place.top - ruler;
+  const { left, top: upper } = canvas().getBoundingClientRect();
+  const x = event.clientX - left - namewidth(), y = event.clientY - upper - ruler;
   const within = (/** @type {number} */ n, /** @type {number} */ most) => Math.max(1, Math.min(n, most));
   return { row: within(top + Math.floor(y / cell.height), state.letters?.names.length ?? 1),
     p: within(state.first + Math.floor(x / cell.width), positions()), name: x < 0 };
