@@ -35,8 +35,7 @@ const packing = {
 
 // Inside a script element no text may look like its end.
 const code = (await bundle({ entryPoints: [here("page/main.js")], plugins: [packing] })).replaceAll("</script", "<\\/script");
-const uplot = readFileSync(here("node_modules/uplot/dist/uPlot.min.css"), "utf8");
-const style = uplot + (await bundle({ entryPoints: [here("page/page.css")] }));
+const style = await bundle({ entryPoints: [here("page/page.css")] });
 const html = readFileSync(here("page/index.html"), "utf8")
   .replace("@STYLE@", () => style)
   .replace("@SCRIPT@", `sha256-${createHash("sha256").update(code).digest("base64")}`)

@@ -1,7 +1,7 @@
 // The form of the parameters, made of their table.
 
-import { bounds, fromlink, inforce, parameters, share, shareBounds, shownorder, tolink } from "./parameters.js";
-import { element, make, numseq, shares, show, showwhen, state, update } from "./state.js";
+import { bounds, fromLink, inForce, parameters, share, shareBounds, shownOrder, toLink } from "./parameters.js";
+import { element, make, numseq, shares, show, showWhen, state, update } from "./state.js";
 
 /** Set one value, "" for the default. The program wants shares of both b1 and b2, or of neither. @param {string} name @param {string} value */
 function set(name, value) {
@@ -18,7 +18,7 @@ function inUnit(values, per) {
   for (const name of per === null || n === 0 ? [] : ["b1", "b2"]) {
     const value = values[name];
     if (value && per && !value.endsWith("%")) changed[name] = share(Number(value), n);
-    if (value && !per && value.endsWith("%")) changed[name] = String(inforce(values, name, n));
+    if (value && !per && value.endsWith("%")) changed[name] = String(inForce(values, name, n));
   }
   return changed;
 }
@@ -44,8 +44,8 @@ function field({ name, label, effect, choices, slider }) {
     : make("input", { type: "number", inputMode: "numeric", step: "1" });
   control.id = name;
   control.setAttribute("aria-describedby", `${name}-effect ${name}-wrong`);
-  const range = choices ? null : make("input", { type: "range", step: "1", tabIndex: -1 });
-  range?.setAttribute("aria-hidden", "true"); // the same as the number beside it
+  const range = choices ? null : make("input", { type: "range", step: "1" });
+  range?.setAttribute("aria-label", `${name}, slider`);
   for (const input of range ? [control, range] : [control]) {
     input.addEventListener("input", () => set(name, input.value));
   }
@@ -61,7 +61,7 @@ function field({ name, label, effect, choices, slider }) {
       const known = n > 0 || !/^b[12]$/.test(name), per = /^b[12]$/.test(name) && shares(now);
       const { wrong: why, ...numbers } = bounds(now.values, name, n);
       const { least, most } = per ? shareBounds(now.values, name, n) : numbers;
-      const standard = inforce({ ...now.values, [name]: "" }, name, n), force = inforce(now.values, name, n);
+      const standard = inForce({ ...now.values, [name]: "" }, name, n), force = inForce(now.values, name, n);
       // Never a number that is not in force: a default is no whole share.
       const number = per || !known ? value.replace(/%$/, "") : String(force);
       const typed = document.activeElement === control && value.replace(/%$/, "") === control.value;
@@ -82,28 +82,29 @@ function field({ name, label, effect, choices, slider }) {
 
   const row = make("div", { className: "field" },
     make("label", { htmlFor: name }, make("b", {}, name), ` ${label}`), control,
-    ...(range ? [range] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
+    ...(range ? [range, make("p", { id: `${name}-curve`, className: "curve effect" })] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
+  row.addEventListener("focusin", () => update({ focused: range ? name : "" }));
   return row;
 }
 
-/** Connect the form; parameters stand in the link from now on. */
+/** Connect the form; the address holds the values from now on. */
 export function connect() {
   const form = element("fields", HTMLElement);
-  for (const name of shownorder) {
+  for (const name of shownOrder) {
     const parameter = parameters.find((one) => one.name === name);
     if (name === "b1") form.append(unit());
     if (parameter) form.append(field(parameter));
   }
   element("defaults", HTMLButtonElement).addEventListener("click", () => update({ values: {} }));
 
-  const take = () => update({ values: fromlink(location.hash.slice(1)) });
-  addEventListener("hashchange", () => tolink(state.values) !== location.hash.slice(1) && take());
+  const take = () => update({ values: fromLink(location.hash.slice(1)) });
+  addEventListener("hashchange", () => toLink(state.values, state.opened?.example) !== location.hash.slice(1) && take());
   take();
   let waiting = 0;
-  showwhen((now) => [now.values], (now) => {
+  showWhen((now) => [now.values, now.opened], (now) => {
     clearTimeout(waiting);
     waiting = setTimeout(() => { // when a slider rests: browsers refuse an address that changes too often
-      const link = tolink(now.values);
+      const link = toLink(now.values, now.opened?.example);
       if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname + location.search);
     }, 300);
   });

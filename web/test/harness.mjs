@@ -58,7 +58,7 @@ export async function openPage(name, flags = [], hash = "") {
   const browser = await puppeteer.launch({
     ...settings, args: [...(settings.args ?? []), ...flags],
     ...(name === "chromium" ? { downloadBehavior: { policy: "allow", downloadPath: downloads } }
-      : { extraPrefsFirefox: { "browser.download.dir": downloads, "browser.download.folderList": 2 } }),
+      : { extraPrefsFirefox: { "browser.download.dir": downloads, "browser.download.folderList": 2, "browser.download.alwaysOpenPanel": false } }),
   });
   const page = await browser.newPage();
   /** @type {string[]} */ const requests = [];
@@ -69,6 +69,7 @@ export async function openPage(name, flags = [], hash = "") {
     errors.push(`dialog ${dialog.message()}`);
     dialog.dismiss();
   });
+  page.setDefaultTimeout(10000);
   await page.setViewport({ width: 1200, height: 900 });
   await page.goto(url + hash);
 
@@ -121,7 +122,7 @@ export async function openPage(name, flags = [], hash = "") {
       await page.$eval("button#zip", (button) => button.click());
       /** @type {string[]} */
       let found = [];
-      for (let k = 0; k < 200 && !(found.length > 0 && found.every((file) => file.endsWith(".zip"))); ++k) {
+      for (let k = 0; k < 200 && !(found.length === 1 && found[0].endsWith("-tr.zip")); ++k) { // browsers begin under another name
         await new Promise((done) => setTimeout(done, 50));
         found = readdirSync(downloads);
       }

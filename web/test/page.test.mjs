@@ -32,12 +32,11 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const report = Buffer.from(native(globins, ["globins.fas", "-b3=4", "-b5=H", "-s=N", "-p=S"])["globins.fas-tr.txts"]).toString();
     const flanks = report.match(/^Flanks: .*/m)?.[0] ?? "";
     const blocks = Array.from(flanks.matchAll(/\[(\d+) {2}(\d+)\]/g), ([, a, b]) => [Number(a), Number(b)]);
-    const found = await on.page.$eval("#plot canvas", (canvas) => {
-      const plot = /** @type {HTMLCanvasElement} */ (canvas), over = /** @type {Element} */ (document.querySelector("#plot .u-over"));
-      const from = plot.getBoundingClientRect(), area = over.getBoundingClientRect(), dot = plot.width / from.width;
-      const row = plot.getContext("2d")?.getImageData(0, Math.round((area.top - from.top + 5) * dot), plot.width, 1).data ?? [];
+    const found = await on.page.$eval("canvas#scores", (plot) => {
+      const [left, width] = (plot.dataset.frame ?? "").split(" ").map(Number), dot = plot.width / plot.clientWidth;
+      const row = plot.getContext("2d")?.getImageData(0, Math.round(14 * dot), plot.width, 1).data ?? [];
       return Array.from({ length: 154 }, (_, k) => { // the middle of each position, above its bar
-        const at = 4 * Math.round((area.left - from.left + ((k + 0.5) / 154) * area.width) * dot);
+        const at = 4 * Math.round((left + ((k + 0.5) / 154) * width) * dot);
         return row[at + 2] > row[at] + 20 && row[at + 3] === 255 ? "#" : ".";
       }).join("");
     });
@@ -91,9 +90,9 @@ for (const name of Object.keys(browsers)) describe(name, () => {
 
   test("a batch goes on behind an alignment that fails", async () => {
     await on.drop({ ...genes, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
-    await on.says("batchtable", "sequence 2 (b)");
+    await on.says("batchTable", "sequence 2 (b)");
     await on.says("failure", "bad.fas");
-    await on.page.$$eval("#batchtable button", (buttons) => buttons[1].click());
+    await on.press("[data-key='primates_mt_1.fas']");
     await on.says("said", "447 of 450 positions");
     await on.says("command", "--keep-going");
   });
@@ -104,7 +103,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.drop(windows);
     await on.says("notes", "two.fas: has Windows line ends");
     await on.press("#unix");
-    await on.says("batchtable", "two.unix.fas");
+    await on.says("batchTable", "two.unix.fas");
     await on.enter("b2", "92");
     await on.says("b2-effect", "In force here: 11 of 12 sequences");
     await on.tick("s");
@@ -144,6 +143,82 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.deepEqual(await on.zip(), native(files, ["Übung.fas", "-t=P", "-k=Y"]));
   });
 
+  test("files that are called like those of the page itself, and x.fas beside x.fas.gz", async () => {
+    const files = { "table": genes["primates_mt_1.fas"], "paths.txt": genes["primates_mt_2.fas"], "x.fas": genes["primates_mt_1.fas"] };
+    await on.drop({ ...files, "x.fas.gz": gzipSync(genes["primates_mt_2.fas"]) });
+    await on.enter("t", "D");
+    await on.says("said", "in all 4 alignments");
+    await on.says("notice", "x.fas.gz as x-2.fas");
+    await on.tick("s");
+    await on.settled();
+    const given = { ...files, "x-2.fas": genes["primates_mt_2.fas"], "paths-2.txt": listOf("paths.txt", "table", "x.fas", "x-2.fas") };
+    const saved = await on.zip();
+    assert.deepEqual(Buffer.from(saved["paths-2.txt"]).toString().split("\n").sort(), given["paths-2.txt"].toString().split("\n").sort());
+    delete saved["paths-2.txt"];
+    assert.deepEqual(saved, native(given, ["paths-2.txt", "-t=D", "-p=N"]));
+  });
+
+  test("the focus stays where a person works", async () => {
+    const focused = () => on.page.evaluate(() => document.activeElement?.getAttribute("data-key") ?? document.activeElement?.tagName);
+    await on.page.$eval("#opening", (details) => details.setAttribute("open", ""));
+    await on.page.focus("#examples button:last-child");
+    await on.page.keyboard.press("Enter");
+    await on.says("said", "in all 2 alignments");
+    assert.equal(await focused(), "SUMMARY");
+    await on.page.focus("[data-key='primates_mt_2.fas']");
+    await on.page.keyboard.press("Enter");
+    await on.says("said", "of primates_mt_2.fas");
+    await on.settled();
+    assert.equal(await focused(), "primates_mt_2.fas");
+  });
+
+  test("what only a person can decide is a button", async () => {
+    const rename = (/** @type {Uint8Array} */ gene, /** @type {string} */ end) => bytes(Buffer.from(gene).toString().replace(/^>(\S+).*/gm, `>$1|${end}`));
+    await on.drop({ "one.fas": rename(genes["primates_mt_1.fas"], "nad"), "two.fas": rename(genes["primates_mt_2.fas"], "cox") });
+    await on.press("#defaults");
+    await on.says("choices", "look like nucleotides");
+    await on.press("[data-key=t-D]");
+    await on.says("said", "881 of 898 in all");
+    await on.says("choices", "up to “|”");
+    await on.press("[data-key='match-|']");
+    await on.tick("a");
+    await on.settled();
+    assert.match(String(await on.text("command")), /trimora-run paths.txt -t=D -s=N -p=N -a=Y --match=name '--name-end=\|'$/);
+    const joined = Object.keys(await on.zip());
+    assert.equal(joined.length, 2, joined.join());
+    await on.press("[data-key=match-]");
+  });
+
+  test("a value that is not possible greys the old result and is in no command", async () => {
+    await on.drop(globins);
+    await on.press("#defaults");
+    await on.says("said", "114 of 154 positions");
+    await on.enter("b1", "99");
+    await on.settled();
+    assert.doesNotMatch(String(await on.text("command")), /trimora-run/);
+    assert.deepEqual(await on.page.$$eval("#copyCommand, #copyLink, #zip", (buttons) => buttons.map((button) => button.hasAttribute("disabled"))), [true, true, true]);
+    assert.equal(await on.page.$eval("#said", (said) => getComputedStyle(said).opacity < "0.5"), true);
+    await on.press("#undo");
+    await on.says("command", "trimora-run globins.fas");
+    await on.settled();
+  });
+
+  test("a screen reader hears the cell, and a touch chooses it", async () => {
+    await on.page.focus("#viewer");
+    for (const key of /** @type {const} */ (["Home", "ArrowDown"])) await on.page.keyboard.press(key);
+    assert.match(String(await on.text("spoken")), /^MYG_HORSE, G, position 1, column 1, conserved, not selected/);
+    const box = await (await on.page.$("#letters"))?.boundingBox();
+    await on.page.$eval("#letters", (canvas) => canvas.scrollIntoView({ block: "center" }));
+    const touch = (/** @type {string} */ type) => on.page.$eval("#letters", (canvas, type) => {
+      const { left, top } = canvas.getBoundingClientRect();
+      canvas.dispatchEvent(new PointerEvent(type, { pointerType: "touch", bubbles: true, clientX: left + 150 + 9 * 24 + 4, clientY: top + 20 + 16 * 6 + 8 }));
+    }, type);
+    for (const type of ["pointerdown", "pointermove", "pointerup"]) await touch(type);
+    assert(box);
+    assert.match(String(await on.text("spoken")), /^MYG_MUSAN, \w, position 25, .* selected, in block 1/);
+    await on.says("why", "Position 25");
+  });
+
   test("what is no alignment is said in a sentence, and the page goes on", async () => {
     await on.drop({ "notes.txt": bytes("Dear diary\n") });
     await on.says("failure", "notes.txt");
@@ -160,13 +235,13 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.drop({ "<img src=x onerror=hacked=1>.fas": bytes(globins["globins.fas"].toString().replace("MYG_ESCGI", markup)) });
     await on.says("openh", "<img");
     await on.says("said", "114 of 154 positions");
-    await on.press("#openreport");
+    await on.press("#openReport");
     await on.page.waitForSelector("dialog[open]");
     const frame = await (await on.page.$("iframe#frame"))?.contentFrame();
     await frame?.waitForSelector("h2");
     assert.equal(await on.page.evaluate("window.hacked"), undefined);
     assert.equal(await on.page.$$eval("main script, main img", (found) => found.length), 0);
-    await on.press("#closereport");
+    await on.press("#closeReport");
   });
 
   test("every canvas stays within the window, whatever the alignment", async () => {
@@ -222,8 +297,8 @@ test("a folder that is dropped is opened, with what is in its folders", async (t
     rmSync(folder, { recursive: true });
   });
   await on.dropPaths([`${folder}/all`]);
-  await on.says("batchtable", "all/more/two.fas");
-  await on.says("batchtable", "all/one.fas");
+  await on.says("batchTable", "all/more/two.fas");
+  await on.says("batchTable", "all/one.fas");
 });
 
 test("when memory ends, a sentence says so, with a command that helps, and the page goes on", async (t) => {
