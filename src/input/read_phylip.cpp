@@ -31,13 +31,8 @@ std::optional<PhylipHeader> phylip_header(std::string_view line) {
   if (!numseq || !nupo) return std::nullopt;
   PhylipHeader header{*numseq, *nupo, {}};
   for (const char c : line) {
-<<<<<<< HEAD
-    if (!is_letter(c) && blanks.find(c) == blanks.npos) return std::nullopt;
-    if (is_letter(c)) header.options += capital(c);
-=======
     if (!is_letter(c) && !isblank(c)) return std::nullopt;
     if (is_letter(c)) header.options += capital(c);
->>>>>>> readers
   }
   return header;
 }
