@@ -49,17 +49,17 @@ loud=$(nm -C --undefined-only $library |
   sort -u) || true
 [ -z "$loud" ] || { echo "The library must not use $loud"; exit 1; }
 kept=$(objdump -tC $library |
-  sed -nE '/ O [.](data|bss|tdata|tbss)/{/[.]data[.]rel([.]ro|[.]local[.]DW[.]ref)/d;s/.*\t[0-9a-f]+ (.hidden )?//p}' | sort -u)
+  sed -nE '/^[0-9a-f]+ .{5}[^d][ O] [.](data|bss|tdata|tbss)/{/[.]data[.]rel([.]ro|[.]local[.]DW[.]ref)/d;s/.*\t[0-9a-f]+ (.hidden )?//p}' | sort -u)
 [ -z "$kept" ] || { echo "The library must not keep $kept"; exit 1; }
 
 echo "Headers by themselves"
-{
-  echo "trimora/trimora.h -std=c++17 -Iinclude"
-  (cd src && find . -name '*.h') | sed "s|^[.]/||; s|\$| -std=c++20 -Iinclude -Isrc -I$folder/generated|"
-} | while read -r header flags; do
-  # shellcheck disable=SC2086 # several flags
-  echo "#include \"$header\"" | clang++ $flags -fsyntax-only -x c++ - || { echo "$header does not compile by itself"; exit 1; }
-done
+alone() { # HEADER FLAG...
+  echo "#include \"$1\"" | clang++ "${@:2}" -fsyntax-only -x c++ - || { echo "$1 does not compile by itself"; exit 1; }
+}
+export -f alone
+alone trimora/trimora.h -std=c++17 -Iinclude
+(cd src && find . -name '*.h' -printf '%P\n') |
+  xargs -P "$(nproc)" -I @ bash -c 'alone "$@"' - @ -std=c++20 -Iinclude -Isrc -I$folder/generated
 
 echo "cppcheck"
 cppcheck --quiet --enable=warning,style,performance,portability --inline-suppr --error-exitcode=1 --std=c++20 \
