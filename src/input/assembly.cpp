@@ -127,6 +127,16 @@ void resolve_dots(Reading& reading) {
   reading.remarks.push_back({.what = Remark::What::dots_resolved, .number = dots, .detail = "."});
 }
 
+/// Move what is neither a blank nor a tab to the front. Returns its end.
+char* without_blanks(char* first, const char* last) {
+  char* to = first;
+  for (const char* from = first; from != last; ++from) {
+    *to = *from;
+    to += *from != ' ' && *from != '\t' ? 1 : 0;
+  }
+  return to;
+}
+
 /// The letters of a row of A3M that stand in columns of all rows.
 std::ptrdiff_t matches_in(const char* first, const char* last) {
   return std::count_if(first, last, [](char c) { return c < 'a' || c > 'z'; });
@@ -159,12 +169,8 @@ void Assembly::check() {
   const unsigned seen = contents(letters.data() + checked_, letters.size() - checked_);
   seen_ |= seen;
   if ((seen & has_blank) != 0) {
-    char* to = letters.data() + checked_;
-    for (const char* from = to; from != letters.data() + letters.size(); ++from) {
-      *to = *from;
-      to += *from != ' ' && *from != '\t' ? 1 : 0;
-    }
-    letters.resize(static_cast<std::size_t>(to - letters.data()));
+    const char* end = without_blanks(letters.data() + checked_, letters.data() + letters.size());
+    letters.resize(static_cast<std::size_t>(end - letters.data()));
   }
   if ((seen & has_else) != 0) {
     refuse(checked_ + first_bad({letters.data() + checked_, letters.size() - checked_}));
@@ -252,21 +258,26 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   return reading;
 }
 
-std::size_t letters_in(std::string_view text) {
-  if ((contents(text.data(), text.size()) & has_blank) == 0) return text.size();
+LetterFacts letter_facts(std::string_view text) {
+  const unsigned seen = contents(text.data(), text.size());
+  LetterFacts facts{text.size(), (seen & has_else) == 0};
+  if ((seen & has_blank) == 0) return facts;
   constexpr std::size_t at_once = 255 * sizeof(Letters);  // each place counts up to 255
-  std::size_t letters = text.size();
   for (; !text.empty(); text.remove_prefix(std::min(text.size(), at_once))) {
     Letters found{};
     for_letters(text.data(), std::min(text.size(), at_once),
                 [&](Letters c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
-    for (std::size_t k = 0; k < sizeof found; ++k) letters -= found[k];
+    for (std::size_t k = 0; k < sizeof found; ++k) facts.letters -= found[k];
   }
-  return letters;
+  return facts;
 }
 
-bool only_letters(std::string_view text) {
-  return (contents(text.data(), text.size()) & has_else) == 0;
+void append_letters(std::string& row, std::string_view text) {
+  const std::size_t before = row.size();
+  row += text;
+  if (text.find(' ') == text.npos && text.find('\t') == text.npos) return;
+  const char* end = without_blanks(row.data() + before, row.data() + row.size());
+  row.resize(static_cast<std::size_t>(end - row.data()));
 }
 
 std::size_t first_bad(std::string_view text) {

@@ -62,7 +62,7 @@ Reading read_msf(Lines& in) {
     std::string* row = rows.empty() ? nullptr : rows.row(take_word(rest));
     if (row == nullptr)
       throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
-    *row += rest;
+    append_letters(*row, rest);
   }
   Assembly assembly;
   assembly.dots_are_usual = true;

@@ -60,8 +60,8 @@ class PhylipLines {
     const char* first = kept.data() + kept.size();
     kept += text;  // which moves nothing: there is room for it
     const auto length = static_cast<unsigned>(text.size());
-    const auto letters = static_cast<unsigned>(letters_in(text));
-    lines_.push_back({first, length, letters & unsigned{longest}, only_letters(text), apart});
+    const LetterFacts facts = letter_facts(text);
+    lines_.push_back({first, length, static_cast<unsigned>(facts.letters) & unsigned{longest}, facts.pure, apart});
   }
   std::size_t size() const { return lines_.size(); }
   const Line& operator[](std::size_t k) const { return lines_[k]; }
@@ -76,7 +76,7 @@ class PhylipLines {
     return !std::less<>()(text, chunk.data()) && !std::less<>()(chunk.data() + chunk.size(), text);
   }
   std::deque<std::string> chunks_;
-  std::vector<Line> lines_;
+  std::deque<Line> lines_;  // in small pieces: what is given back at once is what was taken at once
 };
 
 enum class PhylipNames { word, ten_columns, two_blanks };
@@ -147,7 +147,8 @@ std::optional<long long> begin_row(PhylipReading& way, const PhylipLines& lines,
   }
   way.starts.push_back(phylip_start(lines[way.line].text(), way.line, way.layout->names));
   const PhylipStart& start = way.starts.back();
-  if (start.name.empty() || !only_letters(start.letters)) {
+  const LetterFacts facts = letter_facts(start.letters);
+  if (start.name.empty() || !facts.pure) {
     if (start.name.empty()) {
       way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text()));
     } else {
@@ -156,7 +157,7 @@ std::optional<long long> begin_row(PhylipReading& way, const PhylipLines& lines,
     return std::nullopt;
   }
   ++way.line;
-  return static_cast<long long>(letters_in(start.letters));
+  return static_cast<long long>(facts.letters);
 }
 
 /// Go on with a row at the next line.
@@ -231,13 +232,13 @@ PhylipReading read_as(const PhylipLayout& layout, const PhylipLines& lines, cons
   return way;
 }
 
-/// Whether two readings give the same names and letters.
-bool same(const PhylipReading& one, const PhylipReading& other) {
-  if (one.layout->interleaved != other.layout->interleaved) return false;
-  return std::equal(one.starts.begin(), one.starts.end(), other.starts.begin(),
-                    [](const PhylipStart& a, const PhylipStart& b) {
-                      return a.line == b.line && a.name == b.name && a.letters == b.letters;
-                    });
+/// Whether `layout` gives the same names and letters as a reading that fits.
+bool same(const PhylipReading& way, const PhylipLayout& layout, const PhylipLines& lines) {
+  if (way.layout->interleaved != layout.interleaved) return false;
+  return std::all_of(way.starts.begin(), way.starts.end(), [&](const PhylipStart& start) {
+    const PhylipStart other = phylip_start(lines[start.line].text(), start.line, layout.names);
+    return other.name == start.name && other.letters.size() == start.letters.size();
+  });
 }
 
 /// The one way to read a data set that fits.
@@ -249,10 +250,12 @@ PhylipReading only_reading(const PhylipLines& lines, const PhylipHeader& header)
   std::optional<PhylipReading> failed;
   for (const PhylipLayout& layout : phylip_layouts) {
     if (layout.interleaved ? !interleaved || one_line_each : !sequential && !one_line_each) continue;
+    if (std::any_of(fitting.begin(), fitting.end(), [&](const auto& way) { return same(way, layout, lines); }))
+      continue;
     PhylipReading way = read_as(layout, lines, header);
     if (way.failure) {
       if (!failed || way.starts.size() > failed->starts.size()) failed = std::move(way);
-    } else if (std::none_of(fitting.begin(), fitting.end(), [&](const auto& other) { return same(other, way); })) {
+    } else {
       fitting.push_back(std::move(way));
     }
   }
@@ -329,12 +332,12 @@ Reading read_phylip(Lines& in) {
     std::vector<std::string> names, rows;
     for (const PhylipStart& start : way.starts) {
       names.emplace_back(start.name);
-      rows.emplace_back().reserve(nupo);
-      rows.back() += start.letters;
+      rows.emplace_back().reserve(nupo + lines[numseq].text().size());  // which comes with its blanks
+      append_letters(rows.back(), start.letters);
     }
     for (std::size_t k = numseq; k < lines.size(); ++k) {
       lines.release(k);
-      rows[k % numseq] += lines[k].text();
+      append_letters(rows[k % numseq], lines[k].text());
     }
     lines = {};
     for (std::size_t k = 0; k < numseq; ++k) assembly.add(std::move(names[k]), std::exchange(rows[k], {}));
