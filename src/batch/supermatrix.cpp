@@ -45,7 +45,7 @@ Sheet Supermatrix::sheet(Joined joined) const {
   const Concatenation& all = parts_[static_cast<std::size_t>(joined)];
   const Sheet sheet = {choice_.by_name ? &species_.name() : &last_names_, all.columns(),
                        [this, &all](int i, const Sheet::Put& put) {
-                         static const std::string missing(4096, '?');
+                         const std::string missing(4096, '?');
                          std::size_t alignment = 0;
                          for (const Concatenation::Part& part : all.parts()) {
                            const int row = choice_.by_name ? species_.row(alignment, i) : i;
