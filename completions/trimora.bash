@@ -29,6 +29,8 @@ _trimora() {
     --columns
     --match='same|name|order'
     --name-end=
+    --name-begin=
+    --name-parts=
     --partitions
     --model=
     --name=

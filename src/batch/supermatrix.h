@@ -26,9 +26,9 @@ class Supermatrix {
   struct Choice {
     std::array<bool, 3> joined = {};  // which of the three
     bool by_name = false;             // match sequences by name, not by their order
-    std::string name_end = {};        // what ends the name of a species
+    KeyRule keys = {};                // how names tell their species
   };
-  explicit Supermatrix(const Choice& choice) : choice_(choice), species_(choice.name_end) {}
+  explicit Supermatrix(const Choice& choice) : choice_(choice), species_(choice.keys) {}
 
   bool wanted() const { return choice_.joined[0] || choice_.joined[1] || choice_.joined[2]; }
   bool wanted(Joined joined) const { return choice_.joined[static_cast<std::size_t>(joined)]; }
@@ -40,6 +40,9 @@ class Supermatrix {
   bool whole() const { return whole_; }
   /// How many alignments were appended.
   int size() const { return size_; }
+
+  /// The species of all of them, where sequences are matched by name.
+  const Species& species() const { return species_; }
 
   /// One of the three, ready to be written. It lives as long as this does.
   Sheet sheet(Joined joined) const;

@@ -75,6 +75,25 @@ std::string_view name(std::string_view value, Settings& settings) {
   return has_separator(value) ? "without a folder: that is --into=" : "";
 }
 
+/// The fields of a name that tell its species: a number, a range, or a word.
+std::string_view name_parts(std::string_view value, Settings& settings) {
+  using Style = KeyRule::Style;
+  constexpr std::pair<std::string_view, Style> words[] = {
+      {"OS", Style::organism}, {"brackets", Style::brackets}, {"letters", Style::letters}};
+  for (const auto& [word, style] : words) {
+    if (value == word) {
+      settings.name_parts = {.style = style};
+      return "";
+    }
+  }
+  const std::size_t dash = value.find('-');
+  const auto first = whole_number(value.substr(0, dash));
+  const auto last = dash == value.npos ? first : whole_number(value.substr(dash + 1));
+  if (!first || !last || *first < 1 || *last < *first) return "fields, as 2 or 1-2, or OS, brackets or letters";
+  settings.name_parts = {.style = Style::fields, .first = *first, .last = *last};
+  return "";
+}
+
 template <Asked asked>
 std::string_view ask(std::string_view, Settings& settings) {
   settings.asked = asked;
@@ -152,6 +171,12 @@ constexpr Option options[] = {
   {batch,      "--name-end",   "CHARACTERS",                     "",            &S::name_end,
    "with --match=name: the name of a species ends before the first of these characters, not at the first blank", {},
    "`--name-end='|'` takes `Homo_sapiens|gene1` as `Homo_sapiens`."},
+  {batch,      "--name-begin", "CHARACTERS",                     "",            &S::name_begin,
+   "the name of a species begins after the first of these characters", {},
+   "`--name-begin=_` takes `uce-7_homo_sapiens` as `homo_sapiens`."},
+  {batch,      "--name-parts", "FIELDS",                         "",            name_parts,
+   "the name of a species is these fields between _, | and blanks: one, as 2, or several, as 1-2", {},
+   "`--name-parts=1-2` takes `Homo_sapiens_XP_000.1` as `Homo_sapiens`. `OS` takes what follows `OS=`, `brackets` what is in the last `[ ]`, `letters` the letters before the first digit, as in the identifiers of Ensembl."},
   {batch,      "--partitions", "",                               "",            &S::partitions,
    "with each concatenation, write which columns are of which alignment, for RAxML (.partitions), IQ-TREE and MrBayes (.nex)", {},
    "See [partitions](files.md#partitions)."},
@@ -434,7 +459,12 @@ void check(const CommandLine& line) {
     }
   }
   if (!s.model.empty() && !s.partitions) refuse("--model goes with --partitions");
-  if (!s.name_end.empty() && s.match != Match::name) refuse("--name-end goes with --match=name");
+  for (const char* option : {"--name-begin", "--name-end", "--name-parts"}) {
+    if (line.has(option) && s.match != Match::name) refuse(std::string(option) + " goes with --match=name");
+    if (line.has(option) && line.has("--name-parts") && option != std::string_view("--name-parts")) {
+      refuse("--name-parts goes with neither --name-begin nor --name-end");
+    }
+  }
   if (s.suffix == "--" && s.ungapped && s.blocks) refuse("-e=-- and -u=y give two files one name");
   if (s.suffix == "--" && s.all_blocks && s.all_ungapped) refuse("-e=--, -a=y and -w=y give two files one name");
   if (s.filter()) check_filter(line);

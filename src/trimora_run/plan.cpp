@@ -223,7 +223,15 @@ void leave_out_results(Plan& plan, const Settings& settings) {
 void check_results(const Plan& plan, const Settings& settings, const std::optional<std::string>& list) {
   Places places;
   std::unordered_map<std::string, const std::string*> inputs;
-  for (const Job& job : plan.jobs) inputs.try_emplace(places.of(job.path), &job.path);
+  std::unordered_map<std::string, const std::string*> numbers;  // of files with several names
+  for (const Job& job : plan.jobs) {
+    const auto [input, fresh] = inputs.try_emplace(places.of(job.path), &job.path);
+    if (!fresh) refuse(settings.files.front(), words_of_run::listed_twice, {*input->second, job.path});
+    const std::string number = plan.batch && settings.concatenates() ? file_number(job.path) : "";
+    if (number.empty()) continue;
+    const auto [other, alone] = numbers.try_emplace(number, &job.path);
+    if (!alone) refuse(settings.files.front(), words_of_run::listed_twice, {*other->second, job.path});
+  }
   if (list) inputs.try_emplace(places.of(*list), &*list);
 
   const std::string& file = settings.files.front();
@@ -295,7 +303,7 @@ Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
   if (plan.batch) choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped};
   choice.by_name = settings.match == Match::name;
-  choice.name_end = settings.name_end;
+  choice.keys = settings.keys();
   return choice;
 }
 

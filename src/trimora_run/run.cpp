@@ -7,10 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "batch/identity.h"
 #include "batch/supermatrix.h"
 #include "ground/failure.h"
 #include "output/whole_file.h"
 #include "trimora_run/notes.h"
+#include "trimora_run/notes_on_batch.h"
 #include "trimora_run/options.h"
 #include "trimora_run/plan.h"
 #include "trimora_run/terminal.h"
@@ -129,7 +131,7 @@ void write_joined(const Supermatrix& all, const Plan& plan, const Settings& sett
         std::to_string(sheet.name->size()) + " sequences, " + std::to_string(sheet.width) + " positions put together"};
     write_forms(path, sheet, settings.forms, run, path + ".names.tsv", decided, written);
     if (sheet.width > 0) {
-      for (const std::string& note : notes_on_species(sheet)) voice.note(path, note);
+      for (const std::string& note : notes_on_species(sheet, seq_type)) voice.note(path, note);
     }
     if (settings.partitions) {
       const Partitions& parts = all.partitions(joined);
@@ -150,6 +152,8 @@ int carry_out(const Settings& settings) {
     for (const std::string& line : plan.decided) voice.account(line);
     ResultsTable table(settings);
     Supermatrix all(joined_choice(plan, settings));
+    Identity identity(settings.keys());
+    std::vector<std::string> small;  // alignments of fewer than four species
     Before before;
     Progress progress(plan.jobs.size());
     bool joinable = true;
@@ -190,6 +194,8 @@ int carry_out(const Settings& settings) {
           joinable = joinable && settings.keep_going;
         } else if (joinable) {
           all.add(job.path, outcome.ali, outcome.found, outcome.run.seq_type);
+          if (all.wanted() && settings.match == Match::name) identity.add(job.path, outcome.ali.name);
+          if (outcome.ali.numseq < 4) small.push_back(job.path);
         }
       }
       table.add(row);
@@ -197,7 +203,22 @@ int carry_out(const Settings& settings) {
     }
     progress.end();
     table.commit();
-    if (joinable && all.wanted() && all.size() > 0) write_joined(all, plan, settings, before.first, voice);
+    if (joinable && all.wanted() && all.size() > 0) {
+      const std::string& batch = plan.joined_stem;
+      const std::string apart = settings.match == Match::name ? names_never_meet(all.species(), identity) : "";
+      if (!apart.empty()) {
+        voice.error(batch, apart);
+      } else {
+        if (settings.match == Match::name) {
+          for (const std::string& note : notes_on_identity(all.species(), identity, settings)) voice.note(batch, note);
+        }
+        if (!small.empty()) {
+          const std::string number = std::to_string(small.size()) + (small.size() == 1 ? " alignment" : " alignments");
+          voice.note(batch, filled(words_of_run::small_genes, {number, listed_names(small)}));
+        }
+        write_joined(all, plan, settings, before.first, voice);
+      }
+    }
   } catch (const Failure& failure) {
     voice.error(failure.file.empty() ? settings.files.front() : failure.file, words(failure));
   }

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "batch/identity.h"
 #include "batch/names.h"
 #include "input/kind.h"
 #include "input/read.h"
@@ -53,6 +54,19 @@ char decide_type(const Reading& reading, const KindByLetters& by_letters, const 
   throw Failure(failure);
 }
 
+/// Take the mark of sequences that were turned from their names.
+/// Returns  how many there were.
+int strip_turned(std::vector<std::string>& names) {
+  constexpr std::string_view mark = "_R_";
+  int number = 0;
+  for (std::string& name : names) {
+    if (!name.starts_with(mark)) continue;
+    name.erase(0, mark.size());
+    ++number;
+  }
+  return number;
+}
+
 /// The alignment that is in a reading, which it takes over.
 Alignment alignment_of(Reading reading) {
   Alignment ali;
@@ -65,6 +79,12 @@ Alignment alignment_of(Reading reading) {
   ali.inserts = std::move(reading.inserts);
   allocating("let", [&] { ali.let = Rows(std::move(reading.letters), ali.nupo); });
   return without_gap_columns(std::move(ali));
+}
+
+/// Whether the second words of two names do not tell two species apart.
+bool same_epithet(std::string_view a, std::string_view b) {
+  const std::string_view first = second_word(a), second = second_word(b);
+  return first.empty() || second.empty() || first == second;
 }
 
 /// Why an alignment cannot be concatenated by order with the first one of its batch; empty when it can.
@@ -81,8 +101,13 @@ std::string why_not_joined(const Alignment& ali, const Settings& settings, const
   if (settings.match == Match::order) return "";
   int i = 1;
   while (i <= ali.numseq && key_of(ali.name[i]) == key_of(names[i])) ++i;
-  if (i > ali.numseq) return "";
-  if (same_keys(ali.name, names)) return filled(words_of_run::other_order, {first, outcome});
+  const bool keys_agree = i > ali.numseq;
+  if (keys_agree) {
+    i = 1;
+    while (i <= ali.numseq && same_epithet(ali.name[i], names[i])) ++i;
+    if (i > ali.numseq) return "";
+  }
+  if (!keys_agree && same_keys(ali.name, names)) return filled(words_of_run::other_order, {first, outcome});
   return filled(words_of_run::other_names,
                 {std::to_string(i), plain_name(ali.name[i]), plain_name(names[i]), first, outcome});
 }
@@ -95,6 +120,8 @@ void write_results(const Settings& settings, Outcome& outcome) {
     write_whole(path, write);
     outcome.written.push_back(path);
   };
+  // What goes into a concatenation by name is called by its key there: its own file is no reason to stop.
+  const Unique unique = settings.match == Match::name && settings.concatenates() ? Unique::made : Unique::needed;
   const std::string names_path = run.fichero1 + ".names.tsv";
   for (const Result& result : results()) {
     if (!result.wanted(run)) continue;
@@ -105,7 +132,7 @@ void write_results(const Settings& settings, Outcome& outcome) {
     const std::vector<Stretch> positions = result.positions(outcome.ali, outcome.found);
     Sheet sheet = sheet_of(outcome.ali, positions);
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters);
-    write_forms(result.path(run), sheet, settings.forms, run, names_path, outcome.decided, outcome.written);
+    write_forms(result.path(run), sheet, settings.forms, run, names_path, outcome.decided, outcome.written, unique);
   }
   if (settings.columns) {
     whole(columns_file(run), [&](OutputFile& out) { write_columns(out, outcome.ali, outcome.found, run); });
@@ -121,6 +148,10 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   const KindByLetters by_letters = kind_by_letters(reading);
   const char seq_type = decide_type(reading, by_letters, settings, before, outcome.decided);
   if (seq_type != 'P') read_u_as_t(reading);
+  if (const int turned = strip_turned(reading.names); turned > 0) {
+    outcome.decided.push_back("_R_, with which mafft marks sequences that it has turned, taken from " +
+                              std::to_string(turned) + (turned == 1 ? " name" : " names"));
+  }
   for (const Remark& remark : reading.remarks) outcome.decided.push_back(words(remark));
   const std::vector<Remark> remarks = reading.remarks;
   const bool is_pir = reading.format == "NBRF/PIR";
@@ -148,7 +179,7 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
     throw Failure{.kind = Failure::Kind::contrary_type,
                   .detail = filled(words_of_run::other_type, {name_of(seq_type), name_of(before.first.seq_type)})};
   }
-  if (joined && settings.match == Match::name) check_keys(ali.name, settings.name_end);
+  if (joined && settings.match == Match::name) check_keys(ali.name, settings.keys());
   if (joined) outcome.why_not_joined = why_not_joined(ali, settings, before);
 
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
@@ -191,11 +222,12 @@ LetterMap letters_written(const Settings& settings, char seq_type) {
 }
 
 void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms, const InputState& run,
-                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written) {
+                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written,
+                 Unique unique) {
   std::string changes;  // lines of the table of names
   int changed = 0;
   for (const Form form : forms) {
-    const FormNames names = names_for(form, *sheet.name);
+    const FormNames names = names_for(form, *sheet.name, unique);
     Sheet named = sheet;
     named.name = &names.name;
     const std::string whole = path + std::string(ending(form));
