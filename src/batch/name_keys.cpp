@@ -306,18 +306,22 @@ std::vector<Proposal> proposals(const std::vector<Names>& genes) {
     Trial trial(genes, std::move(rule));
     if (trial.holds()) trials.push_back(std::move(trial));
   }
-  for (std::size_t a = 0; a < trials.size(); ++a) {
-    bool stays = true;
-    for (std::size_t b = 0; b < trials.size() && stays; ++b) {
-      if (a == b) continue;
-      // Where the name itself says what a part of it is, other rules do not cut across that part.
-      const auto said = [&](std::size_t k) { return trials[k].rule().style > KeyRule::Style::fields; };
-      if (said(b) && !said(a) && covered(trials[a], trials[b], true)) stays = false;
-      if (said(a) != said(b) || !covered(trials[a], trials[b], false)) continue;
-      const bool same = covered(trials[b], trials[a], false);
-      stays = stays && same && a < b;
-    }
-    if (stays) found.push_back(trials[a].proposal());
+  // Where the name itself says what a part of it is, other rules do not cut across that part.
+  const auto said = [](const Trial& trial) { return trial.rule().style > KeyRule::Style::fields; };
+  const auto crosses = [&](const Trial& trial) {
+    return !said(trial) && std::any_of(trials.begin(), trials.end(), [&](const Trial& other) {
+      return said(other) && covered(trial, other, true);
+    });
+  };
+  std::vector<const Trial*> left;
+  for (const Trial& trial : trials) {
+    if (!crosses(trial)) left.push_back(&trial);
+  }
+  for (const Trial* trial : left) {
+    const auto longer = [&](const Trial* other) {  // of two that are as long, the first one stays
+      return other != trial && covered(*trial, *other, false) && (other < trial || !covered(*other, *trial, false));
+    };
+    if (std::none_of(left.begin(), left.end(), longer)) found.push_back(trial->proposal());
   }
   return found;
 }
