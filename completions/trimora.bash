@@ -31,6 +31,13 @@ _trimora() {
     --name-end=
     --name-begin=
     --name-parts=
+    --join
+    --occupancy=FILE
+    --species=FILE
+    --min-filled=
+    --min-species=
+    --min-columns=
+    --min-genes=
     --partitions
     --model=
     --name=

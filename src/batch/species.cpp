@@ -16,11 +16,15 @@ std::string shown(std::string_view name, std::string_view key) {
 
 }  // namespace
 
-void check_keys(const Table<std::string>& name, const KeyRule& rule) {
+Table<std::string> keys_of(const Table<std::string>& name, const KeyRule& rule) {
   Table<std::string> keys;
   keys.reserve(name.size());
+  for (int i = 1; i <= name.size(); ++i) keys.append(key_of(name[i], rule));
+  return keys;
+}
+
+void check_keys(const Table<std::string>& name, const Table<std::string>& keys) {
   for (int i = 1; i <= name.size(); ++i) {
-    keys.append(key_of(name[i], rule));
     if (!keys[i].empty()) continue;
     throw Failure{.kind = Failure::Kind::unfit_name,
                   .sequence = i,
@@ -38,10 +42,10 @@ void check_keys(const Table<std::string>& name, const KeyRule& rule) {
                           "say with --name-end= where the name of the species ends"};
 }
 
-void Species::add(const Table<std::string>& name) {
+void Species::add(const Table<std::string>& keys) {
   std::vector<int>& rows = rows_.emplace_back(static_cast<std::size_t>(name_.size()) + 1, 0);
-  for (int i = 1; i <= name.size(); ++i) {
-    const std::string key = key_of(name[i], rule_);
+  for (int i = 1; i <= keys.size(); ++i) {
+    const std::string& key = keys[i];
     const auto [entry, fresh] = number_.emplace(key, name_.size() + 1);
     if (fresh) {
       name_.append(key + "\n");

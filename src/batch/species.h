@@ -13,18 +13,19 @@
 
 namespace trimora::rooms {
 
-/// Fail when the names of one alignment cannot be told apart by their keys: unfit_name when one has none, same_name when
-/// two sequences have the same.
-void check_keys(const Table<std::string>& name, const KeyRule& rule);
+/// The keys of names.
+Table<std::string> keys_of(const Table<std::string>& name, const KeyRule& rule);
+
+/// Fail when the sequences of one alignment cannot be told apart by their keys: unfit_name when one has none, same_name
+/// when two sequences have the same.
+void check_keys(const Table<std::string>& name, const Table<std::string>& keys);
 
 /// The species of a batch in the order in which they first appear.
 class Species {
  public:
-  explicit Species(KeyRule rule) : rule_(std::move(rule)) {}
-
-  /// Take in the next alignment, whose sequences are called `name`.
+  /// Take in the next alignment, whose sequences have these keys.
   /// Needs    check_keys() to find nothing in them.
-  void add(const Table<std::string>& name);
+  void add(const Table<std::string>& keys);
 
   int size() const { return name_.size(); }
   /// How many alignments were added.
@@ -41,7 +42,6 @@ class Species {
   }
 
  private:
-  KeyRule rule_;
   Table<std::string> name_;
   Table<int> genes_of_;
   std::unordered_map<std::string, int> number_;

@@ -14,6 +14,7 @@
 #include "input/read.h"
 #include "input/words.h"
 #include "output/columns.h"
+#include "output/file_names.h"
 #include "output/results.h"
 #include "trimora_run/words.h"
 
@@ -181,6 +182,9 @@ std::vector<std::string> joined_results(const Plan& plan, const Settings& settin
     for (std::string& form : in_forms(path, settings)) all.push_back(std::move(form));
     if (settings.partitions) all.insert(all.end(), {raxml_file(path), nexus_file(path)});
   }
+  if (!settings.occupancy.empty()) all.push_back(settings.occupancy);
+  if (writes_kept(settings) && plan.batch && settings.concatenates()) all.push_back(kept_path(plan));
+  if (settings.filters()) all.push_back(left_out_path(plan));
   return all;
 }
 
@@ -208,7 +212,8 @@ void leave_out_results(Plan& plan, const Settings& settings) {
   }
   for (const std::string& result : joined_results(plan, settings)) written.emplace(places.of(result), true);
   const auto own = [&](const Job& job) {
-    return ends_like_result(getpath(job.stem).name_file, settings) || written.contains(places.of(job.path));
+    const bool like_result = !settings.join && ends_like_result(getpath(job.stem).name_file, settings);
+    return like_result || written.contains(places.of(job.path));
   };
   const std::size_t left_out = std::erase_if(plan.jobs, own);
   if (left_out > 0) plan.decided.push_back(count(left_out, "result") + " of an earlier run left out");
@@ -233,6 +238,7 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
     if (!alone) refuse(settings.files.front(), words_of_run::listed_twice, {*other->second, job.path});
   }
   if (list) inputs.try_emplace(places.of(*list), &*list);
+  if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
 
   const std::string& file = settings.files.front();
   if (!settings.into.empty()) {
@@ -290,6 +296,22 @@ OutputState output_state(const Settings& settings, const std::string& stem) {
   return run;
 }
 
+std::string left_out_path(const Plan& plan) {
+  return plan.joined_stem + ".left_out.tsv";
+}
+
+std::string kept_path(const Plan& plan) {
+  return plan.joined_stem + ".kept.txt";
+}
+
+bool writes_kept(const Settings& settings) {
+  return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
+}
+
+std::string blocks_path(const OutputState& run, const Settings& settings) {
+  return seqfile(run) + std::string(ending(settings.forms.front()));
+}
+
 std::string joined_path(const Plan& plan, const Settings& settings, Joined joined) {
   switch (joined) {
     case Joined::blocks: return plan.joined_stem + settings.suffix + ".seq";
@@ -303,7 +325,6 @@ Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
   if (plan.batch) choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped};
   choice.by_name = settings.match == Match::name;
-  choice.keys = settings.keys();
   return choice;
 }
 

@@ -1,5 +1,6 @@
 // What a run of trimora-run is asked for: made once from the command line, read as const by everything else.
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,15 @@ struct Settings : Parameters {
   std::string name_begin;     // --name-begin: characters after which the name of a species begins
   std::string name_end;       // --name-end: characters that end it; none: blanks
   KeyRule name_parts;         // --name-parts: the fields that it is
+  // What is left out.
+  std::string species;                    // --species: the file of those that stay; none: all
+  std::optional<int> min_filled;          // --min-filled: per cent of an alignment's median of letters
+  std::optional<Sequences> min_species;   // --min-species: of an alignment
+  int min_columns = 0;                    // --min-columns: selected
+  std::optional<Sequences> min_genes;     // --min-genes: alignments of a species
+  bool join = false;                      // --join: put together only; nothing is selected
+  std::string occupancy;                  // --occupancy: letters of each species in each alignment; none: not written
+
   bool partitions = false;    // --partitions: which columns of a concatenation are of which alignment
   std::string model;          // --model: in the partitions; none: by the type of sequence
   std::string name;           // --name: of the concatenations; none: by the input
@@ -71,6 +81,9 @@ struct Settings : Parameters {
   KeyRule keys() const {
     if (name_parts.style != KeyRule::Style::word) return name_parts;
     return {.begin = name_begin, .end = name_end};
+  }
+  bool filters() const {
+    return !species.empty() || min_filled || min_species || min_columns > 0 || min_genes;
   }
   bool concatenates() const { return all_blocks || all_input || all_ungapped; }
 };
