@@ -148,7 +148,7 @@ class InflatedBytes : public Bytes {
 };
 #endif
 
-BytesPointer inflated(BytesPointer packed) {
+BytesPointer inflated([[maybe_unused]] BytesPointer packed) {
 #ifdef TRIMORA_ZLIB
   return std::make_unique<InflatedBytes>(std::move(packed));
 #else
