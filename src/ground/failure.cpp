@@ -46,7 +46,7 @@ std::string words(const Failure& failure) {
     case Kind::not_readable: return filled("could not be read: {}", {reason});
     case Kind::not_writable: return filled("could not be written: {}", {reason});
     case Kind::changed: return "was changed while it was used: run it again";
-    case Kind::empty: return "is empty";
+    case Kind::empty: return detail.empty() ? "is empty" : detail;
     case Kind::unknown_format:
       return filled("is no alignment in a format that is known: its first line is {}", {shown(detail)});
     case Kind::refused_format: return filled("is {}, which is not read", {detail});
@@ -72,7 +72,7 @@ std::string words(const Failure& failure) {
     case Kind::unfit_name: return filled("the name of {} {}", {sequence, detail});
     case Kind::same_name: return filled("two sequences are called {}{}", {failure.name, detail});
     case Kind::bad_argument: return detail;
-    case Kind::would_overwrite: return filled("the result {} would replace {}", {failure.file, detail});
+    case Kind::would_overwrite: return detail;
     case Kind::out_of_memory:
       return failure.buffer == nullptr ? "the memory is not enough"
                                        : filled("the memory is not enough (while making {})", {failure.buffer});

@@ -20,12 +20,12 @@ constexpr unsigned has_blank = 1, has_dot = 2, has_tilde = 4, has_star = 8, has_
                    has_else = 64;
 
 unsigned contents(const char* text, std::size_t length) {
-  Letters blank{}, dot{}, tilde{}, star{}, bang{}, lower{}, other{};
-  const std::size_t whole = length - length % sizeof(Letters);
-  const auto look = [&](Letters c) {
-    const Letters blanks_here = where(c, ' ') | where(c, '\t');
-    const Letters lower_here = between(c, 'a', 'z');
-    const Letters rare = where(c, '.') | where(c, '~') | where(c, '*') | where(c, '!');
+  LetterVector blank{}, dot{}, tilde{}, star{}, bang{}, lower{}, other{};
+  const std::size_t whole = length - length % sizeof(LetterVector);
+  const auto look = [&](LetterVector c) {
+    const LetterVector blanks_here = where(c, ' ') | where(c, '\t');
+    const LetterVector lower_here = between(c, 'a', 'z');
+    const LetterVector rare = where(c, '.') | where(c, '~') | where(c, '*') | where(c, '!');
     blank |= blanks_here;
     dot |= where(c, '.');
     tilde |= where(c, '~');
@@ -35,12 +35,12 @@ unsigned contents(const char* text, std::size_t length) {
     other |= ~(blanks_here | lower_here | rare | between(c, 'A', 'Z') | where(c, '-') | where(c, '?'));
   };
   for_letters(text, whole, look);
-  char rest[sizeof(Letters)];
+  char rest[sizeof(LetterVector)];
   std::fill_n(rest, sizeof rest, '-');
   std::copy(text + whole, text + length, rest);
   for_letters(rest, sizeof rest, look);
-  const auto flag = [](Letters places, unsigned value) {
-    constexpr Letters none{};
+  const auto flag = [](LetterVector places, unsigned value) {
+    constexpr LetterVector none{};
     return std::memcmp(&places, &none, sizeof none) != 0 ? value : 0;
   };
   return flag(blank, has_blank) | flag(dot, has_dot) | flag(tilde, has_tilde) | flag(star, has_star) |
@@ -127,6 +127,16 @@ void resolve_dots(Reading& reading) {
   reading.remarks.push_back({.what = Remark::What::dots_resolved, .number = dots, .detail = "."});
 }
 
+/// Move what is neither a blank nor a tab to the front. Returns its end.
+char* without_blanks(char* first, const char* last) {
+  char* to = first;
+  for (const char* from = first; from != last; ++from) {
+    *to = *from;
+    to += *from != ' ' && *from != '\t' ? 1 : 0;
+  }
+  return to;
+}
+
 /// The letters of a row of A3M that stand in columns of all rows.
 std::ptrdiff_t matches_in(const char* first, const char* last) {
   return std::count_if(first, last, [](char c) { return c < 'a' || c > 'z'; });
@@ -159,12 +169,8 @@ void Assembly::check() {
   const unsigned seen = contents(letters.data() + checked_, letters.size() - checked_);
   seen_ |= seen;
   if ((seen & has_blank) != 0) {
-    char* to = letters.data() + checked_;
-    for (const char* from = to; from != letters.data() + letters.size(); ++from) {
-      *to = *from;
-      to += *from != ' ' && *from != '\t' ? 1 : 0;
-    }
-    letters.resize(static_cast<std::size_t>(to - letters.data()));
+    const char* end = without_blanks(letters.data() + checked_, letters.data() + letters.size());
+    letters.resize(static_cast<std::size_t>(end - letters.data()));
   }
   if ((seen & has_else) != 0) {
     refuse(checked_ + first_bad({letters.data() + checked_, letters.size() - checked_}));
@@ -239,9 +245,13 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   }
   if ((seen_ & has_dot) != 0) {
     if (dots_match_first) resolve_dots(reading);
+    const auto first = std::find(reading.letters.begin(), reading.letters.end(), '.') - reading.letters.begin();
     const long long dots = into_gaps(reading.letters, '.');
-    if (dots > 0 && !inserted && !dots_are_usual)
-      reading.remarks.push_back({.what = Remark::What::dots_are_gaps, .number = dots});
+    if (dots > 0 && !inserted && !dots_are_usual) {
+      reading.remarks.push_back({.what = Remark::What::dots_are_gaps,
+                                 .sequence = static_cast<int>(first / reading.nupo) + 1,
+                                 .number = dots});
+    }
   }
   if ((seen_ & has_tilde) != 0) into_gaps(reading.letters, '~');
   if ((seen_ & has_star) != 0) settle_stars(reading);
@@ -252,8 +262,26 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   return reading;
 }
 
-bool only_letters(std::string_view text) {
-  return (contents(text.data(), text.size()) & has_else) == 0;
+LetterFacts letter_facts(std::string_view text) {
+  const unsigned seen = contents(text.data(), text.size());
+  LetterFacts facts{text.size(), (seen & has_else) == 0};
+  if ((seen & has_blank) == 0) return facts;
+  constexpr std::size_t at_once = 255 * sizeof(LetterVector);  // each place counts up to 255
+  for (; !text.empty(); text.remove_prefix(std::min(text.size(), at_once))) {
+    LetterVector found{};
+    for_letters(text.data(), std::min(text.size(), at_once),
+                [&](LetterVector c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
+    for (std::size_t k = 0; k < sizeof found; ++k) facts.letters -= found[k];
+  }
+  return facts;
+}
+
+void append_letters(std::string& row, std::string_view text) {
+  const std::size_t before = row.size();
+  row += text;
+  if (text.find(' ') == text.npos && text.find('\t') == text.npos) return;
+  const char* end = without_blanks(row.data() + before, row.data() + row.size());
+  row.resize(static_cast<std::size_t>(end - row.data()));
 }
 
 std::size_t first_bad(std::string_view text) {

@@ -33,7 +33,7 @@ Input Input::memory(std::string_view text) {
   return Input(bytes_of_memory, text);
 }
 
-const Format* Input::format() {
+const InputFormat* Input::format() {
   return guarded([&] { return format_of(lines_->head()); });
 }
 
@@ -41,10 +41,9 @@ Reading Input::read() {
   return guarded([&] {
     const std::string_view head = lines_->head();
     if (blank(head)) throw Failure{.kind = Failure::Kind::empty};
-    const Format* format = format_of(head);
+    const InputFormat* format = format_of(head);
     if (format == nullptr) {
-      const std::string_view line = head.substr(0, head.find_first_of("\r\n"));
-      throw Failure{.kind = Failure::Kind::unknown_format, .detail = excerpt(line)};
+      throw Failure{.kind = Failure::Kind::unknown_format, .detail = excerpt(first_line(head))};
     }
     if (format->read == nullptr)
       throw Failure{.kind = Failure::Kind::refused_format, .detail = std::string(format->name)};

@@ -14,6 +14,7 @@
 #include "input/read.h"
 #include "input/words.h"
 #include "output/columns.h"
+#include "output/file_names.h"
 #include "output/results.h"
 #include "trimora_run/words.h"
 
@@ -26,6 +27,13 @@ namespace {
 bool exists(const std::string& path) {
   std::error_code unknown;
   return fs::exists(system_path(path), unknown);
+}
+
+/// Whether it can be opened twice; what is not there counts as a file.
+bool is_file(const std::string& path) {
+  std::error_code unknown;
+  const fs::file_type type = fs::status(system_path(path), unknown).type();
+  return type == fs::file_type::regular || type == fs::file_type::not_found || type == fs::file_type::none;
 }
 
 bool is_folder(const std::string& path) {
@@ -109,7 +117,7 @@ void add_folder(const std::string& folder, Named& named) {
     const std::string path = in_folder(folder, name);
     bool alignment = false;
     try {
-      const Format* format = Input(path).format();
+      const InputFormat* format = Input(path).format();
       alignment = format != nullptr && format->read != nullptr;
     } catch (const Failure&) {
     }
@@ -127,9 +135,12 @@ void add_folder(const std::string& folder, Named& named) {
 Named named_files(const Settings& settings) {
   if (settings.files.size() == 1 && !is_folder(settings.files.front())) {
     const std::string& file = settings.files.front();
-    if (file == "-") return {.paths = {file}, .decided = {}, .list = {}};
-    if (auto list = read_list(file)) return *list;
-    return {.paths = {file}, .decided = {}, .list = {}};
+    if (file != "-" && is_file(file)) {
+      if (auto list = read_list(file)) return *list;
+    }
+    Named one;
+    one.paths = {file};
+    return one;
   }
   Named named;
   named.several = true;
@@ -147,10 +158,7 @@ Named named_files(const Settings& settings) {
 
 std::vector<std::string> in_forms(const std::string& path, const Settings& settings) {
   std::vector<std::string> paths;
-  for (const Form form : settings.forms) {
-    paths.push_back(path + std::string(ending(form)));
-    if (form == Form::phylip || form == Form::nexus) continue;
-  }
+  for (const Form form : settings.forms) paths.push_back(path + std::string(ending(form)));
   return paths;
 }
 
@@ -181,6 +189,9 @@ std::vector<std::string> joined_results(const Plan& plan, const Settings& settin
     for (std::string& form : in_forms(path, settings)) all.push_back(std::move(form));
     if (settings.partitions) all.insert(all.end(), {raxml_file(path), nexus_file(path)});
   }
+  if (!settings.occupancy.empty()) all.push_back(settings.occupancy);
+  if (writes_kept(settings) && plan.batch && settings.concatenates()) all.push_back(kept_path(plan));
+  if (settings.filters()) all.push_back(left_out_path(plan));
   return all;
 }
 
@@ -208,7 +219,8 @@ void leave_out_results(Plan& plan, const Settings& settings) {
   }
   for (const std::string& result : joined_results(plan, settings)) written.emplace(places.of(result), true);
   const auto own = [&](const Job& job) {
-    return ends_like_result(getpath(job.stem).name_file, settings) || written.contains(places.of(job.path));
+    const bool like_result = !settings.join && ends_like_result(getpath(job.stem).name_file, settings);
+    return like_result || written.contains(places.of(job.path));
   };
   const std::size_t left_out = std::erase_if(plan.jobs, own);
   if (left_out > 0) plan.decided.push_back(count(left_out, "result") + " of an earlier run left out");
@@ -223,8 +235,17 @@ void leave_out_results(Plan& plan, const Settings& settings) {
 void check_results(const Plan& plan, const Settings& settings, const std::optional<std::string>& list) {
   Places places;
   std::unordered_map<std::string, const std::string*> inputs;
-  for (const Job& job : plan.jobs) inputs.try_emplace(places.of(job.path), &job.path);
+  std::unordered_map<std::string, const std::string*> numbers;  // of files with several names
+  for (const Job& job : plan.jobs) {
+    const auto [input, fresh] = inputs.try_emplace(places.of(job.path), &job.path);
+    if (!fresh) refuse(settings.files.front(), words_of_run::listed_twice, {*input->second, job.path});
+    const std::string number = plan.batch && settings.concatenates() ? file_number(job.path) : "";
+    if (number.empty()) continue;
+    const auto [other, alone] = numbers.try_emplace(number, &job.path);
+    if (!alone) refuse(settings.files.front(), words_of_run::listed_twice, {*other->second, job.path});
+  }
   if (list) inputs.try_emplace(places.of(*list), &*list);
+  if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
 
   const std::string& file = settings.files.front();
   if (!settings.into.empty()) {
@@ -282,6 +303,22 @@ OutputState output_state(const Settings& settings, const std::string& stem) {
   return run;
 }
 
+std::string left_out_path(const Plan& plan) {
+  return plan.joined_stem + ".left_out.tsv";
+}
+
+std::string kept_path(const Plan& plan) {
+  return plan.joined_stem + ".kept.txt";
+}
+
+bool writes_kept(const Settings& settings) {
+  return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
+}
+
+std::string blocks_path(const OutputState& run, const Settings& settings) {
+  return seqfile(run) + std::string(ending(settings.forms.front()));
+}
+
 std::string joined_path(const Plan& plan, const Settings& settings, Joined joined) {
   switch (joined) {
     case Joined::blocks: return plan.joined_stem + settings.suffix + ".seq";
@@ -295,7 +332,6 @@ Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
   if (plan.batch) choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped};
   choice.by_name = settings.match == Match::name;
-  choice.name_end = settings.name_end;
   return choice;
 }
 
@@ -313,6 +349,10 @@ Plan plan_of(const Settings& settings) {
                                                     : getpath(settings.files.front()).path_file;
   plan.joined_stem = in_folder(folder, base);
   if (settings.filter()) return plan;
+  for (const Job& job : plan.jobs) {
+    if (!settings.into.empty() || is_file(job.path)) continue;
+    throw Failure{.kind = Failure::Kind::not_readable, .file = job.path, .detail = std::string(words_of_run::no_place)};
+  }
 
   if (named.several) leave_out_results(plan, settings);
   if (plan.jobs.empty()) {
