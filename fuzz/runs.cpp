@@ -1,7 +1,7 @@
 // Any lines as the arguments of both programs, among small alignments; those behind an empty line are a paths file.
 #include <sstream>
 
-#include "driver/entry.h"
+#include "trimora/entry.h"
 #include "fuzz.h"
 #include "ground/path.h"
 #include "input/input_file.h"

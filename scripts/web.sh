@@ -33,8 +33,10 @@ if ! $testing; then
   exit
 fi
 
-echo "Types"
+echo "Types and rules"
 node_modules/.bin/tsc -p .
+node_modules/.bin/tsc -p tsconfig.node.json
+node_modules/.bin/eslint .
 
 echo "The engine: every stored run"
 webassembly pass web
@@ -47,6 +49,6 @@ echo '{}' >"$work/package.json"
 (cd "$work" && quietly npm install --no-audit --no-fund ./trimora-*.tgz &&
   node --input-type=module -e 'import { run } from "trimora"; process.exitCode = (await run({}, ["--help"])).status')
 
-echo "The page"
+echo "The engine as a function, and the page"
 make_preset release
-TRIMORA_RUN=$project/build/release/trimora-run TRIMORA_PAGE=$folder/trimora.html node --test test/page.test.mjs
+TRIMORA_RUN=$project/build/release/trimora-run TRIMORA_PAGE=$folder/trimora.html node --test test/engine.test.mjs test/page.test.mjs

@@ -8,13 +8,14 @@ import * as esbuild from "esbuild";
 
 const [engine, page] = process.argv.slice(2);
 const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
-const options = /** @type {const} */ ({
+/** @type {esbuild.BuildOptions} */
+const options = {
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
   loader: { ".fas": "text" }, alias: { trimora: `${engine}/trimora.mjs` },
   define: { "import.meta.url": '"about:blank"' }, external: ["node:fs/promises"],
-});
-const bundle = async (/** @type {esbuild.BuildOptions} */ more) =>
-  (await esbuild.build({ ...options, ...more, write: false })).outputFiles[0].text;
+};
+const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plugins">} */ more) =>
+  (await esbuild.build({ ...options, ...more, write: false })).outputFiles?.[0].text ?? "";
 
 const packed = {
   wasm: async () => readFileSync(`${engine}/trimora.wasm`),
@@ -34,8 +35,7 @@ const packing = {
 
 // Inside a script element no text may look like its end.
 const code = (await bundle({ entryPoints: [here("page/main.js")], plugins: [packing] })).replaceAll("</script", "<\\/script");
-const uplot = readFileSync(here("node_modules/uplot/dist/uPlot.min.css"), "utf8");
-const style = uplot + (await bundle({ entryPoints: [here("page/page.css")] }));
+const style = await bundle({ entryPoints: [here("page/page.css")] });
 const html = readFileSync(here("page/index.html"), "utf8")
   .replace("@STYLE@", () => style)
   .replace("@SCRIPT@", `sha256-${createHash("sha256").update(code).digest("base64")}`)

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "batch/names.h"
+#include "batch/ascii.h"
 #include "input/letters.h"
 #include "output/forms.h"
 
@@ -17,10 +17,6 @@ constexpr int most_species = 20000;         // more are not compared
 constexpr std::size_t shortest = 6;         // letters and digits of names whose spelling is compared
 constexpr std::size_t most_pairs = 1000;    // looked at
 constexpr int rare = 2;                     // genes of a name that may be misspelt
-
-bool is_digit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 /// Letters, as small ones, and digits.
 std::string plain_letters(std::string_view key) {

@@ -127,6 +127,16 @@ void resolve_dots(Reading& reading) {
   reading.remarks.push_back({.what = Remark::What::dots_resolved, .number = dots, .detail = "."});
 }
 
+/// Move what is neither a blank nor a tab to the front. Returns its end.
+char* without_blanks(char* first, const char* last) {
+  char* to = first;
+  for (const char* from = first; from != last; ++from) {
+    *to = *from;
+    to += *from != ' ' && *from != '\t' ? 1 : 0;
+  }
+  return to;
+}
+
 /// The letters of a row of A3M that stand in columns of all rows.
 std::ptrdiff_t matches_in(const char* first, const char* last) {
   return std::count_if(first, last, [](char c) { return c < 'a' || c > 'z'; });
@@ -159,12 +169,8 @@ void Assembly::check() {
   const unsigned seen = contents(letters.data() + checked_, letters.size() - checked_);
   seen_ |= seen;
   if ((seen & has_blank) != 0) {
-    char* to = letters.data() + checked_;
-    for (const char* from = to; from != letters.data() + letters.size(); ++from) {
-      *to = *from;
-      to += *from != ' ' && *from != '\t' ? 1 : 0;
-    }
-    letters.resize(static_cast<std::size_t>(to - letters.data()));
+    const char* end = without_blanks(letters.data() + checked_, letters.data() + letters.size());
+    letters.resize(static_cast<std::size_t>(end - letters.data()));
   }
   if ((seen & has_else) != 0) {
     refuse(checked_ + first_bad({letters.data() + checked_, letters.size() - checked_}));
@@ -239,9 +245,13 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   }
   if ((seen_ & has_dot) != 0) {
     if (dots_match_first) resolve_dots(reading);
+    const auto first = std::find(reading.letters.begin(), reading.letters.end(), '.') - reading.letters.begin();
     const long long dots = into_gaps(reading.letters, '.');
-    if (dots > 0 && !inserted && !dots_are_usual)
-      reading.remarks.push_back({.what = Remark::What::dots_are_gaps, .number = dots});
+    if (dots > 0 && !inserted && !dots_are_usual) {
+      reading.remarks.push_back({.what = Remark::What::dots_are_gaps,
+                                 .sequence = static_cast<int>(first / reading.nupo) + 1,
+                                 .number = dots});
+    }
   }
   if ((seen_ & has_tilde) != 0) into_gaps(reading.letters, '~');
   if ((seen_ & has_star) != 0) settle_stars(reading);
@@ -252,8 +262,26 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   return reading;
 }
 
-bool only_letters(std::string_view text) {
-  return (contents(text.data(), text.size()) & has_else) == 0;
+LetterFacts letter_facts(std::string_view text) {
+  const unsigned seen = contents(text.data(), text.size());
+  LetterFacts facts{text.size(), (seen & has_else) == 0};
+  if ((seen & has_blank) == 0) return facts;
+  constexpr std::size_t at_once = 255 * sizeof(Letters);  // each place counts up to 255
+  for (; !text.empty(); text.remove_prefix(std::min(text.size(), at_once))) {
+    Letters found{};
+    for_letters(text.data(), std::min(text.size(), at_once),
+                [&](Letters c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
+    for (std::size_t k = 0; k < sizeof found; ++k) facts.letters -= found[k];
+  }
+  return facts;
+}
+
+void append_letters(std::string& row, std::string_view text) {
+  const std::size_t before = row.size();
+  row += text;
+  if (text.find(' ') == text.npos && text.find('\t') == text.npos) return;
+  const char* end = without_blanks(row.data() + before, row.data() + row.size());
+  row.resize(static_cast<std::size_t>(end - row.data()));
 }
 
 std::size_t first_bad(std::string_view text) {

@@ -28,6 +28,9 @@ class Assembly {
   /// A whole row.
   void add(std::string name, std::string_view text);
 
+  /// There will be `numseq` rows of `nupo` letters. Memory that no letter ever touches costs nothing.
+  void reserve(std::size_t numseq, std::size_t nupo) { reading_.letters.reserve(numseq * nupo); }
+
   bool empty() const { return reading_.names.empty(); }
   /// The positions of the first row, and so of all.
   int nupo() const { return reading_.nupo; }
@@ -59,8 +62,20 @@ class Assembly {
   unsigned seen_ = 0;        // of all characters
 };
 
-/// Whether everything in `text` but blanks and tabs can be a letter, a gap or an unknown residue.
-bool only_letters(std::string_view text);
+/// The characters of a text that are neither blanks nor tabs.
+struct LetterFacts {
+  std::size_t letters = 0;  // how many there are
+  bool pure = false;        // whether each of them can be a letter, a gap or an unknown residue
+};
+LetterFacts letter_facts(std::string_view text);
+inline std::size_t letters_in(std::string_view text) {
+  return letter_facts(text).letters;
+}
+inline bool only_letters(std::string_view text) {
+  return letter_facts(text).pure;
+}
+/// Append `text` without blanks and tabs.
+void append_letters(std::string& row, std::string_view text);
 /// The first character in `text` that cannot; npos when there is none.
 std::size_t first_bad(std::string_view text);
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ground/failure.h"
+#include "input/offsets.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -19,14 +20,6 @@ namespace trimora::rooms {
 namespace {
 
 constexpr std::size_t bytesatatime = 65536;  // stays in the second cache while it is copied to its place
-
-#ifdef _WIN32  // where a long ends at 2 GB
-constexpr auto tell_offset = _ftelli64;
-constexpr auto seek_offset = _fseeki64;
-#else
-constexpr auto tell_offset = std::ftell;
-constexpr auto seek_offset = std::fseek;
-#endif
 
 class FileBytes : public Bytes {
  public:
@@ -148,7 +141,7 @@ class InflatedBytes : public Bytes {
 };
 #endif
 
-BytesPointer inflated(BytesPointer packed) {
+BytesPointer inflated([[maybe_unused]] BytesPointer packed) {
 #ifdef TRIMORA_ZLIB
   return std::make_unique<InflatedBytes>(std::move(packed));
 #else

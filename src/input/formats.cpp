@@ -8,7 +8,7 @@ namespace {
 using Head = std::string_view;
 
 // PIR before FASTA, which it resembles.
-constexpr Format table[] = {
+constexpr Format known[] = {
     {"NBRF/PIR", begins_pir, read_pir},
     {"FASTA", begins_fasta, read_fasta},
     {"CLUSTAL", begins_clustal, read_clustal},
@@ -42,11 +42,11 @@ constexpr Format table[] = {
 }  // namespace
 
 std::span<const Format> formats() {
-  return table;
+  return known;
 }
 
 const Format* format_of(std::string_view head) {
-  for (const Format& row : table) {
+  for (const Format& row : known) {
     if (row.begins(head)) return &row;
   }
   return nullptr;

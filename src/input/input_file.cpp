@@ -4,6 +4,7 @@
 #include <cerrno>
 
 #include "ground/failure.h"
+#include "input/offsets.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -15,14 +16,6 @@ namespace trimora::rooms {
 namespace {
 constexpr std::size_t block_size = 65536;  // stays in the second cache while it is copied to its place
 constexpr std::size_t line_length = 189;
-
-#ifdef _WIN32  // where a long ends at 2 GB
-constexpr auto tell_offset = _ftelli64;
-constexpr auto seek_offset = _fseeki64;
-#else
-constexpr auto tell_offset = std::ftell;
-constexpr auto seek_offset = std::fseek;
-#endif
 }  // namespace
 
 InputFile::InputFile(const std::string& path) : file_(std::fopen(path.c_str(), "rb")) {

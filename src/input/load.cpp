@@ -30,7 +30,7 @@ Failure failure(Failure::Kind kind, int i, const std::string& name, std::size_t 
 }
 
 /// What the two formats do not share. Everything else is read_records().
-struct Format {
+struct RecordFormat {
   char terminator;                                           // ends a sequence, wherever it stands
   bool (*skipped)(const std::string& line);                  // a line passed over where a name line is due
   std::string (*take_name)(const std::string& line, int i);  // of sequence i
@@ -38,7 +38,7 @@ struct Format {
   bool terminated;                                           // the last sequence needs its terminator as well
 };
 
-constexpr Format pir_format = {
+constexpr RecordFormat pir_format = {
     '*',
     [](const std::string& line) { return is_empty_line(line) || line.starts_with(' ') || line == "*\n"; },
     [](const std::string& line, int i) {
@@ -49,7 +49,7 @@ constexpr Format pir_format = {
     true,
 };
 
-constexpr Format fasta_format = {
+constexpr RecordFormat fasta_format = {
     '>',
     [](const std::string& line) { return is_empty_line(line); },
     // The '>' of every record but the first was read as the terminator of the sequence before it.
@@ -85,7 +85,7 @@ std::size_t whole_length(const std::string& line, InputFile& file) {
   return length + (ended ? 1 : 0);
 }
 
-Alignment read_records(InputFile& file, const Format& format) {
+Alignment read_records(InputFile& file, const RecordFormat& format) {
   Alignment ali;
   std::vector<char> letters;
   allocating("let", 1, [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing

@@ -43,8 +43,7 @@ Reading Input::read() {
     if (blank(head)) throw Failure{.kind = Failure::Kind::empty};
     const Format* format = format_of(head);
     if (format == nullptr) {
-      const std::string_view line = head.substr(0, head.find_first_of("\r\n"));
-      throw Failure{.kind = Failure::Kind::unknown_format, .detail = excerpt(line)};
+      throw Failure{.kind = Failure::Kind::unknown_format, .detail = excerpt(first_line(head))};
     }
     if (format->read == nullptr)
       throw Failure{.kind = Failure::Kind::refused_format, .detail = std::string(format->name)};

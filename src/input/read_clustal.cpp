@@ -16,13 +16,13 @@ bool contains(std::string_view line, std::string_view phrase) {
 }
 
 bool clustal_marks(std::string_view line) {
-  return line.find_first_not_of("*:. \t") == line.npos;
+  return all_are(line, [](char c) { return isblank(c) || c == '*' || c == ':' || c == '.'; });
 }
 
 }  // namespace
 
 bool begins_clustal(std::string_view head) {
-  std::string_view line = head.substr(0, head.find_first_of("\r\n"));
+  std::string_view line = first_line(head);
   if (contains(line, "multiple sequence alignment") || contains(line, "ClustalW format")) return true;
   const std::string_view word = take_word(line);
   return begins_like(word, "CLUSTAL") && std::all_of(word.begin(), word.end(), is_letter);

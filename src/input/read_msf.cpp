@@ -22,7 +22,7 @@ std::string_view word_after(std::string_view line, std::string_view key) {
 
 /// Whether a line counts columns.
 bool msf_ruler(std::string_view line) {
-  return line.find_first_not_of("0123456789 \t") == line.npos;
+  return all_are(line, [](char c) { return isdigit(c) || isblank(c); });
 }
 
 }  // namespace
@@ -31,7 +31,7 @@ bool begins_msf(std::string_view head) {
   head = head.substr(0, 65536);  // of what may be all of a long text
   if (head.starts_with("!!AA_MULTIPLE_ALIGNMENT") || head.starts_with("!!NA_MULTIPLE_ALIGNMENT")) return true;
   for (std::size_t at = 0; (at = head.find("MSF:", at)) != head.npos; ++at) {
-    const std::string_view line = head.substr(at, head.find_first_of("\r\n", at) - at);
+    const std::string_view line = first_line(head.substr(at));
     if (line.find("Check:") != line.npos && line.find("..") != line.npos) return true;
   }
   return false;
@@ -62,7 +62,7 @@ Reading read_msf(Lines& in) {
     std::string* row = rows.empty() ? nullptr : rows.row(take_word(rest));
     if (row == nullptr)
       throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
-    *row += rest;
+    append_letters(*row, rest);
   }
   Assembly assembly;
   assembly.dots_are_usual = true;

@@ -58,7 +58,7 @@ class NexusText {
   /// Pass over blanks and comments on this line; false at its end.
   bool skip() {
     for (;;) {
-      line_.remove_prefix(std::min(line_.find_first_not_of(blanks), line_.size()));
+      line_ = without_indent(line_);
       if (line_.empty()) return false;
       if (line_.front() != '[') return true;
       skip_comment();
@@ -76,9 +76,9 @@ class NexusText {
   /// A name: a word, or anything between quotes. skip() was true.
   std::string name() {
     if (line_.front() == '\'') return quoted();
-    const std::size_t length = std::min(line_.find_first_of(" \t["), line_.size());
-    const std::string found(line_.substr(0, length));
-    line_.remove_prefix(length);
+    const std::string_view word = up_to(line_, ' ', '\t');
+    const std::string found(word.substr(0, word.find('[')));
+    line_.remove_prefix(found.size());
     return found;
   }
 

@@ -2,8 +2,8 @@
 // of one word, or as PAML writes them. The file does not say which: it is read in the one way that gives the numbers of
 // its first line.
 #include <algorithm>
-#include <array>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -24,12 +24,14 @@ struct PhylipHeader {
 };
 
 std::optional<PhylipHeader> phylip_header(std::string_view line) {
+  line = without_indent(line);
+  if (line.empty() || !isdigit(line.front())) return std::nullopt;  // as most lines
   const auto numseq = number_in(take_word(line));
   const auto nupo = number_in(take_word(line));
   if (!numseq || !nupo) return std::nullopt;
   PhylipHeader header{*numseq, *nupo, {}};
   for (const char c : line) {
-    if (!is_letter(c) && blanks.find(c) == blanks.npos) return std::nullopt;
+    if (!is_letter(c) && !isblank(c)) return std::nullopt;
     if (is_letter(c)) header.options += capital(c);
   }
   return header;
@@ -39,37 +41,42 @@ std::optional<PhylipHeader> phylip_header(std::string_view line) {
 class PhylipLines {
  public:
   struct Line {
-    std::string_view text;
-    std::size_t letters = 0;  // but for blanks
-    bool pure = false;        // all of it can be letters
+    const char* first;
+    unsigned length;
+    unsigned letters : 30;  // but for blanks
+    unsigned pure : 1;      // all of it can be letters
+    unsigned apart : 1;     // after an empty line
+    std::string_view text() const { return {first, length}; }
   };
 
-  void add(std::string_view text) {
-    constexpr std::size_t chunk = 1U << 20;
+  /// `apart`: after an empty line.
+  void add(std::string_view text, bool apart) {
+    constexpr std::size_t chunk = 1U << 20, longest = (1U << 30) - 1;
+    if (text.size() > longest) throw Failure{.kind = Failure::Kind::too_long, .expected = longest};
     if (chunks_.empty() || chunks_.back().capacity() - chunks_.back().size() < text.size()) {
       chunks_.emplace_back().reserve(std::max(chunk, text.size()));
     }
-    std::string& text_of = chunks_.back();
-    const std::size_t at = text_of.size();
-    text_of += text;  // which never moves: there is room for it
-    const std::string_view kept = std::string_view(text_of).substr(at);
-    lines_.push_back({kept, letters_in(kept), only_letters(kept)});
+    std::string& kept = chunks_.back();
+    const char* first = kept.data() + kept.size();
+    kept += text;  // which moves nothing: there is room for it
+    const auto length = static_cast<unsigned>(text.size());
+    const LetterFacts facts = letter_facts(text);
+    lines_.push_back({first, length, static_cast<unsigned>(facts.letters) & unsigned{longest}, facts.pure, apart});
   }
   std::size_t size() const { return lines_.size(); }
   const Line& operator[](std::size_t k) const { return lines_[k]; }
 
   /// Line `k` is read for the last time, and so are all before it.
   void release(std::size_t k) {
-    while (chunks_.size() > 1 && !holds(chunks_.front(), lines_[k].text)) chunks_.pop_front();
+    while (chunks_.size() > 1 && !holds(chunks_.front(), lines_[k].first)) chunks_.pop_front();
   }
 
  private:
-  static bool holds(const std::string& chunk, std::string_view text) {
-    return std::less_equal<>()(chunk.data(), text.data()) &&
-           std::less_equal<>()(text.data() + text.size(), chunk.data() + chunk.size());
+  static bool holds(const std::string& chunk, const char* text) {
+    return !std::less<>()(text, chunk.data()) && !std::less<>()(chunk.data() + chunk.size(), text);
   }
   std::deque<std::string> chunks_;
-  std::vector<Line> lines_;
+  std::deque<Line> lines_;  // in small pieces: what is given back at once is what was taken at once
 };
 
 enum class PhylipNames { word, ten_columns, two_blanks };
@@ -99,9 +106,9 @@ PhylipStart phylip_start(std::string_view line, std::size_t number, PhylipNames 
   std::size_t end = 10;
   if (names != PhylipNames::ten_columns) {
     line = trimmed(line);
-    end = line.find_first_of(blanks);
+    end = up_to(line, ' ', '\t').size();
     while (names == PhylipNames::two_blanks && end < line.size() && line[end] != '\t' && line.substr(end, 2) != "  ") {
-      end = line.find_first_of(blanks, end + 1);
+      end += 1 + up_to(line.substr(end + 1), ' ', '\t').size();
     }
   }
   end = std::min(end, line.size());
@@ -138,18 +145,19 @@ std::optional<long long> begin_row(PhylipReading& way, const PhylipLines& lines,
     way.fail(Failure::Kind::unfinished_record, static_cast<long long>(way.starts.size()), header.numseq, "sequences");
     return std::nullopt;
   }
-  way.starts.push_back(phylip_start(lines[way.line].text, way.line, way.layout->names));
+  way.starts.push_back(phylip_start(lines[way.line].text(), way.line, way.layout->names));
   const PhylipStart& start = way.starts.back();
-  if (start.name.empty() || !only_letters(start.letters)) {
+  const LetterFacts facts = letter_facts(start.letters);
+  if (start.name.empty() || !facts.pure) {
     if (start.name.empty()) {
-      way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text));
+      way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text()));
     } else {
       way.fail_at_letter(start.letters, 0);
     }
     return std::nullopt;
   }
   ++way.line;
-  return static_cast<long long>(letters_in(start.letters));
+  return static_cast<long long>(facts.letters);
 }
 
 /// Go on with a row at the next line.
@@ -160,7 +168,7 @@ std::optional<long long> continue_row(PhylipReading& way, const PhylipLines& lin
     return std::nullopt;
   }
   if (!lines[way.line].pure) {
-    way.fail_at_letter(lines[way.line].text, length);
+    way.fail_at_letter(lines[way.line].text(), length);
     return std::nullopt;
   }
   return static_cast<long long>(lines[way.line++].letters);
@@ -188,6 +196,7 @@ bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const Phylip
     const auto first = begin_row(way, lines, header);
     if (!first) return false;
     if (i == 1) width = *first;
+    if (width == 0) return way.fail(Failure::Kind::unequal_lengths, 0, header.nupo);
     if (*first != width) return way.fail(Failure::Kind::unequal_lengths, *first, width);
   }
   for (length = width; length < header.nupo; length += width) {
@@ -202,44 +211,63 @@ bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const Phylip
   return true;
 }
 
+/// Whether empty lines are only where rows or blocks end.
+bool spaced(const PhylipReading& way, const PhylipLines& lines) {
+  std::size_t row = 0;
+  for (std::size_t k = 1; k < lines.size(); ++k) {
+    while (row < way.starts.size() && way.starts[row].line < k) ++row;
+    const bool begins = row < way.starts.size() && way.starts[row].line == k;
+    if (lines[k].apart && !(way.layout->interleaved ? k % way.starts.size() == 0 : begins)) return false;
+  }
+  return true;
+}
+
 PhylipReading read_as(const PhylipLayout& layout, const PhylipLines& lines, const PhylipHeader& header) {
   PhylipReading way;
   way.layout = &layout;
   const bool whole = layout.interleaved ? read_interleaved(way, lines, header) : read_sequential(way, lines, header);
   if (whole && way.line < lines.size()) {
-    way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text));
+    way.fail(Failure::Kind::bad_record, 0, 0, excerpt(lines[way.line].text()));
   }
   return way;
 }
 
-/// Whether two readings give the same names and letters.
-bool same(const PhylipReading& one, const PhylipReading& other, const PhylipLines& lines) {
-  const bool one_line_each = lines.size() == one.starts.size();
-  if (one.layout->interleaved != other.layout->interleaved && !one_line_each) return false;
-  return std::equal(one.starts.begin(), one.starts.end(), other.starts.begin(),
-                    [](const PhylipStart& a, const PhylipStart& b) {
-                      return a.line == b.line && a.name == b.name && a.letters == b.letters;
-                    });
+/// Whether `layout` gives the same names and letters as a reading that fits.
+bool same(const PhylipReading& way, const PhylipLayout& layout, const PhylipLines& lines) {
+  if (way.layout->interleaved != layout.interleaved) return false;
+  return std::all_of(way.starts.begin(), way.starts.end(), [&](const PhylipStart& start) {
+    const PhylipStart other = phylip_start(lines[start.line].text(), start.line, layout.names);
+    return other.name == start.name && other.letters.size() == start.letters.size();
+  });
 }
 
 /// The one way to read a data set that fits.
 PhylipReading only_reading(const PhylipLines& lines, const PhylipHeader& header) {
   const bool sequential = header.options.find('I') == header.options.npos;
   const bool interleaved = header.options.find('S') == header.options.npos;
-  std::optional<PhylipReading> fitting, failed;
+  const bool one_line_each = lines.size() <= static_cast<std::size_t>(header.numseq);  // where both are the same
+  std::vector<PhylipReading> fitting;
+  std::optional<PhylipReading> failed;
   for (const PhylipLayout& layout : phylip_layouts) {
-    if (!(layout.interleaved ? interleaved : sequential)) continue;
+    if (layout.interleaved ? !interleaved || one_line_each : !sequential && !one_line_each) continue;
+    if (std::any_of(fitting.begin(), fitting.end(), [&](const auto& way) { return same(way, layout, lines); }))
+      continue;
     PhylipReading way = read_as(layout, lines, header);
     if (way.failure) {
-      if (!failed || way.line > failed->line) failed = std::move(way);
-    } else if (!fitting) {
-      fitting = std::move(way);
-    } else if (!same(*fitting, way, lines)) {
-      throw Failure{.kind = Failure::Kind::ambiguous_format,
-                    .detail = std::string("PHYLIP: ") + fitting->layout->words + "; or " + way.layout->words};
+      if (!failed || way.starts.size() > failed->starts.size()) failed = std::move(way);
+    } else {
+      fitting.push_back(std::move(way));
     }
   }
-  if (fitting) return *std::move(fitting);
+  if (fitting.size() > 1) {
+    const auto likely = [&](const PhylipReading& way) { return spaced(way, lines); };
+    if (std::any_of(fitting.begin(), fitting.end(), likely)) std::erase_if(fitting, std::not_fn(likely));
+  }
+  if (fitting.size() > 1) {
+    throw Failure{.kind = Failure::Kind::ambiguous_format,
+                  .detail = std::string("PHYLIP: ") + fitting[0].layout->words + "; or " + fitting[1].layout->words};
+  }
+  if (!fitting.empty()) return std::move(fitting.front());
   if (!failed) throw Failure{.kind = Failure::Kind::bad_record, .detail = header.options};
   throw *failed->failure;
 }
@@ -250,10 +278,11 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
   if (marks == 0 && capital(line.front()) == 'G') {
     std::string_view rest = line.substr(1);
     if (!digits(take_word(rest))) return false;
-    marks = 1;
+    marks = rest.empty() ? 1 : header.nupo + 1;  // else the genes are told by their lengths
     return true;
   }
-  const bool marked = marks > 0 && marks <= header.nupo && line.find_first_not_of("0123456789 \t") == line.npos;
+  const bool marked =
+      marks > 0 && marks <= header.nupo && all_are(line, [](char c) { return isdigit(c) || isblank(c); });
   if (marked) marks += static_cast<int>(letters_in(line));
   return marked;
 }
@@ -261,7 +290,7 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
 }  // namespace
 
 bool begins_phylip(std::string_view head) {
-  return phylip_header(head.substr(0, head.find_first_of("\r\n"))).has_value();
+  return phylip_header(first_line(head)).has_value();
 }
 
 Reading read_phylip(Lines& in) {
@@ -275,14 +304,19 @@ Reading read_phylip(Lines& in) {
   PhylipLines lines;
   std::vector<Remark> remarks;
   int marks = 0;
-  while (in.next_filled(line)) {
+  bool apart = false;
+  while (in.next(line)) {
+    if (blank(line)) {
+      apart = true;
+      continue;
+    }
     if (lines.size() == 0 && option_line(trimmed(line), header, marks)) continue;
     const auto next = phylip_header(line);
     if (next && next->options.empty()) {  // no row: its letters would be a number
       remarks.push_back({.what = Remark::What::more_alignments});
       break;
     }
-    lines.add(line);
+    lines.add(line, std::exchange(apart, false));
   }
   PhylipReading way = only_reading(lines, header);
   const auto numseq = static_cast<std::size_t>(header.numseq);
@@ -292,27 +326,31 @@ Reading read_phylip(Lines& in) {
 
   Assembly assembly;
   assembly.dots_match_first = true;
+  const auto nupo = static_cast<std::size_t>(header.nupo);
+  assembly.reserve(numseq, nupo);
   if (way.layout->interleaved && lines.size() > numseq) {
     std::vector<std::string> names, rows;
     for (const PhylipStart& start : way.starts) {
       names.emplace_back(start.name);
-      rows.emplace_back(start.letters);
+      rows.emplace_back().reserve(nupo + lines[numseq].text().size());  // which comes with its blanks
+      append_letters(rows.back(), start.letters);
     }
     for (std::size_t k = numseq; k < lines.size(); ++k) {
       lines.release(k);
-      rows[k % numseq] += lines[k].text;
+      append_letters(rows[k % numseq], lines[k].text());
     }
     lines = {};
     for (std::size_t k = 0; k < numseq; ++k) assembly.add(std::move(names[k]), std::exchange(rows[k], {}));
   } else {
     for (std::size_t k = 0; k < numseq; ++k) {
       const PhylipStart& start = way.starts[k];
+      lines.release(start.line);
       assembly.begin(std::string(start.name));
       assembly.append(start.letters);
       const std::size_t end = k + 1 < numseq ? way.starts[k + 1].line : lines.size();
       for (std::size_t next = start.line + 1; next < end; ++next) {
         lines.release(next);
-        assembly.append(lines[next].text);
+        assembly.append(lines[next].text());
       }
       assembly.end();
     }

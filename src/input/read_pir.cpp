@@ -67,19 +67,9 @@ std::vector<Remark> add_descriptions(std::vector<PirRecord>& records) {
     const std::size_t length = record.description.size();
     return length >= short_line && length == record.first_line && residues(record.description);
   });
-  std::size_t length = 0;
   if (all_plain && !all_lines) return {};
-  if (all_plain) {
-    length = longer;
-  } else {
-    const bool fits_plain = fits(plain), fits_longer = fits(longer);
-    if (fits_plain && fits_longer) {
-      throw Failure{.kind = Failure::Kind::ambiguous_format,
-                    .detail = "NBRF/PIR: the lines after the names are descriptions or sequence"};
-    }
-    if (!fits_plain && !fits_longer) return {};
-    length = fits_plain ? plain : longer;
-  }
+  const std::size_t length = all_plain || fits(longer) ? longer : plain;
+  if (!all_plain && !fits(length)) return {};
   Remark remark{.what = Remark::What::description_missing};
   for (std::size_t k = 0; k < records.size(); ++k) {
     PirRecord& record = records[k];
@@ -177,10 +167,8 @@ Reading read_pir(Lines& in) {
   std::vector<PirRecord> records = pir_records(in, kind);
   std::vector<Remark> remarks = add_descriptions(records);
   Assembly rows;
-  for (PirRecord& record : records) {
-    rows.add(std::move(record.name), std::exchange(record.letters, {}));
-    record = {};
-  }
+  if (!records.empty()) rows.reserve(records.size(), letters_in(records.front().letters));
+  for (PirRecord& record : records) rows.add(std::move(record.name), std::exchange(record.letters, {}));
   Reading reading = rows.finish({}, std::move(remarks));
   reading.kind = kind;
   return reading;

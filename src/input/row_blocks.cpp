@@ -59,9 +59,10 @@ void RowBlocks::check_names() const {
 }
 
 void RowBlocks::move_to(Assembly& assembly) {
+  if (!rows_.empty()) assembly.reserve(rows_.size(), rows_.front().size());
   for (std::size_t k = 0; k < rows_.size(); ++k) {
     assembly.add(std::move(names_[k]), rows_[k]);
-    rows_[k] = std::string();
+    std::string().swap(rows_[k]);  // assigned, it would keep its memory
   }
 }
 

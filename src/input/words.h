@@ -9,38 +9,60 @@
 
 namespace trimora::rooms {
 
-inline constexpr std::string_view blanks = " \t";
+constexpr bool isblank(char c) {
+  return c == ' ' || c == '\t';
+}
+
+/// Whether `text` holds nothing but characters for which `member` is true.
+template <typename Member>
+constexpr bool all_are(std::string_view text, Member member) {
+  return std::all_of(text.begin(), text.end(), member);
+}
 
 /// Whether nothing but blanks and tabs.
 inline bool blank(std::string_view text) {
-  return text.find_first_not_of(blanks) == text.npos;
+  return all_are(text, isblank);
+}
+
+/// `text` from its first character that is neither blank nor tab.
+inline std::string_view without_indent(std::string_view text) {
+  const auto first = std::find_if_not(text.begin(), text.end(), isblank);
+  return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
 /// `text` without blanks and tabs at either end.
 inline std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+  text = without_indent(text);
+  while (!text.empty() && isblank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+/// `text` up to the first of the two characters; all of it when it has neither.
+inline std::string_view up_to(std::string_view text, char one, char other) {
+  text = text.substr(0, text.find(one));  // which are fast searches: words are short or very long
+  return text.substr(0, text.find(other));
+}
+
+/// The first line of `text`.
+inline std::string_view first_line(std::string_view text) {
+  return up_to(text, '\n', '\r');
 }
 
 /// Take the first word off `text`; empty when there is none. What is left begins with the next word.
 inline std::string_view take_word(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
-  const std::string_view word = text.substr(0, text.find_first_of(blanks));
+  text = without_indent(text);
+  const std::string_view word = up_to(text, ' ', '\t');
   text.remove_prefix(word.size());
-  text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+  text = without_indent(text);
   return word;
 }
 
-/// What is left of `text` without blanks and tabs, counted.
-inline std::size_t letters_in(std::string_view text) {
-  if (text.find(' ') == text.npos && text.find('\t') == text.npos) return text.size();
-  return static_cast<std::size_t>(
-      std::count_if(text.begin(), text.end(), [](char c) { return c != ' ' && c != '\t'; }));
+constexpr bool isdigit(char c) {
+  return c >= '0' && c <= '9';
 }
 
 inline bool digits(std::string_view word) {
-  return !word.empty() && word.find_first_not_of("0123456789") == word.npos;
+  return !word.empty() && all_are(word, isdigit);
 }
 
 /// A whole number of at most nine digits.

@@ -1,6 +1,6 @@
 #include "output/whole_file.h"
 
-#include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -33,8 +33,7 @@ WholeFile::WholeFile(const std::string& path)
 WholeFile::~WholeFile() {
   if (written_ == place_) return;
   out_.reset();
-  std::error_code ignored;
-  fs::remove(system_path(written_), ignored);
+  std::remove(written_.c_str());  // which needs no memory: that may be what has run out
 }
 
 void WholeFile::commit() {

@@ -13,7 +13,7 @@ bool loaded(const RunState& run) {
   return !run.filename.empty();
 }
 
-void show(const RunState& run) {
+void show_block_options(const RunState& run) {
   if (run.menu == '\n') std::puts("\n");
   std::puts(loaded(run) ? "BLOCK PARAMETERS" : "BLOCK PARAMETERS (Missing values will be set after opening a file)");
   // Without a file b1 and b2 have no value, and not a single one while each alignment of a batch has its own.
@@ -154,7 +154,7 @@ void restore_defaults(RunState& run) {
 
 void menu_block_options(RunState& run) {
   do {
-    show(run);
+    show_block_options(run);
     read_choice(run);
     switch (run.menu) {
       case '1': ask_conserved(run); break;

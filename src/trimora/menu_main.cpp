@@ -22,7 +22,7 @@ const char* type_line(char seq_type) {
   }
 }
 
-void show(const RunState& run) {
+void show_main(const RunState& run) {
   if (run.menu == '\n') std::puts("\n");
   std::puts("******************************************************");
   std::printf("                    TRIMORA %s                     \n", version_text);
@@ -69,7 +69,7 @@ void change_type(RunState& run) {
 
 void menu_main(RunState& run) {
   do {
-    show(run);
+    show_main(run);
     read_choice(run);
     switch (run.menu) {
       case 'o': ask_file(run); break;

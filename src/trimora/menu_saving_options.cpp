@@ -8,7 +8,7 @@ namespace trimora::rooms {
 
 namespace {
 
-void show(const RunState& run) {
+void show_saving_options(const RunState& run) {
   const auto toggle = [](const char* line, char value) {
     constexpr const char* saved[] = {"Don't Save", "Save", "Save Text", "Save Short"};
     std::printf("%s%s", line, saved[static_cast<unsigned char>(value)]);
@@ -63,7 +63,7 @@ void ask_break_count(RunState& run) {
 
 void menu_saving_options(RunState& run) {
   do {
-    show(run);
+    show_saving_options(run);
     read_choice(run);
     switch (run.menu) {
       case 's': change(run.tog_seqfile); break;

@@ -29,6 +29,13 @@ bool exists(const std::string& path) {
   return fs::exists(system_path(path), unknown);
 }
 
+/// Whether it can be opened twice; what is not there counts as a file.
+bool is_file(const std::string& path) {
+  std::error_code unknown;
+  const fs::file_type type = fs::status(system_path(path), unknown).type();
+  return type == fs::file_type::regular || type == fs::file_type::not_found || type == fs::file_type::none;
+}
+
 bool is_folder(const std::string& path) {
   std::error_code unknown;
   return fs::is_directory(system_path(path), unknown);
@@ -128,9 +135,12 @@ void add_folder(const std::string& folder, Named& named) {
 Named named_files(const Settings& settings) {
   if (settings.files.size() == 1 && !is_folder(settings.files.front())) {
     const std::string& file = settings.files.front();
-    if (file == "-") return {.paths = {file}, .decided = {}, .list = {}};
-    if (auto list = read_list(file)) return *list;
-    return {.paths = {file}, .decided = {}, .list = {}};
+    if (file != "-" && is_file(file)) {
+      if (auto list = read_list(file)) return *list;
+    }
+    Named one;
+    one.paths = {file};
+    return one;
   }
   Named named;
   named.several = true;
@@ -148,10 +158,7 @@ Named named_files(const Settings& settings) {
 
 std::vector<std::string> in_forms(const std::string& path, const Settings& settings) {
   std::vector<std::string> paths;
-  for (const Form form : settings.forms) {
-    paths.push_back(path + std::string(ending(form)));
-    if (form == Form::phylip || form == Form::nexus) continue;
-  }
+  for (const Form form : settings.forms) paths.push_back(path + std::string(ending(form)));
   return paths;
 }
 
@@ -342,6 +349,10 @@ Plan plan_of(const Settings& settings) {
                                                     : getpath(settings.files.front()).path_file;
   plan.joined_stem = in_folder(folder, base);
   if (settings.filter()) return plan;
+  for (const Job& job : plan.jobs) {
+    if (!settings.into.empty() || is_file(job.path)) continue;
+    throw Failure{.kind = Failure::Kind::not_readable, .file = job.path, .detail = std::string(words_of_run::no_place)};
+  }
 
   if (named.several) leave_out_results(plan, settings);
   if (plan.jobs.empty()) {

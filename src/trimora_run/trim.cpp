@@ -39,17 +39,17 @@ char decide_type(const Reading& reading, const KindByLetters& by_letters, const 
     return before.first.seq_type;
   }
   Failure failure{.kind = Failure::Kind::undecided_type};
-  const std::string options = ": -t=P for protein, -t=D for DNA";
+  const std::string remedy = ": -t=P for protein, -t=D for DNA";
   switch (by_letters.why) {
     case KindByLetters::Undecided::few_letters:
-      failure.detail = ", since they are only " + std::to_string(by_letters.letters) + options;
+      failure.detail = ", since they are only " + std::to_string(by_letters.letters) + remedy;
       break;
     case KindByLetters::Undecided::both:
       failure.detail = ": sequence " + std::to_string(by_letters.dna) + " looks like DNA, sequence " +
-                       std::to_string(by_letters.protein) + " like protein" + options;
+                       std::to_string(by_letters.protein) + " like protein" + remedy;
       break;
     case KindByLetters::Undecided::neither:
-    case KindByLetters::Undecided::no: failure.detail = options; break;
+    case KindByLetters::Undecided::no: failure.detail = remedy; break;
   }
   throw Failure(failure);
 }

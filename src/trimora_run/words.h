@@ -75,6 +75,7 @@ inline constexpr W no_folder = "the folder {folder} could not be made: {reason}"
 inline constexpr W listed_missing = "lists {path}, but there is no such file, neither from here nor from the folder of the list";
 inline constexpr W list_inside = "is a list of alignments, where an alignment is expected: name a list alone, and list alignments only";
 inline constexpr W nothing_listed = "holds no alignment";
+inline constexpr W no_place = "it is no file in a folder, where results could go: name a folder with --into=";
 inline constexpr W not_joined = "nothing was concatenated, since not all alignments go together";
 
 // clang-format on

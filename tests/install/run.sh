@@ -15,21 +15,28 @@ same() { diff <(sort <<<"$2") <(sort <<<"$3") || { echo "$1: expected <, found >
 umask 022
 DESTDIR="$scratch/an image" "$cmake" --install "$build" --prefix /any/prefix >"$scratch/log"
 cd "$scratch/an image/any/prefix"
-expected=$(printf '%s\n' bin/trimora{,-run} $man/trimora{,-run}.1 $completions/trimora{,-run} \
-  share/zsh/site-functions/_trimora $doc/{workflow,config}
+lib=$(dirname "$(find . -name libtrimora.a -printf '%P')") # where is the platform's choice
+expected=$(printf '%s\n' include/trimora/trimora.h $lib/libtrimora.{a,so{,.${version%%.*},.$version}} \
+  $lib/pkgconfig/trimora.pc $lib/cmake/trimora/trimora-{config{,-version},{static,shared}-targets{,-@}}.cmake
+  printf '%s\n' bin/trimora{,-run} $man/trimora{,-run}.1 $completions/trimora{,-run} \
+  share/zsh/site-functions/_trimora $doc/{examples,workflow,config}
   cd "$source"
-  printf "$doc/%s\n" {README,CONTRIBUTING,CHANGELOG}.md CITATION.cff LICENSE docs/*.md \
-    examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas},genes/*.fas}
+  printf "$doc/%s\n" {README,CONTRIBUTING,CHANGELOG}.md CITATION.cff LICENSE docs/*.md
+  printf "$data/%s\n" examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas},genes/*.fas,library/{CMakeLists.txt,main.cpp}}
   find docs -path '*/pictures/*' -printf "$doc/%p\n"
   find workflow config -type f ! -path '*/__pycache__/*' -printf "$data/%p\n"
   [ ! -d build/web/package ] || find build/web/package -type f ! -name '*.tgz' -printf "$data/engine/%P\n"
   [ ! -e build/web/trimora.html ] || echo $data/trimora.html)
-same "files" "$expected" "$(find . ! -type d -printf '%P\n')"
-same "modes" "" "$(find . -type f ! -path './bin/*' ! -name '*.sh' ! -perm 644 -o \
+same "files" "$expected" "$(find . ! -type d -printf '%P\n' | sed 's/-targets-[a-z]*[.]cmake/-targets-@.cmake/')"
+same "modes" "" "$(find . -type f ! -path './bin/*' ! -name '*.sh' ! -perm 644 ! -name '*.so*' -o \
   \( -type d -o -path './bin/*' -o -name '*.sh' \) ! -perm 755)"
 bash "$source/tests/install/links.sh" $doc $data
 file=$PWD/$doc/examples/globins.fas
-bin/trimora-run "$file" -p=n >"$scratch/log" && test -s "$file-tr"
+bin/trimora-run "$file" -p=n >"$scratch/log" && test -s "$file-tr.fasta"
+
+# What starts in a millisecond holds nothing that it does not use.
+foreign() { nm -C "bin/$1" | grep -cE 'std::(__1::)?filesystem::|inflate' || true; }
+[ "$(foreign trimora-run)" -gt 0 ] && same "std::filesystem and zlib in trimora" 0 "$(foreign trimora)"
 
 . $completions/trimora-run
 compopt() { asked=$*; }

@@ -5,6 +5,7 @@
 #include "selection/similarity_matrix.h"
 #include "support.h"
 
+namespace trimora::rooms {
 namespace {
 
 SelectionState parameters(int numseq, char seq_type, int b5, int b6) {
@@ -80,3 +81,4 @@ TEST(Scores, WeightedSumOfTheMatrix) {
 }
 
 }  // namespace
+}  // namespace trimora::rooms

@@ -18,7 +18,7 @@ std::string text(const std::optional<Sequences>& sequences) {
 std::vector<std::string> told(const Settings& s) {
   std::string files, forms;
   for (const std::string& file : s.files) files += '<' + file + '>';
-  for (const Form form : s.forms) forms += "tfpn"[static_cast<int>(form)];
+  for (const Form form : s.forms) forms += "fpnt"[static_cast<int>(form)];
   const std::pair<const char*, std::string> texts[] = {
       {"files", files},         {"t", s.kind ? std::string(1, "PDC"[static_cast<int>(*s.kind)]) : ""},
       {"b1", text(s.b1)},       {"b2", text(s.b2)},
@@ -160,8 +160,8 @@ TEST(CommandLine, BecomesSettings) {
     {"x -e=äöüßé",                     "e=äöüßé"},
     {"x -e=abcdef",                    "! -e=abcdef is refused: it has to be 1 to 5 characters"},
     {"x -e=a/b",                       "! -e=a/b is refused: it has to be without a folder"},
-    {"x --format=nexus,FASTA",         "format=nf"},
-    {"x --format=fasta,",              "! --format=fasta, is refused: it has to be trimora, fasta, phylip or nexus, or several"},
+    {"x --format=nexus,TRIMORA",       "format=nt"},
+    {"x --format=fasta,",              "! --format=fasta, is refused: it has to be fasta, phylip, nexus or trimora, or several"},
     {"x --format=fasta,fasta",         "! --format=fasta,fasta is refused"},
     {"x --into=~/y",                   "! --into=~/y: ~ is not understood there: --into=\"$HOME\"/y"},
     {"x --into=~y --columns",          "into=~y columns=1"},
@@ -181,8 +181,8 @@ TEST(CommandLine, BecomesSettings) {
     {"x -e=-- -a=y -w=y -s=n",         "! -e=--, -a=y and -w=y give two files one name"},
     {"x -u=y -e=-- -s=n",              "e=-- s=0 u=1"},
     // the standard input
-    {"-t=D -",                         "files=<-> t=D p=N format=f"},
-    {"- --format=trimora -p=n -k=n",   "files=<-> p=N"},
+    {"-t=D -",                         "files=<-> t=D p=N"},
+    {"- --format=trimora -p=n -k=n",   "files=<-> p=N format=t"},
     {"- -k=y",                         "! -k=y does not go with -, which writes no file"},
     {"- -p=t",                         "! -p=t does not go with -"},
     {"- --table=-",                    "! --table=- does not go with -"},

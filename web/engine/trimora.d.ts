@@ -5,24 +5,28 @@ export interface Run {
   stdout: Uint8Array;
   /** Notes and failures, one a line. */
   stderr: Uint8Array;
-  /** Content by name of every file that was written; a file given stands among them only if it was written anew. */
+  /** Every file that was written, by name. A file that you gave is here only if the run wrote it anew. */
   files: Record<string, Uint8Array>;
 }
 
 export interface Given {
-  /** What `compile` made; without it the program that stands beside the module, compiled once. */
+  /** What `compile` made. Without it, the program in the file beside the module, compiled once. */
   program?: WebAssembly.Module;
   /** Standard input; empty without it. */
   stdin?: Uint8Array;
 }
 
-/** Compile the program, for any number of runs and workers, from the content of trimora.wasm or the file beside the module. */
+/**
+ * Compile the program once, for any number of runs and workers, from the content of trimora.wasm. Without `bytes`, from
+ * the file beside the module.
+ */
 export function compile(bytes?: BufferSource): Promise<WebAssembly.Module>;
 
 /**
- * Start `trimora-run` with `args` in a folder that holds `files` and nothing else.
+ * Start `trimora-run` with `args` in a folder that holds `files` and nothing else. `files[name]` may be in an inner
+ * folder, as in "genes/cox1.fas".
  *
- * Rejects when memory ends or the program cannot be loaded. What the program itself finds wrong is told by `status` and
- * `stderr`. The bytes given are neither changed nor copied; `files[name]` may be a folder deeper, as in "genes/cox1.fas".
+ * Rejects when memory ends or the program cannot be loaded. For what the program itself finds wrong, read `status` and
+ * `stderr`. The bytes that you give are neither changed nor copied.
  */
 export function run(files: Record<string, Uint8Array>, args: string[], given?: Given): Promise<Run>;

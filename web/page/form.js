@@ -1,19 +1,40 @@
 // The form of the parameters, made of their table.
 
-import { bounds, fromlink, inforce, parameters, share, shownorder, tolink } from "./parameters.js";
-import { element, make, numseq, show, showwhen, state, update } from "./state.js";
+import { bounds, fromLink, inForce, parameters, share, shareBounds, shownOrder, toLink } from "./parameters.js";
+import { element, make, numseq, shares, show, showWhen, state, update } from "./state.js";
+
+/** Set one value, "" for the default. The program wants shares of both b1 and b2, or of neither. @param {string} name @param {string} value */
+function set(name, value) {
+  const counted = name === "b1" || name === "b2", per = counted && shares(state) && value !== "";
+  update({ values: inUnit({ ...state.values, [name]: per ? `${value}%` : value }, counted ? shares(state) : null) });
+}
 
 /**
- * Set one value, "" for the default. The alignments of a batch differ in their numbers of sequences: there b1 and b2 are
- * kept as shares of these, both, as the program wants.
- * @param {string} name @param {string} value
+ * b1 and b2 in per cent of the sequences, or in sequences; null: as they are.
+ * @param {Record<string, string>} values @param {boolean | null} per
  */
-function set(name, value) {
-  const values = { ...state.values, [name]: value }, n = numseq(state);
-  if ((state.opened?.alignments.length ?? 0) > 1 && n > 0) {
-    for (const one of ["b1", "b2"]) if (/^\d+$/.test(values[one] ?? "")) values[one] = share(Number(values[one]), n);
+function inUnit(values, per) {
+  const n = numseq(state), changed = { ...values };
+  for (const name of per === null || n === 0 ? [] : ["b1", "b2"]) {
+    const value = values[name];
+    if (value && per && !value.endsWith("%")) changed[name] = share(Number(value), n);
+    if (value && !per && value.endsWith("%")) changed[name] = String(inForce(values, name, n));
   }
-  update({ values });
+  return changed;
+}
+
+/** The choice whether b1 and b2 count sequences or per cent of them. */
+function unit() {
+  const buttons = [["sequences", false], ["per cent of them", true]].map(([label, per]) => {
+    const button = make("button", { type: "button" }, String(label));
+    button.addEventListener("click", () => update({ asShares: per === true, values: inUnit(state.values, per === true) }));
+    show((now) => button.setAttribute("aria-pressed", String(shares(now) === per)));
+    return button;
+  });
+  const row = make("p", { className: "unit" }, "b1 and b2 in ", ...buttons);
+  row.setAttribute("role", "group");
+  row.setAttribute("aria-label", "Unit of b1 and b2");
+  return row;
 }
 
 /** @param {import("./parameters.js").Parameter} parameter */
@@ -23,8 +44,8 @@ function field({ name, label, effect, choices, slider }) {
     : make("input", { type: "number", inputMode: "numeric", step: "1" });
   control.id = name;
   control.setAttribute("aria-describedby", `${name}-effect ${name}-wrong`);
-  const range = choices ? null : make("input", { type: "range", step: "1", tabIndex: -1 });
-  range?.setAttribute("aria-hidden", "true"); // the same as the number beside it
+  const range = choices ? null : make("input", { type: "range", step: "1" });
+  range?.setAttribute("aria-label", `${name}, slider`);
   for (const input of range ? [control, range] : [control]) {
     input.addEventListener("input", () => set(name, input.value));
   }
@@ -33,21 +54,26 @@ function field({ name, label, effect, choices, slider }) {
   const extent = make("span", {}); // what the number may be
 
   show((now) => {
-    const value = now.values[name] ?? "";
+    const value = now.values[name] ?? "", n = numseq(now);
     if (!(control instanceof HTMLInputElement) || !range) {
       control.value = value;
     } else {
-      const known = numseq(now) > 0 || !/^b[12]$/.test(name);
-      const { least, most, wrong: why } = bounds(now.values, name, numseq(now));
-      const number = known ? String(inforce(now.values, name, numseq(now))) : value.replace(/.*%$/, "");
-      const typed = document.activeElement === control && (value === "" || value === share(Number(control.value), numseq(now)));
+      const known = n > 0 || !/^b[12]$/.test(name), per = /^b[12]$/.test(name) && shares(now);
+      const { wrong: why, ...numbers } = bounds(now.values, name, n);
+      const { least, most } = per ? shareBounds(now.values, name, n) : numbers;
+      const standard = inForce({ ...now.values, [name]: "" }, name, n), force = inForce(now.values, name, n);
+      // Never a number that is not in force: a default is no whole share.
+      const number = per || !known ? value.replace(/%$/, "") : String(force);
+      const typed = document.activeElement === control && value.replace(/%$/, "") === control.value;
       if (!typed) control.value = number;
+      control.placeholder = per || !known ? "default" : "";
       control.min = range.min = String(least);
       control.max = String(most);
       range.max = String(Math.min(most, slider ?? most));
-      range.value = number;
+      range.value = per && value === "" ? String(Math.ceil((standard * 100) / n)) : number;
       range.disabled = !known;
-      extent.textContent = known ? `. Default ${inforce({ ...now.values, [name]: "" }, name, numseq(now))}, from ${least} to ${most}${value.endsWith("%") && !why ? `; now ${value} of each alignment's` : ""}` : "";
+      const what = per ? `. In force here: ${force} of ${n} sequences. Default ${standard}, from ${least} % to ${most} %` : `. Default ${standard}, from ${least} to ${most}`;
+      extent.textContent = known ? what : "";
       wrong.textContent = known ? why : "";
       control.setAttribute("aria-invalid", String(known && why !== ""));
     }
@@ -56,27 +82,29 @@ function field({ name, label, effect, choices, slider }) {
 
   const row = make("div", { className: "field" },
     make("label", { htmlFor: name }, make("b", {}, name), ` ${label}`), control,
-    ...(range ? [range] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
+    ...(range ? [range, make("p", { id: `${name}-curve`, className: "curve effect" })] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
+  row.addEventListener("focusin", () => update({ focused: range ? name : "" }));
   return row;
 }
 
-/** Connect the form; parameters stand in the link from now on. */
+/** Connect the form; the address holds the values from now on. */
 export function connect() {
   const form = element("fields", HTMLElement);
-  for (const name of shownorder) {
+  for (const name of shownOrder) {
     const parameter = parameters.find((one) => one.name === name);
+    if (name === "b1") form.append(unit());
     if (parameter) form.append(field(parameter));
   }
   element("defaults", HTMLButtonElement).addEventListener("click", () => update({ values: {} }));
 
-  const take = () => update({ values: fromlink(location.hash.slice(1)) });
-  addEventListener("hashchange", () => tolink(state.values) !== location.hash.slice(1) && take());
+  const take = () => update({ values: fromLink(location.hash.slice(1)) });
+  addEventListener("hashchange", () => toLink(state.values, state.opened?.example) !== location.hash.slice(1) && take());
   take();
   let waiting = 0;
-  showwhen((now) => [now.values], (now) => {
+  showWhen((now) => [now.values, now.opened], (now) => {
     clearTimeout(waiting);
     waiting = setTimeout(() => { // when a slider rests: browsers refuse an address that changes too often
-      const link = tolink(now.values);
+      const link = toLink(now.values, now.opened?.example);
       if (link !== location.hash.slice(1)) history.replaceState(null, "", link ? `#${link}` : location.pathname + location.search);
     }, 300);
   });

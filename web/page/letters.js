@@ -1,6 +1,6 @@
 // The letters of an alignment as the program reads them; of a large one, those of its first sequences.
 
-import { readletters, readtable } from "./tables.js";
+import { readLetters, readTable } from "./tables.js";
 
 const newline = 10, mark = 62; // ">", with which records begin
 const text = new TextDecoder();
@@ -30,7 +30,7 @@ function cut(bytes, limit) {
  * the same columns from this part as from the whole.
  * @param {Uint8Array} bytes @param {Part} part
  */
-function firstrecords(bytes, { bytes: limit, column, width }) {
+function firstRecords(bytes, { bytes: limit, column, width }) {
   const pir = /^\s*>..;/.test(text.decode(bytes.subarray(0, 200)));
   const last = new Uint8Array(width).fill("-".charCodeAt(0));
   for (const c of column) last[c - 1] = "A".charCodeAt(0);
@@ -52,12 +52,12 @@ function firstrecords(bytes, { bytes: limit, column, width }) {
  * @returns {Promise<import("./state.js").Letters | null>} null when the program reads no alignment, or another one in the part
  */
 export async function letters(run, bytes, part) {
-  const alignment = part ? firstrecords(bytes, part) : bytes;
+  const alignment = part ? firstRecords(bytes, part) : bytes;
   const { files } = await run({ alignment, list: new TextEncoder().encode("alignment\n") },
     ["list", "-c=Y", "-s=N", "-p=N", "--format=fasta", "--table=table.tsv"]);
-  const [row] = readtable(files["table.tsv"] ?? new Uint8Array()), written = files["list.seq.fasta"];
+  const [row] = readTable(files["table.tsv"] ?? new Uint8Array()), written = files["list.seq.fasta"];
   if (!written || !row || (part && Number(row.positions) !== part.column.length)) return null;
-  const found = readletters(written, Number(row.positions));
+  const found = readLetters(written, Number(row.positions));
   if (part) found.names.pop();
   const nucleotides = /^\s*>D.;/.test(text.decode(bytes.subarray(0, 200))); // NBRF/PIR tells, FASTA does not
   return { ...found, numseq: part?.numseq ?? Number(row.sequences), nucleotides };

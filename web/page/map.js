@@ -1,41 +1,78 @@
-// The block map: the whole alignment as a bar, its selected blocks below, and a frame around what the viewer shows.
+// The whole alignment in little: where its letters agree and where there are gaps, its selected blocks below, and a frame
+// around what the window shows. Dragging moves the window, over rows as well.
 
-import { element, showwhen, state } from "./state.js";
-import { colour, prepare, watchtheme } from "./theme.js";
-import { go } from "./viewer.js";
+import { columnOf, letterAt, positionAt, sequenceAt, within } from "./sight.js";
+import { element, showWhen, state, update } from "./state.js";
+import { colour, prepare, watchTheme } from "./theme.js";
 
-const height = 34;
+const gap = 45, tallest = 90, bar = 14;
+const canvas = () => element("map", HTMLCanvasElement);
+
+/** Rows of pixels that the alignment takes. */
+const tall = () => Math.min(tallest, Math.max(24, (state.letters?.names.length ?? 0) * 2));
+
+/** @type {HTMLCanvasElement | null} */
+let picture = null; // of the letters, drawn once for an alignment and a width
+
+/** One letter stands for all of its pixel. @param {number} width @param {number} height */
+function paint(width, height) {
+  const { columns, letters } = state;
+  picture = null;
+  if (!columns || !letters || width < 1) return;
+  const made = Object.assign(document.createElement("canvas"), { width, height }), ctx = made.getContext("2d");
+  const image = /** @type {CanvasRenderingContext2D} */ (ctx).createImageData(width, height), n = letters.names.length, nupo = columns.score.length;
+  const shades = [colour("paper"), colour("faint"), colour("line")].map((hex) => [1, 3, 5].map((k) => parseInt(hex.slice(k, k + 2), 16)));
+  for (let y = 0; y < height; ++y) {
+    const i = sequenceAt(state, 1 + Math.floor((y / height) * n));
+    for (let x = 0; x < width; ++x) {
+      const p = 1 + Math.floor((x / width) * nupo), c = letterAt(letters, i, p), at = 4 * (y * width + x);
+      image.data.set([...shades[c === gap ? 0 : (c & 0xdf) === columns.residue[p - 1] && columns.kind[p - 1] >= 2 ? 2 : 1], 255], at);
+    }
+  }
+  ctx?.putImageData(image, 0, 0);
+  picture = made;
+}
 
 function draw() {
-  const canvas = element("map", HTMLCanvasElement), width = canvas.parentElement?.clientWidth ?? 0;
-  const { columns, first, width: seen } = state;
+  const width = canvas().parentElement?.clientWidth ?? 0, { columns, letters } = state;
   if (!columns || !width) return;
-  const ctx = prepare(canvas, width, height), nupo = columns.score.length;
-  const x = (/** @type {number} */ p) => ((p - 1) / nupo) * width;
+  const ctx = prepare(canvas(), width, tall() + bar), nupo = columns.score.length, n = letters?.names.length ?? 1;
+  const x = (/** @type {number} */ p) => ((p - 1) / nupo) * width, y = (/** @type {number} */ row) => ((row - 1) / n) * tall();
   ctx.fillStyle = colour("faint");
-  ctx.fillRect(0, 6, width, 8);
+  if (picture) ctx.drawImage(picture, 0, 0, width, tall());
+  else ctx.fillRect(0, 0, width, tall());
   ctx.fillStyle = colour("selected");
   const least = columns.blocks.length < width ? 1 : 0; // more blocks than pixels: each adds its share of a colour
-  for (const block of columns.blocks) ctx.fillRect(x(block.first), 18, Math.max(x(block.last + 1) - x(block.first), least), 10);
+  for (const block of columns.blocks) ctx.fillRect(x(block.first), tall() + 3, Math.max(x(block.last + 1) - x(block.first), least), bar - 5);
   ctx.strokeStyle = colour("window");
   ctx.lineWidth = 2;
-  ctx.strokeRect(Math.min(x(first) + 1, width - 4), 2, Math.max(Math.min(x(first + seen), width) - x(first) - 2, 3), height - 4);
+  const left = Math.min(x(positionAt(state, state.first)) + 1, width - 4), right = x(positionAt(state, state.first + state.width - 1) + 1) - 1;
+  const up = Math.min(y(state.top) + 1, tall() - 4), down = Math.min(y(state.top + state.height), tall()) - 1;
+  ctx.strokeRect(left, up, Math.max(Math.min(right, width - 1) - left, 3), Math.max(down - up, 3));
 }
 
 export function connect() {
-  const canvas = element("map", HTMLCanvasElement);
-  const there = (/** @type {PointerEvent} */ event) =>
-    go(1 + Math.floor((event.offsetX / canvas.clientWidth) * (state.columns?.score.length ?? 0)));
-  canvas.addEventListener("pointerdown", (event) => {
-    canvas.setPointerCapture(event.pointerId);
+  const there = (/** @type {PointerEvent} */ event) => {
+    const { columns, letters, width, height } = state;
+    if (!columns) return;
+    const p = within(1 + Math.floor((event.offsetX / canvas().clientWidth) * columns.score.length), columns.score.length);
+    const row = 1 + Math.floor((event.offsetY / tall()) * (letters?.names.length ?? 1));
+    update({ first: Math.max(1, columnOf(state, p) - (width >> 1)), top: within(row - (height >> 1), Math.max(1, (letters?.names.length ?? 1) - height + 1)), at: p });
+  };
+  canvas().addEventListener("pointerdown", (event) => {
+    canvas().setPointerCapture(event.pointerId);
     there(event);
   });
-  canvas.addEventListener("pointermove", (event) => event.buttons && there(event));
-  showwhen((now) => [now.columns, now.first, now.width], draw);
-  showwhen((now) => [now.columns], (now) => {
-    const blocks = now.columns?.blocks ?? [];
-    canvas.setAttribute("aria-label", `Map of ${blocks.length} selected blocks, listed below`);
+  canvas().addEventListener("pointermove", (event) => event.buttons && there(event));
+  const again = () => {
+    paint(Math.round(canvas().parentElement?.clientWidth ?? 0), tall());
+    draw();
+  };
+  showWhen((now) => [now.letters, now.order, now.columns], again);
+  showWhen((now) => [now.first, now.width, now.top, now.height, now.trimmed], draw);
+  showWhen((now) => [now.columns], (now) => {
+    canvas().setAttribute("aria-label", `The whole alignment in little, with ${now.columns?.blocks.length ?? 0} selected blocks, which are listed below`);
   });
-  watchtheme(draw);
-  new ResizeObserver(draw).observe(/** @type {Element} */ (canvas.parentElement));
+  watchTheme(again);
+  new ResizeObserver(again).observe(/** @type {Element} */ (canvas().parentElement));
 }

@@ -1,4 +1,4 @@
-// Opening: files, folders, pasted text and examples become the files of a run.
+// Opens files, folders, pasted text and examples: they become the files of a run.
 // Words     input: a file of the run, under the name that the program sees
 
 import batch1 from "../../examples/batch/primates_mt_1.fas";
@@ -6,7 +6,8 @@ import batch2 from "../../examples/batch/primates_mt_2.fas";
 import globins from "../../examples/globins.fas";
 import primates from "../../examples/primates_mt.fas";
 import { gunzip } from "./gunzip.js";
-import { element, showwhen, state, update } from "./state.js";
+import { fromLink } from "./parameters.js";
+import { element, showWhen, state, unread, update } from "./state.js";
 
 /**
  * @typedef {object} Opened
@@ -16,19 +17,20 @@ import { element, showwhen, state, update } from "./state.js";
  * @property {boolean} made whether the page made that paths file
  * @property {number} bytes of all alignments
  * @property {string[]} windows names of those that have the line ends of Windows
- * @property {[string, string][]} cleaned the file dropped, and the name under which the page took its line ends out
+ * @property {[string, string][]} cleaned the file that was given, and the name under which the page took its line ends out
+ * @property {string} example key of the example that it is, or ""
  */
 
-/** Of a file: in 32 bits fit its letters, a second copy of them and what is written. */
-export const mostbytes = 1.5e9;
+/** Of a file: its letters, a second copy of them and what is written fit into 32 bits. */
+export const mostBytes = 1.5e9;
 
-const headbytes = 65536; // of a file, which tell what it is
+const headBytes = 65536; // of a file, which tell what it is
 
-/** @type {{title: string, about: string, type: string, files: Record<string, string>}[]} */
+/** @type {{key: string, title: string, about: string, type: string, files: Record<string, string>}[]} */
 const examples = [
-  { title: "Globins", about: "45 proteins", type: "", files: { "globins.fas": globins } },
-  { title: "Primates", about: "mitochondrial DNA of 12 species", type: "D", files: { "primates_mt.fas": primates } },
-  { title: "A batch", about: "two pieces of the primates' DNA", type: "D",
+  { key: "globins", title: "Globins", about: "45 proteins", type: "", files: { "globins.fas": globins } },
+  { key: "primates", title: "Primates", about: "mitochondrial DNA of 12 species", type: "D", files: { "primates_mt.fas": primates } },
+  { key: "batch", title: "A batch", about: "two pieces of the primates' DNA", type: "D",
     files: { "primates_mt_1.fas": batch1, "primates_mt_2.fas": batch2 } },
 ];
 
@@ -45,20 +47,41 @@ async function unpacked({ name, blob }) {
   }
 }
 
+/** A name that is not taken: "x.fas" becomes "x-2.fas". @param {string} name @param {Set<string>} taken */
+function free(name, taken) {
+  let found = name;
+  for (let k = 2; taken.has(found); ++k) found = name.replace(/(\.[^./]*)?$/, `-${k}$1`);
+  taken.add(found);
+  return found;
+}
+
+/** How an alignment begins, in each format that is known in the field; the program decides whether it can be read. */
+const beginnings = /^\s*(>|CLUSTAL|MUSCLE|PROBCONS|# STOCKHOLM|#NEXUS|\d+[ \t]+\d+\s*$|PileUp|!!..)/im;
+
+/** Whether a file begins as an alignment does. @param {string} head its first bytes */
+const looksAligned = (head) => head.trimStart().search(beginnings) === 0;
+
 /**
- * Make of the files of one gesture what a run works on. Of several files those are taken that begin as alignments do,
- * and a paths file that lists some of them.
- * @param {import("./worker.js").Input[]} given @returns {Promise<Omit<Opened, "windows" | "cleaned"> & {leftout: string[]}>}
+ * Make the files of one gesture into what a run works on. Of several files, take those that begin as alignments do, and a
+ * paths file that lists some of them.
+ * @param {import("./worker.js").Input[]} given
+ * @returns {Promise<Omit<Opened, "windows" | "cleaned" | "example"> & {leftOut: string[], renamed: string[]}>}
  */
 async function arrange(given) {
-  const inputs = [];
-  for (const input of given.sort((a, b) => natural(a.name, b.name))) inputs.push(await unpacked(input));
+  const inputs = [], renamed = [], taken = new Set();
+  const packed = (/** @type {import("./worker.js").Input} */ { name }) => Number(/\.gz$/i.test(name));
+  for (const input of given.sort((a, b) => packed(a) - packed(b) || natural(a.name, b.name))) { // x.fas keeps its name, not x.fas.gz
+    const { name, blob } = await unpacked(input), found = free(name, taken);
+    if (found !== name) renamed.push(`${input.name} as ${found}`);
+    inputs.push({ name: found, blob });
+  }
+  inputs.sort((a, b) => natural(a.name, b.name));
   const [only] = inputs;
   if (inputs.length === 1) {
-    return { inputs, alignments: [only.name], file: only.name, made: false, bytes: only.blob.size, leftout: [] };
+    return { inputs, alignments: [only.name], file: only.name, made: false, bytes: only.blob.size, leftOut: [], renamed };
   }
-  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, headbytes).text()));
-  const alignments = inputs.filter((_, k) => heads[k].trimStart().startsWith(">"));
+  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, headBytes).text()));
+  const alignments = inputs.filter((_, k) => looksAligned(heads[k]));
   const rest = inputs.filter((input) => !alignments.includes(input));
   const sum = (/** @type {import("./worker.js").Input[]} */ files) => files.reduce((n, { blob }) => n + blob.size, 0);
 
@@ -74,15 +97,15 @@ async function arrange(given) {
       throw new Error(`${list.name} lists ${missing[0]}${missing.length > 1 ? ` and ${missing.length - 1} more` : ""}, ` +
         "which did not come with it: drop the paths file together with all its alignments.");
     }
-    const listed = paths.map((path, k) =>
+    const inOrder = paths.map((path, k) =>
       ({ name: path.replace(/^([.]*[/\\])+/, ""), blob: /** @type {import("./worker.js").Input} */ (found[k]).blob }));
-    return { ...batch(listed, tail(list.name)), made: false, leftout: rest.filter((f) => f !== list).map(({ name }) => name) };
+    return { ...batch(inOrder, tail(list.name)), made: false, leftOut: rest.filter((f) => f !== list).map(({ name }) => name), renamed };
   }
-  if (alignments.length === 0) throw new Error("None of these files begins with >, as an alignment in FASTA or PIR does.");
-  const leftout = rest.map(({ name }) => name);
+  if (alignments.length === 0) throw new Error("None of these files begins as an alignment does. FASTA, for example, begins with >.");
+  const leftOut = rest.map(({ name }) => name);
   const [first] = alignments;
-  if (alignments.length > 1) return { ...batch(alignments, "paths.txt"), made: true, leftout };
-  return { inputs: alignments, alignments: [first.name], file: first.name, made: false, bytes: sum(alignments), leftout };
+  if (alignments.length > 1) return { ...batch(alignments, free("paths.txt", taken)), made: true, leftOut, renamed };
+  return { inputs: alignments, alignments: [first.name], file: first.name, made: false, bytes: sum(alignments), leftOut, renamed };
 
   /** @param {import("./worker.js").Input[]} files @param {string} file the paths file */
   function batch(files, file) {
@@ -92,48 +115,51 @@ async function arrange(given) {
   }
 }
 
-/** The type of sequence that came with an example, and goes with it. */
+/** The type of sequence that came with an example; the next alignment does not keep it. */
 let lent = "";
 
 /** The same lines as on Linux. @param {Blob} blob */
-async function withoutreturns(blob) {
+async function withoutReturns(blob) {
   return new Blob([new Uint8Array(await blob.arrayBuffer()).filter((c) => c !== 13)]);
 }
 
 /** Open the alignments that are open once more, those with the line ends of Windows without these and under another name. */
-async function takeout() {
+async function takeOutReturns() {
   const { opened } = state;
   if (!opened) return;
   /** @type {[string, string][]} */
   const cleaned = opened.windows.map((name) => [name, name.replace(/(\.[^./]*)?$/, ".unix$1")]);
   const inputs = opened.inputs.filter(({ name }) => opened.alignments.includes(name)).map(async ({ name, blob }) => {
     const [, to] = cleaned.find(([from]) => from === name) ?? [];
-    return to ? { name: to, blob: await withoutreturns(blob) } : { name, blob };
+    return to ? { name: to, blob: await withoutReturns(blob) } : { name, blob };
   });
   await open(Promise.all(inputs), undefined, cleaned);
 }
 
 /**
  * Open the files of one gesture.
- * @param {Promise<import("./worker.js").Input[]>} coming @param {string} [type] of an example @param {[string, string][]} [cleaned]
+ * @param {Promise<import("./worker.js").Input[]>} coming @param {(typeof examples)[0]} [example] @param {[string, string][]} [cleaned]
+ * @param {Record<string, string>} [values] that come with it
  */
-async function open(coming, type, cleaned = []) {
+async function open(coming, example, cleaned = [], values) {
+  const type = example?.type;
   try {
     update({ notice: "Reading …" });
     const given = await coming;
     if (given.length === 0) return update({ notice: "There was no file." });
-    const { leftout, ...arranged } = await arrange(given);
+    const { leftOut, renamed, ...arranged } = await arrange(given);
     const files = arranged.inputs.filter(({ name }) => arranged.alignments.includes(name));
-    const heads = await Promise.all(files.map(({ blob }) => blob.slice(0, headbytes).text()));
-    const opened = { ...arranged, windows: files.filter((_, k) => heads[k].includes("\r\n")).map(({ name }) => name), cleaned };
-    if (opened.bytes > mostbytes) {
-      throw new Error(`This is ${(opened.bytes / 1e9).toFixed(1)} GB; a page can work on ${mostbytes / 1e9} GB at most. ` +
+    const heads = await Promise.all(files.map(({ blob }) => blob.slice(0, headBytes).text()));
+    const opened = { ...arranged, example: example?.key ?? "", windows: files.filter((_, k) => heads[k].includes("\r\n")).map(({ name }) => name), cleaned };
+    if (opened.bytes > mostBytes) {
+      throw new Error(`This is ${(opened.bytes / 1e9).toFixed(1)} GB; a page can work on ${mostBytes / 1e9} GB at most. ` +
         "The installed program has no such limit: trimora-run " + opened.file);
     }
     update({
-      opened, shown: opened.alignments[0], table: [], notes: [], failure: "", printed: "", columns: null, letters: null,
-      first: 1, at: 0, marked: null, values: { ...state.values, t: type ?? (state.values.t === lent ? "" : state.values.t ?? "") },
-      notice: leftout.length > 0 ? `Left out, as they do not begin like alignments: ${leftout.join(", ")}.` : "",
+      ...unread, opened, shown: opened.alignments[0], table: [], notes: [], failure: "", printed: "", pinned: null, names: null, trimmed: false,
+      values: values ? { t: type ?? "", ...values } : { ...state.values, t: type ?? (state.values.t === lent ? "" : state.values.t ?? "") },
+      notice: [leftOut.length > 0 ? `Left out, as they do not begin as alignments do: ${leftOut.join(", ")}.` : "",
+        renamed.length > 0 ? `Opened under another name, since there are two of one name: ${renamed.join(", ")}.` : ""].filter((line) => line).join(" "),
     });
     lent = type ?? "";
   } catch (error) {
@@ -145,11 +171,42 @@ async function open(coming, type, cleaned = []) {
 const named = (files) => Array.from(files, (file) => ({ name: file.webkitRelativePath || file.name, blob: file }))
   .filter(({ name }) => !/(^|\/)\./.test(name));
 
-/** What was dropped, with the content of folders. @param {DataTransfer} dropped */
+/** The files in a folder. @param {any} folder @param {string} path @param {import("./worker.js").Input[]} found */
+async function walkHandle(folder, path, found) {
+  for await (const inner of folder.values()) {
+    if (inner.name.startsWith(".")) continue;
+    if (inner.kind === "file") found.push({ name: `${path}/${inner.name}`, blob: await inner.getFile() });
+    else await walkHandle(inner, `${path}/${inner.name}`, found);
+  }
+}
+
+/**
+ * What was dropped, with the content of folders. Chromium refuses the entries of a page opened from the disk, but hands
+ * out handles; Firefox knows entries only. Both have to be asked for at once, while the drop lasts.
+ * @param {DataTransfer} dropped
+ */
 async function listed(dropped) {
-  const entries = Array.from(dropped.items, (item) => item.webkitGetAsEntry?.() ?? null);
-  const files = named(dropped.files); // where the browser tells no folders
+  const files = named(dropped.files), items = Array.from(dropped.items);
+  const entries = items.map((item) => item.webkitGetAsEntry?.() ?? null);
   if (!entries.some((entry) => entry?.isDirectory)) return files;
+  const asked = items.map((item) => /** @type {any} */ (item).getAsFileSystemHandle?.() ?? null);
+  try {
+    const handles = await Promise.all(asked);
+    if (!handles.every((handle) => handle)) return await listEntries(entries);
+    /** @type {import("./worker.js").Input[]} */
+    const inside = [];
+    for (const handle of handles) {
+      if (handle.kind === "file") inside.push({ name: handle.name, blob: await handle.getFile() });
+      else await walkHandle(handle, handle.name, inside);
+    }
+    return inside;
+  } catch {
+    throw new Error("This browser does not let the page read a folder that is dropped: take the button \u201cChoose a folder \u2026\u201d, or drop the files themselves.");
+  }
+}
+
+/** @param {(FileSystemEntry | null)[]} entries */
+async function listEntries(entries) {
   /** @type {import("./worker.js").Input[]} */
   const found = [];
   const walk = async (/** @type {any} */ entry) => {
@@ -170,6 +227,16 @@ async function listed(dropped) {
   return found;
 }
 
+/** Open an example, with the values that an address gives or with its own. @param {(typeof examples)[0]} example @param {Record<string, string>} [values] */
+const openExample = (example, values) =>
+  open(Promise.resolve(Object.entries(example.files).map(([name, text]) => ({ name, blob: new Blob([text]) }))), example, [], values);
+
+/** Open the example that the address names, if it is another one. */
+function fromAddress() {
+  const link = location.hash.slice(1), key = new URLSearchParams(link).get("example"), example = examples.find((one) => one.key === key);
+  if (example && state.opened?.example !== key) openExample(example, fromLink(link));
+}
+
 /** Connect the part of the page that opens alignments. */
 export function connect() {
   const files = element("files", HTMLInputElement), folder = element("folder", HTMLInputElement);
@@ -180,20 +247,21 @@ export function connect() {
     });
   }
   element("choose", HTMLButtonElement).addEventListener("click", () => files.click());
-  element("choosefolder", HTMLButtonElement).addEventListener("click", () => folder.click());
+  element("chooseFolder", HTMLButtonElement).addEventListener("click", () => folder.click());
 
   const pasted = element("pasted", HTMLTextAreaElement);
-  element("usepasted", HTMLButtonElement).addEventListener("click", () =>
+  element("usePasted", HTMLButtonElement).addEventListener("click", () =>
     open(Promise.resolve(pasted.value.trim() ? [{ name: "pasted.fas", blob: new Blob([pasted.value]) }] : [])));
 
   const buttons = element("examples", HTMLElement);
-  for (const { title, about, type, files: texts } of examples) {
-    const button = document.createElement("button");
-    button.append(title, Object.assign(document.createElement("small"), { textContent: about }));
-    button.addEventListener("click", () =>
-      open(Promise.resolve(Object.entries(texts).map(([name, text]) => ({ name, blob: new Blob([text]) }))), type));
+  for (const example of examples) {
+    const button = Object.assign(document.createElement("button"), { type: "button" });
+    button.append(example.title, Object.assign(document.createElement("small"), { textContent: example.about }));
+    button.addEventListener("click", () => openExample(example));
     buttons.append(button);
   }
+  addEventListener("hashchange", fromAddress);
+  fromAddress();
 
   document.addEventListener("dragover", (event) => {
     event.preventDefault();
@@ -209,15 +277,17 @@ export function connect() {
   });
 
   const unix = element("unix", HTMLButtonElement);
-  unix.addEventListener("click", takeout);
+  unix.addEventListener("click", takeOutReturns);
 
   const notice = element("notice", HTMLElement), details = element("opening", HTMLDetailsElement);
-  showwhen((now) => [now.notice], (now) => {
+  showWhen((now) => [now.notice], (now) => {
     notice.textContent = now.notice;
   });
-  showwhen((now) => [now.opened], (now) => {
+  showWhen((now) => [now.opened], (now) => {
     document.body.classList.toggle("opened", now.opened !== null);
+    const inside = details.contains(document.activeElement); // the focus stays in sight
     details.open = now.opened === null;
+    if (inside && !details.open) details.querySelector("summary")?.focus({ preventScroll: true });
     unix.hidden = !now.opened?.windows.length;
   });
 }

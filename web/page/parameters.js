@@ -1,4 +1,4 @@
-// The parameters of a run, each told once: the form, the link and the command line are made of these rows.
+// The parameters of a run, each told once: the form, the address and the command line are made of these rows.
 // Words     a value is text as on the command line; "" is the program's own default
 
 /**
@@ -45,7 +45,7 @@ export const parameters = [
 ];
 
 /** In the order in which people think of them. */
-export const shownorder = ["t", "b1", "b2", "b3", "b4", "b0", "b5", "b6"];
+export const shownOrder = ["t", "b1", "b2", "b3", "b4", "b0", "b5", "b6"];
 
 const find = (/** @type {string} */ name) => parameters.find((parameter) => parameter.name === name);
 
@@ -53,10 +53,10 @@ const find = (/** @type {string} */ name) => parameters.find((parameter) => para
  * The number in force for a parameter of numbers.
  * @param {Record<string, string>} values @param {string} name @param {number} numseq @returns {number}
  */
-export function inforce(values, name, numseq) {
+export function inForce(values, name, numseq) {
   const value = values[name];
   if (value) return value.endsWith("%") ? Math.floor((numseq * Number(value.slice(0, -1))) / 100) : Number(value);
-  return find(name)?.standard?.(numseq, (other) => inforce(values, other, numseq)) ?? 0;
+  return find(name)?.standard?.(numseq, (other) => inForce(values, other, numseq)) ?? 0;
 }
 
 /**
@@ -64,14 +64,14 @@ export function inforce(values, name, numseq) {
  * @param {Record<string, string>} values @param {string} name @param {number} numseq
  */
 export function bounds(values, name, numseq) {
-  const [least, most, whyleast, whymost] =
-    find(name)?.range?.(numseq, (other) => inforce(values, other, numseq)) ?? [0, 0, "", ""];
-  const value = inforce(values, name, numseq);
+  const [least, most, whyLeast, whyMost] =
+    find(name)?.range?.(numseq, (other) => inForce(values, other, numseq)) ?? [0, 0, "", ""];
+  const value = inForce(values, name, numseq);
   const because = (/** @type {string} */ why) => (why && ` (${why})`);
   let wrong = "";
   if (!/^\d*%?$/.test(values[name] ?? "")) wrong = "Has to be a whole number.";
-  else if (value < least) wrong = `At least ${least}${because(whyleast)}.`;
-  else if (value > most) wrong = `At most ${most}${because(whymost)}.`;
+  else if (value < least) wrong = `At least ${least}${because(whyLeast)}.`;
+  else if (value > most) wrong = `At most ${most}${because(whyMost)}.`;
   return { least, most, wrong };
 }
 
@@ -82,16 +82,25 @@ export const refused = (values, numseq) =>
 /** The share, in per cent, from which the program makes this number of sequences: it cuts off. @param {number} number @param {number} numseq */
 export const share = (number, numseq) => `${Math.ceil((number * 100) / numseq)}%`;
 
+/**
+ * The shares that a parameter may have, in per cent: none when its range holds no whole one.
+ * @param {Record<string, string>} values @param {string} name @param {number} numseq
+ */
+export function shareBounds(values, name, numseq) {
+  const fitting = Array.from({ length: 101 }, (_, per) => per).filter((per) => bounds({ ...values, [name]: `${per}%` }, name, numseq).wrong === "");
+  return { least: fitting[0] ?? 0, most: fitting[fitting.length - 1] ?? 100 };
+}
+
 /** The options that differ from their defaults. @param {Record<string, string>} values */
 export const options = (values) =>
   parameters.filter(({ name }) => values[name]).map(({ name }) => `-${name}=${values[name]}`);
 
-/** What a link carries, as `b3=4&b5=H`. @param {Record<string, string>} values */
-export const tolink = (values) =>
-  new URLSearchParams(parameters.filter(({ name }) => values[name]).map(({ name }) => [name, values[name]])).toString();
+/** What the address holds, as `example=globins&b3=4&b5=H`. @param {Record<string, string>} values @param {string} [example] */
+export const toLink = (values, example) =>
+  new URLSearchParams([...(example ? [["example", example]] : []), ...parameters.filter(({ name }) => values[name]).map(({ name }) => [name, values[name]])]).toString();
 
-/** The values of a link; what no parameter can take is left out. @param {string} link */
-export function fromlink(link) {
+/** The values in an address; what no parameter can take is left out. @param {string} link */
+export function fromLink(link) {
   const found = new URLSearchParams(link);
   /** @type {Record<string, string>} */
   const values = {};

@@ -1,12 +1,12 @@
-// Taking home: the files of the program, the report in a frame, the command line, the link.
+// Takes results home: the files of the program, the report in a frame, the command line, the link.
 
-import { ask, Dropped } from "./engine.js";
-import { options, refused, tolink } from "./parameters.js";
-import { element, make, numseq, show, showwhen, state, update } from "./state.js";
+import { Dropped, engine } from "./engine.js";
+import { options, toLink } from "./parameters.js";
+import { element, invalid, isBatch, make, matching, show, showWhen, state, update } from "./state.js";
 import { copy } from "./viewer.js";
 
-const mostlisted = 20; // alignments that the command line names
-const mostreport = 4e6; // letters: beyond, a browser takes long to show the report
+const mostListed = 20; // alignments that the command line names
+const mostReport = 4e6; // letters: beyond, a browser takes long to show the report
 
 /**
  * What the program can write. `on` is the value that asks for it, "" an option without a value.
@@ -28,13 +28,11 @@ const outputs = [
 /** What else is chosen, each from a list. @type {Record<string, Record<string, string>>} */
 const choices = {
   format: { "": "Trimora's own: groups of ten", fasta: "FASTA", phylip: "PHYLIP", nexus: "NEXUS" },
-  match: { "": "same names in the same order", name: "name: missing ones become ?", order: "order, whatever the names" },
 };
 const defaults = /** @type {Record<string, string>} */ ({ s: "Y", p: "Y" });
 
 const failures = () => state.table.some(({ status }) => status !== "ok");
-const batch = () => (state.opened?.alignments.length ?? 0) > 1;
-const possible = () => outputs.filter(({ when }) => when !== "batch" || batch());
+const possible = () => outputs.filter(({ when }) => when !== "batch" || isBatch(state));
 
 /** The options that choose exactly these outputs. @param {(option: string) => boolean} wanted */
 function choice(wanted) {
@@ -44,21 +42,33 @@ function choice(wanted) {
     chosen.push(wanted(option) ? `-${option}${on && `=${on}`}` : `-${option}=N`);
   }
   for (const name in choices) {
-    if (state.outputs[name] && (name !== "match" || batch())) chosen.push(`--${name}=${state.outputs[name]}`);
+    if (state.outputs[name]) chosen.push(`--${name}=${state.outputs[name]}`);
   }
-  if (failures()) chosen.push("--keep-going");
+  if (isBatch(state)) chosen.push(...matching(state));
+  if (failures() && isBatch(state)) chosen.push("--keep-going");
   return chosen;
 }
 
-/** The arguments of trimora-run for these outputs. @param {(option: string) => boolean} wanted */
-const args = (wanted) => [state.opened?.file ?? "", ...options(state.values), ...choice(wanted)];
+/** The arguments of trimora-run for these outputs. @param {(option: string) => boolean} chosen @param {Record<string, string>} [values] */
+const args = (chosen, values = state.values) => [state.opened?.file ?? "", ...options(values), ...choice(chosen)];
 const wanted = (/** @type {string} */ option) => option in state.outputs;
 
 /** An argument as a shell takes it. @param {string} text */
 const quoted = (text) => (/^[\w@%+=:,./-]+$/.test(text) ? text : `'${text.replaceAll("'", "'\\''")}'`);
 
+/** What does the same with the installed program; "" while the program would refuse a value. @param {Record<string, string>} [values] */
+export function commandLine(values = state.values) {
+  const { opened } = state;
+  if (!opened || (values === state.values && invalid(state))) return "";
+  const paths = !opened.made ? "" : opened.alignments.length > mostListed ? `# ${opened.file}, which names the alignments, is in the zip\n`
+    : `printf '%s\\n' ${opened.alignments.map(quoted).join(" ")} > ${quoted(opened.file)}\n`;
+  const cleaning = opened.cleaned.length > mostListed ? "# *.unix.*: the alignments without their Windows line ends, tr -d '\\r'\n"
+    : opened.cleaned.map(([from, to]) => `tr -d '\\r' < ${quoted(from)} > ${quoted(to)}\n`).join("");
+  return `${cleaning}${paths}trimora-run ${args(wanted, values).map(quoted).join(" ")}`;
+}
+
 /** Hand a file to the browser's downloads. @param {string} name @param {Uint8Array} bytes @param {string} [type] */
-function download(name, bytes, type = "application/octet-stream") {
+export function download(name, bytes, type = "application/octet-stream") {
   const url = URL.createObjectURL(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (bytes)], { type }));
   make("a", { href: url, download: name.split("/").pop() ?? name }).click();
   setTimeout(() => URL.revokeObjectURL(url), 60000);
@@ -66,14 +76,14 @@ function download(name, bytes, type = "application/octet-stream") {
 
 /**
  * Run the program and take what it wrote.
- * @param {string[]} given arguments @param {{name: string, also: Record<string, Uint8Array>}} [zip] makes one file of all
+ * @param {string[]} given arguments @param {{name: string, also: Record<string, Uint8Array>}} [packed] makes one zip of all
  * @returns {Promise<Record<string, Uint8Array> | null>}
  */
-async function write(given, zip) {
+async function write(given, packed) {
   const said = element("saved", HTMLElement);
   said.textContent = "Running …";
   try {
-    const { status, stderr, files } = await ask({ job: "write", args: given, zip });
+    const { status, stderr, files } = await engine.ask({ job: "write", args: given, zip: packed });
     const names = Object.keys(files), whole = status === 0 || failures();
     said.textContent = !whole ? stderr.replace(/^trimora-run: /gm, "") : names.length === 0 ? "Nothing was written." : "";
     return whole && names.length > 0 ? files : null;
@@ -123,7 +133,7 @@ export function connect() {
     const needed = option === "-partitions" ? "a" : option; // partitions of something
     const button = make("button", { type: "button" }, "Save");
     button.setAttribute("aria-label", `Save: ${label}`);
-    button.addEventListener("click", async () => save(await write(args((other) => other === option || other === needed), batch() ? zip() : undefined)));
+    button.addEventListener("click", async () => save(await write(args((other) => other === option || other === needed), isBatch(state) ? zip() : undefined)));
     const row = make("li", {}, box, make("label", { htmlFor: box.id }, label, make("small", {}, about)), button);
     list.append(row);
     show((now) => {
@@ -132,38 +142,33 @@ export function connect() {
     });
   }
   for (const [name, values] of Object.entries(choices)) {
-    const list = element(name, HTMLSelectElement);
-    list.append(...Object.entries(values).map(([value, words]) => make("option", { value }, words)));
-    list.addEventListener("change", () => {
+    const select = element(name, HTMLSelectElement);
+    select.append(...Object.entries(values).map(([value, words]) => make("option", { value }, words)));
+    select.addEventListener("change", () => {
       const { [name]: _, ...others } = state.outputs;
-      update({ outputs: list.value ? { ...others, [name]: list.value } : others });
+      update({ outputs: select.value ? { ...others, [name]: select.value } : others });
     });
   }
   element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted), zip())));
-  const openreport = element("openreport", HTMLButtonElement);
-  openreport.addEventListener("click", report);
-  element("closereport", HTMLButtonElement).addEventListener("click", () => element("report", HTMLDialogElement).close());
+  const openReport = element("openReport", HTMLButtonElement);
+  openReport.addEventListener("click", report);
+  element("closeReport", HTMLButtonElement).addEventListener("click", () => element("report", HTMLDialogElement).close());
 
   const command = element("command", HTMLElement), copied = element("saved", HTMLElement);
-  showwhen((now) => [now.opened, now.values, now.outputs], () => (copied.textContent = "")); // it was about another run
+  showWhen((now) => [now.opened, now.values, now.outputs], () => (copied.textContent = "")); // it was about another run
   const copying = (/** @type {string} */ id, /** @type {() => string} */ text, /** @type {string} */ what) =>
     element(id, HTMLButtonElement).addEventListener("click", async () => {
       copied.textContent = await copy(text()) ? `${what} copied.` : "The browser did not let the page copy.";
     });
-  copying("copycommand", () => command.textContent ?? "", "Command line");
-  copying("copylink", () => `${location.href.split("#")[0]}#${tolink(state.values)}`, "Link with these parameters, without the alignment,");
+  copying("copyCommand", commandLine, "Command line");
+  copying("copyLink", () => `${location.href.split("#")[0]}#${toLink(state.values, state.opened?.example)}`, "Link with these settings");
 
-  showwhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
+  showWhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
     if (!now.opened) return;
-    for (const part of document.querySelectorAll(".ofbatch")) part.toggleAttribute("hidden", !batch());
-    const list = !now.opened.made ? "" : now.opened.alignments.length > mostlisted ? "# paths.txt, which names the alignments, is in the zip\n"
-      : `printf '%s\\n' ${now.opened.alignments.map(quoted).join(" ")} > paths.txt\n`;
-    const cleaning = now.opened.cleaned.length > mostlisted ? "# *.unix.*: the alignments without their Windows line ends, tr -d '\\r'\n"
-      : now.opened.cleaned.map(([from, to]) => `tr -d '\\r' < ${quoted(from)} > ${quoted(to)}\n`).join("");
-    command.textContent = `${cleaning}${list}trimora-run ${args(wanted).map(quoted).join(" ")}`;
-    const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostreport));
-    openreport.disabled = !small || refused(now.values, numseq(now));
-    openreport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";
-    element("zip", HTMLButtonElement).disabled = refused(now.values, numseq(now));
+    command.textContent = commandLine() || "A value is not possible. Mend it, and the command is here.";
+    for (const id of ["copyCommand", "copyLink", "zip"]) element(id, HTMLButtonElement).disabled = invalid(now);
+    const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostReport));
+    openReport.disabled = !small || invalid(now);
+    openReport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";
   });
 }

@@ -1,5 +1,7 @@
-// The one state of the page, and how it changes: views are functions of it and are drawn anew after each change.
+// The one state of the page, and how it changes: views are functions of it and are drawn again after each change.
 // Counting  positions and sequences from 1, as everywhere in Trimora
+
+import { refused } from "./parameters.js";
 
 /**
  * An alignment's columns as `--columns` tells them, one entry a position.
@@ -9,12 +11,15 @@
  * @property {Uint8Array} kind index into `kinds`
  * @property {Uint32Array} column of the file
  * @property {{first: number, last: number}[]} blocks selected, from left to right
+ * @property {string[]} reasons each different reason that the program gives once; empty where it gives none
+ * @property {Uint32Array} reason index into `reasons`
+ * @property {Uint32Array} initial number of the initial block that holds the position, 0: none
  */
 /** What a position may be. */
 export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
 
 /**
- * The letters of an alignment: a file in which every record has the same layout, read where it stands.
+ * The letters of an alignment: a file in which every record has the same layout, read in place.
  * @typedef {object} Letters
  * @property {Uint8Array} bytes
  * @property {string[]} names of the sequences held
@@ -30,6 +35,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {import("./open.js").Opened | null} opened
  * @property {string} shown name of the alignment that is looked at
  * @property {Record<string, string>} values of the parameters, as on the command line; "" or absent: the default
+ * @property {boolean | null} asShares whether b1 and b2 are given in per cent of the sequences; null: where they have to be
  * @property {Record<string, string>} outputs values of the options that choose what is written
  * @property {boolean} running
  * @property {Row[]} table of the last run
@@ -39,19 +45,33 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {string} printed standard output of the last run
  * @property {Columns | null} columns of the alignment shown
  * @property {Letters | null} letters of the alignment shown
- * @property {number} first position at the left of the alignment's window
- * @property {number} width positions in that window
+ * @property {number} first column at the left of the alignment's window
+ * @property {number} width columns in that window
+ * @property {number} top row at its upper edge
+ * @property {number} height rows in it
  * @property {number} at position that is pointed at; 0: none
- * @property {{row: number, first: number, torow: number, to: number} | null} marked sequences and positions, from where
- *   the marking began to where it ended
+ * @property {string} layer that is pointed at; "": none
+ * @property {{row: number, first: number, toRow: number, to: number} | null} marked rows and columns of the window, from
+ *   where the marking began to where it ended
+ * @property {"file" | "name" | "gaps"} order of the rows
+ * @property {"report" | "classes" | "safe"} palette
+ * @property {boolean} trimmed whether the window shows the selected positions only
+ * @property {boolean} translated whether it shows the amino acids of codons
+ * @property {import("./compare.js").Pinned | null} pinned the other one of two settings that are compared
+ * @property {string} focused parameter whose field has the focus; "": none
+ * @property {string[][] | null} names of the sequences of each alignment of a batch, where they could be read
  */
 
 /** @type {State} */
 export const state = {
-  opened: null, shown: "", values: {}, outputs: { s: "Y", p: "Y" },
+  opened: null, shown: "", values: {}, asShares: null, outputs: { s: "Y", p: "Y" },
   running: false, table: [], notes: [], failure: "", notice: "", printed: "", columns: null, letters: null,
-  first: 1, width: 1, at: 0, marked: null,
+  first: 1, width: 1, top: 1, height: 1, at: 0, layer: "", marked: null,
+  order: "file", palette: "report", trimmed: false, translated: false, pinned: null, focused: "", names: null,
 };
+
+/** What no alignment has yet that was just opened or chosen. @type {Partial<State>} */
+export const unread = { columns: null, letters: null, first: 1, top: 1, at: 0, layer: "", marked: null };
 
 /** @type {((state: State) => void)[]} */
 const views = [];
@@ -74,7 +94,7 @@ export function update(change) {
 }
 
 /** A view that is drawn only when one of what it reads changed. @param {(state: State) => unknown[]} reads @param {(state: State) => void} draw */
-export function showwhen(reads, draw) {
+export function showWhen(reads, draw) {
   /** @type {unknown[]} */
   let before = [];
   show((now) => {
@@ -86,13 +106,37 @@ export function showwhen(reads, draw) {
 }
 
 /** The row of the alignment shown. @param {State} now @returns {Row | undefined} */
-export const shownrow = (now) => now.table.find((row) => row.alignment === now.shown) ?? now.table[0];
+export const shownRow = (now) => now.table.find((row) => row.alignment === now.shown) ?? now.table[0];
 
 /** Sequences of the alignment shown; 0: not known. @param {State} now */
-export const numseq = (now) => Number(shownrow(now)?.sequences) || now.letters?.numseq || 0; // a failed one has none
+export const numseq = (now) => Number(shownRow(now)?.sequences) || now.letters?.numseq || 0; // a failed one has none
+
+/** Whether b1 and b2 are given in per cent of the sequences. @param {State} now */
+export function shares(now) {
+  const given = [now.values.b1, now.values.b2].filter((value) => value);
+  if (given.length > 0) return given.some((value) => value.endsWith("%"));
+  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences));
+  return now.asShares ?? sizes.size > 1;
+}
 
 /** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
-export const matching = (now) => (now.outputs.match ? [`--match=${now.outputs.match}`] : []);
+export const matching = (now) => [
+  ...(now.outputs.match ? [`--match=${now.outputs.match}`] : []),
+  ...(now.outputs.match === "name" && now.outputs["name-end"] ? [`--name-end=${now.outputs["name-end"]}`] : []),
+];
+
+/** How many alignments are open. @param {State} now */
+export const isBatch = (now) => (now.opened?.alignments.length ?? 0) > 1;
+
+/** Whether the program would refuse a value, so that what is shown belongs to other values. @param {State} now */
+export const invalid = (now) => refused(now.values, numseq(now));
+
+/** Give an element new content; the focus stays on what has the same key. @param {Element} parent @param {(Node | string)[]} content */
+export function refill(parent, ...content) {
+  const key = parent.contains(document.activeElement) ? document.activeElement?.getAttribute("data-key") : null;
+  parent.replaceChildren(...content);
+  if (key) for (const one of parent.querySelectorAll("[data-key]")) if (one.getAttribute("data-key") === key) /** @type {HTMLElement} */ (one).focus({ preventScroll: true });
+}
 
 /** @template {HTMLElement} T @param {string} id @param {{new(): T}} type @returns {T} */
 export function element(id, type) {

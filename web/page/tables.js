@@ -1,74 +1,89 @@
-// What the program tells in tables and alignment files, as numbers and places. Works on bytes: the files are large.
+// Reads the tables and alignment files that the program writes. Works on bytes: the files are large.
 
 import { kinds } from "./state.js";
 
-const tab = 9, newline = 10;
+const tab = 9, newline = 10, point = 46;
 const text = new TextDecoder();
 
 /** The lines of `--table`. @param {Uint8Array} bytes @returns {import("./state.js").Row[]} */
-export function readtable(bytes) {
+export function readTable(bytes) {
   const [header, ...lines] = text.decode(bytes).split("\n").filter((line) => line).map((line) => line.split("\t"));
   return lines.map((cells) => Object.fromEntries(header.map((name, k) => [name, cells[k] ?? ""])));
 }
 
 /**
- * The positions of `--columns`: column, position, score, residue, class, block, new. Dropped columns are no positions.
+ * The positions of `--columns`, found by the names in its header; `reason` and `initial` may be missing. Dropped columns are
+ * no positions.
  * @param {Uint8Array} bytes @param {number} nupo @returns {import("./state.js").Columns}
  */
-export function readcolumns(bytes, nupo) {
+export function readColumns(bytes, nupo) {
   const initials = kinds.map((kind) => kind.charCodeAt(0));
+  const header = text.decode(bytes.subarray(0, bytes.indexOf(newline))).split("\t");
+  const [inColumn, inPosition, inScore, inResidue, inClass, inBlock, inReason, inInitial] =
+    ["column", "position", "score", "residue", "class", "block", "reason", "initial"].map((name) => header.indexOf(name));
   const score = new Float32Array(nupo), residue = new Uint8Array(nupo), kind = new Uint8Array(nupo);
-  const column = new Uint32Array(nupo);
+  const column = new Uint32Array(nupo), reason = new Uint32Array(inReason < 0 ? 0 : nupo), initial = new Uint32Array(nupo);
+  /** @type {import("./state.js").Columns["blocks"]} */
   const blocks = [];
-  let at = bytes.indexOf(newline) + 1, block = 0, p = 0;
-  const skip = () => { // to the field behind the next tab
-    at = bytes.indexOf(tab, at) + 1;
-  };
-  const number = () => { // decimal digits, with a point perhaps, up to the tab
-    let value = 0, unit = 0, c;
-    while ((c = bytes[at++]) !== tab && c !== newline) {
-      if (c === 46) unit = 1;
+  /** @type {Map<string, number>} */
+  const reasons = new Map();
+  const starts = new Uint32Array(header.length + 1); // of each field on the line
+  /** The number in a field, with a point perhaps; 0 in an empty or a missing one. @param {number} field */
+  const number = (field) => {
+    let value = 0, unit = 0;
+    for (let at = field < 0 ? Infinity : starts[field]; at < starts[field + 1] - 1; ++at) {
+      if (bytes[at] === point) unit = 1;
       else {
-        value = value * 10 + c - 48;
+        value = value * 10 + bytes[at] - 48;
         unit *= 10;
       }
     }
     return value / (unit || 1);
   };
-  for (let line = 1; at < bytes.length && p < nupo; ++line) {
-    skip();
-    const dropped = bytes[at] === tab;
-    if (!dropped) {
-      skip();
-      score[p] = number();
-      residue[p] = bytes[at];
-      skip();
-      kind[p] = initials.indexOf(bytes[at]);
-      column[p] = line;
-      skip();
-      const inblock = bytes[at] === tab ? 0 : number();
-      ++p;
-      if (inblock !== 0 && inblock !== block) blocks.push({ first: p, last: p });
-      if (inblock !== 0) blocks[blocks.length - 1].last = p;
-      block = inblock;
+  let p = 0, before = 0, said = "", last = 0;
+  for (let at = bytes.indexOf(newline) + 1; at > 0 && at < bytes.length && p < nupo;) {
+    let field = 0;
+    for (starts[0] = at; at < bytes.length; ++at) {
+      if (bytes[at] !== tab && bytes[at] !== newline) continue;
+      if (field < header.length) starts[++field] = at + 1;
+      if (bytes[at] === newline) break;
     }
-    at = bytes.indexOf(newline, at - 1) + 1;
-    if (at === 0) break;
+    ++at;
+    starts.fill(at, field + 1); // a line may end early
+    if (number(inPosition) === 0) continue;
+    score[p] = number(inScore);
+    residue[p] = bytes[starts[inResidue]];
+    kind[p] = initials.indexOf(bytes[starts[inClass]]);
+    column[p] = number(inColumn);
+    initial[p] = number(inInitial);
+    if (inReason >= 0) {
+      const words = text.decode(bytes.subarray(starts[inReason], starts[inReason + 1] - 1));
+      if (words !== said || p === 0) {
+        last = reasons.get(words) ?? reasons.size;
+        reasons.set(said = words, last);
+      }
+      reason[p] = last;
+    }
+    ++p;
+    const block = number(inBlock);
+    if (block !== 0 && block !== before) blocks.push({ first: p, last: p });
+    if (block !== 0) blocks[blocks.length - 1].last = p;
+    before = block;
   }
-  return { score, residue, kind, column, blocks };
+  return { score, residue, kind, column, blocks, reasons: [...reasons.keys()], reason, initial };
 }
 
 /** Letters on a line of the program's plain FASTA, in which every line but the last of a record is full. */
-const linelength = 60;
+const lineLength = 60;
 
-/** Where position p of a record stands behind the record's start. @param {number} p */
-export const place = (p) => p - 1 + Math.floor((p - 1) / linelength);
+/** Where position p of a record is, counted from the record's start. @param {number} p */
+export const place = (p) => p - 1 + Math.floor((p - 1) / lineLength);
 
 /**
- * The records of a plain FASTA file that the program wrote: of each the name and where its letters start.
+ * The records of a plain FASTA file that the program wrote: the name of each and where its letters start.
  * @param {Uint8Array} bytes @param {number} nupo positions
  */
-export function readletters(bytes, nupo) {
+export function readLetters(bytes, nupo) {
   const names = [], starts = [];
   let at = 0;
   while (at < bytes.length) {

@@ -1,10 +1,19 @@
 // Colours of the canvases, which are those of the style sheet, dark or light.
 
+/** @type {Map<string, string>} */
+const known = new Map(); // asking the style sheet takes long
+const dark = matchMedia("(prefers-color-scheme: dark)");
+dark.addEventListener("change", () => known.clear()); // before anything is drawn again
+
 /** @param {string} name of a custom property, without its dashes */
-export const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim();
+export function colour(name) {
+  let found = known.get(name);
+  if (found === undefined) known.set(name, found = getComputedStyle(document.documentElement).getPropertyValue(`--${name}`).trim());
+  return found;
+}
 
 /** Call when the page turns dark or light. @param {() => void} then */
-export const watchtheme = (then) => matchMedia("(prefers-color-scheme: dark)").addEventListener("change", then);
+export const watchTheme = (then) => dark.addEventListener("change", then);
 
 /**
  * A canvas as large as its place on the screen, ready to be drawn on in units of the page.

@@ -1,118 +1,42 @@
 // The page as a person uses it, from file://, in Chromium and Firefox, against the native program.
-// Environment: TRIMORA_PAGE, the page; TRIMORA_RUN, the native trimora-run.
 
 import assert from "node:assert/strict";
-import { execFileSync } from "node:child_process";
+import { readFileSync, rmSync } from "node:fs";
 import { createServer } from "node:http";
-import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
 import { after, before, describe, test } from "node:test";
-import { pathToFileURL } from "node:url";
 import { gzipSync } from "node:zlib";
 import axe from "axe-core";
-import { unzipSync } from "fflate";
-import puppeteer from "puppeteer-core";
-import { letters } from "../page/letters.js";
 import { browsers } from "./browsers.mjs";
-
-const { TRIMORA_PAGE = "", TRIMORA_RUN = "" } = process.env;
-const url = pathToFileURL(TRIMORA_PAGE).href;
-const example = (name) => readFileSync(new URL(`../../examples/${name}`, import.meta.url));
-const globins = { "globins.fas": example("globins.fas") };
-const genes = Object.fromEntries([1, 2].map((k) => [`primates_mt_${k}.fas`, example(`batch/primates_mt_${k}.fas`)]));
-
-/** What the native program writes beside `files`. */
-function native(files, args) {
-  const folder = mkdtempSync(`${tmpdir()}/trimora.`);
-  for (const name in files) writeFileSync(`${folder}/${name}`, files[name]);
-  execFileSync(TRIMORA_RUN, args, { cwd: folder, stdio: "pipe" });
-  const written = readdirSync(folder).filter((name) => !(name in files));
-  const contents = Object.fromEntries(written.sort().map((name) => [name, readFileSync(`${folder}/${name}`)]));
-  rmSync(folder, { recursive: true });
-  return contents;
-}
-
-const downloads = mkdtempSync(`${tmpdir()}/trimora.`);
-const saving = {
-  chromium: { downloadBehavior: { policy: "allow", downloadPath: downloads } },
-  firefox: { extraPrefsFirefox: { "browser.download.dir": downloads, "browser.download.folderList": 2 } },
-};
-after(() => rmSync(downloads, { recursive: true }));
+import { bytes, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
 
 for (const name of Object.keys(browsers)) describe(name, () => {
-  let browser, page;
-  const requests = [], errors = [];
-
-  before(async () => {
-    browser = await puppeteer.launch({ ...browsers[name], ...saving[name] });
-    page = await browser.newPage();
-    page.on("request", (request) => requests.push(request.url()));
-    page.on("pageerror", (error) => errors.push(String(error)));
-    page.on("dialog", (dialog) => errors.push(`dialog ${dialog.message()}`) && dialog.dismiss());
-    await page.setViewport({ width: 1200, height: 900 });
-    await page.goto(url);
-  });
-  after(() => browser.close());
-
-  /** Drop files on the page. */
-  const drop = (files) => page.evaluate((given) => {
-    const dataTransfer = new DataTransfer();
-    for (const [file, base64] of given) {
-      dataTransfer.items.add(new File([Uint8Array.from(atob(base64), (c) => c.charCodeAt(0))], file));
-    }
-    document.body.dispatchEvent(new DragEvent("drop", { dataTransfer, bubbles: true, cancelable: true }));
-  }, Object.entries(files).map(([file, bytes]) => [file, Buffer.from(bytes).toString("base64")]));
-  const text = (id) => page.$eval(`#${id}`, (element) => element.textContent);
-  const says = (id, part) => page.waitForFunction((id, part) => document.getElementById(id).textContent.includes(part), {}, id, part);
-  const enter = (id, value) => page.$eval(`#${id}`, (element, value) => {
-    element.value = value;
-    element.dispatchEvent(new Event("input", { bubbles: true }));
-  }, value);
-  /** Have exactly these outputs ticked. */
-  const tick = (...options) => page.$$eval("#outputs input", (boxes, options) => {
-    for (const box of boxes) if (box.checked !== options.includes(box.id.slice(4))) box.click();
-  }, options);
-  const settled = async () => {
-    await page.waitForFunction(() => !document.body.classList.contains("running"));
-    await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
-  };
-  /** The content of the zip that the page saves. */
-  async function zip() {
-    const old = readdirSync(downloads).length;
-    await page.$eval("#zip", (button) => button.click());
-    for (let k = 0; k < 100; ++k) {
-      const found = readdirSync(downloads);
-      if (found.length > old && found.every((file) => file.endsWith(".zip"))) break;
-      await new Promise((done) => setTimeout(done, 50));
-    }
-    const [file] = readdirSync(downloads).filter((file) => file.endsWith(".zip"));
-    const contents = unzipSync(readFileSync(`${downloads}/${file}`));
-    rmSync(`${downloads}/${file}`);
-    return Object.fromEntries(Object.keys(contents).sort().map((name) => [name, Buffer.from(contents[name])]));
-  }
+  /** @type {Awaited<ReturnType<typeof openPage>>} */
+  let on;
+  before(async () => { on = await openPage(name); });
+  after(() => on.close());
 
   test("globins: what is saved is what the program writes", async () => {
-    await drop(globins);
-    await says("said", "114 of 154 positions");
-    await enter("b3", "4");
-    await enter("b5", "H");
-    await tick("s", "p", "k", "d");
-    await settled();
+    await on.drop(globins);
+    await on.says("said", "114 of 154 positions");
+    await on.enter("b3", "4");
+    await on.enter("b5", "H");
+    await on.tick("s", "p", "k", "d");
+    await on.settled();
     const args = ["globins.fas", "-b3=4", "-b5=H", "-k=Y", "-d=Y"];
-    assert.equal(await text("command"), `trimora-run ${args.join(" ")}`);
-    await page.waitForFunction(() => location.hash === "#b3=4&b5=H");
-    assert.deepEqual(await zip(), native(globins, args));
+    assert.equal(await on.text("command"), `trimora-run ${args.join(" ")}`);
+    await on.page.waitForFunction(() => location.hash === "#b3=4&b5=H");
+    assert.deepEqual(await on.zip(), native(globins, args));
   });
 
-  test("the plot's shading stands where the blocks are", async () => {
-    const report = native(globins, ["globins.fas", "-b3=4", "-b5=H", "-s=N", "-p=S"])["globins.fas-tr.txts"].toString();
-    const blocks = Array.from(report.match(/^Flanks: .*/m)[0].matchAll(/\[(\d+) {2}(\d+)\]/g), ([, a, b]) => [Number(a), Number(b)]);
-    const found = await page.evaluate(() => {
-      const plot = document.querySelector("#plot canvas"), over = document.querySelector("#plot .u-over");
-      const from = plot.getBoundingClientRect(), area = over.getBoundingClientRect(), dot = plot.width / from.width;
-      const row = plot.getContext("2d").getImageData(0, Math.round((area.top - from.top + 5) * dot), plot.width, 1).data;
+  test("the plot's shading is where the blocks are", async () => {
+    const report = Buffer.from(native(globins, ["globins.fas", "-b3=4", "-b5=H", "-s=N", "-p=S"])["globins.fas-tr.txts"]).toString();
+    const flanks = report.match(/^Flanks: .*/m)?.[0] ?? "";
+    const blocks = Array.from(flanks.matchAll(/\[(\d+) {2}(\d+)\]/g), ([, a, b]) => [Number(a), Number(b)]);
+    const found = await on.page.$eval("canvas#scores", (plot) => {
+      const [left, width] = (plot.dataset.frame ?? "").split(" ").map(Number), dot = plot.width / plot.clientWidth;
+      const row = plot.getContext("2d")?.getImageData(0, Math.round(14 * dot), plot.width, 1).data ?? [];
       return Array.from({ length: 154 }, (_, k) => { // the middle of each position, above its bar
-        const at = 4 * Math.round((area.left - from.left + ((k + 0.5) / 154) * area.width) * dot);
+        const at = 4 * Math.round((left + ((k + 0.5) / 154) * width) * dot);
         return row[at + 2] > row[at] + 20 && row[at + 3] === 255 ? "#" : ".";
       }).join("");
     });
@@ -122,122 +46,229 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   });
 
   test("a value out of range says why, and the defaults come back", async () => {
-    await enter("b1", "40");
-    await settled();
-    assert.equal(await text("b1-wrong"), "At most 38 (that is b2).");
-    await page.$eval("#defaults", (button) => button.click());
-    await settled();
-    assert.equal(await text("b1-wrong"), "");
-    await says("said", "114 of 154 positions");
+    await on.enter("b1", "40");
+    await on.settled();
+    assert.equal(await on.text("b1-wrong"), "At most 38 (that is b2).");
+    await on.press("#defaults");
+    await on.settled();
+    assert.equal(await on.text("b1-wrong"), "");
+    await on.says("said", "114 of 154 positions");
   });
 
   test("marked letters can be copied, and the keyboard moves to the end", async () => {
-    await page.focus("#viewer");
-    for (const key of ["End", "ArrowDown"]) await page.keyboard.press(key);
-    await settled();
-    assert.match(await text("why"), /^Position 154: .*not selected$/);
-    await page.keyboard.down("Shift");
-    for (let k = 0; k < 2; ++k) await page.keyboard.press("ArrowLeft");
-    await page.keyboard.up("Shift");
-    await page.evaluate(() => {
-      navigator.clipboard.writeText = async (copied) => void (window.copied = copied);
-      document.getElementById("copy").click();
+    await on.page.focus("#viewer");
+    for (const key of /** @type {const} */ (["End", "ArrowDown"])) await on.page.keyboard.press(key);
+    await on.settled();
+    assert.match(await on.text("why"), /^Position 154: .*not selected$/);
+    await on.page.keyboard.down("Shift");
+    for (let k = 0; k < 2; ++k) await on.page.keyboard.press("ArrowLeft");
+    await on.page.keyboard.up("Shift");
+    await on.page.evaluate(() => {
+      navigator.clipboard.writeText = async (copied) => void Object.assign(window, { copied });
+      document.getElementById("copy")?.click();
     });
-    await says("copied", "Copied 1 sequence");
+    await on.says("copied", "Copied 1 sequence");
     const letters = globins["globins.fas"].toString().split(">")[2].split("\n").slice(1).join("");
-    assert.equal(await page.evaluate(() => window.copied), `>MYG_HORSE\n${letters.slice(-3)}\n`);
+    assert.equal(await on.page.evaluate("copied"), `>MYG_HORSE\n${letters.slice(-3)}\n`);
   });
 
   test("a batch with a paths file, compressed alignments and the concatenation", async () => {
-    const paths = { "list.txt": Buffer.from("data/primates_mt_2.fas\nprimates_mt_1.fas\n") };
-    await drop({ ...paths, "primates_mt_2.fas.gz": gzipSync(genes["primates_mt_2.fas"]), "primates_mt_1.fas": genes["primates_mt_1.fas"] });
-    await says("openh", "list.txt, 2 alignments");
-    await drop(genes);
-    await enter("t", "D");
-    await says("said", "881 of 898 in all 2 alignments");
-    await tick("s", "a");
-    await settled();
-    const files = { ...genes, "paths.txt": Buffer.from(Object.keys(genes).map((name) => `${name}\n`).join("")) };
-    const saved = await zip();
+    const paths = { "list.txt": bytes("data/primates_mt_2.fas\nprimates_mt_1.fas\n") };
+    await on.drop({ ...paths, "primates_mt_2.fas.gz": gzipSync(genes["primates_mt_2.fas"]), "primates_mt_1.fas": genes["primates_mt_1.fas"] });
+    await on.says("openh", "list.txt, 2 alignments");
+    await on.drop(genes);
+    await on.enter("t", "D");
+    await on.says("said", "881 of 898 in all 2 alignments");
+    await on.tick("s", "a");
+    await on.settled();
+    const files = { ...genes, "paths.txt": listOf(...Object.keys(genes)) };
+    const saved = await on.zip();
     assert.deepEqual(saved["paths.txt"], files["paths.txt"]);
     delete saved["paths.txt"];
     assert.deepEqual(saved, native(files, ["paths.txt", "-t=D", "-p=N", "-a=Y"]));
   });
 
   test("a batch goes on behind an alignment that fails", async () => {
-    await drop({ ...genes, "bad.fas": Buffer.from(">a\nACGT\n>b\nACG\n") });
-    await says("batchtable", "sequence 2 (b)");
-    await says("failure", "bad.fas");
-    await page.$$eval("#batchtable button", (buttons) => buttons[1].click());
-    await says("said", "447 of 450 positions");
-    await says("command", "--keep-going");
+    await on.drop({ ...genes, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
+    await on.says("batchTable", "sequence 2 (b)");
+    await on.says("failure", "bad.fas");
+    await on.press("[data-key='primates_mt_1.fas']");
+    await on.says("said", "447 of 450 positions");
+    await on.says("command", "--keep-going");
   });
 
-  test("b1 and b2 fit every alignment of a batch, and Windows line ends can be taken out", async () => {
-    const two = genes["primates_mt_2.fas"].toString().split(">").slice(0, 11).join(">"); // ten of the twelve species
-    const windows = { "primates_mt_1.fas": genes["primates_mt_1.fas"], "two.fas": Buffer.from(two.replaceAll("\n", "\r\n")) };
-    await drop(windows);
-    await says("notes", "two.fas: has Windows line ends");
-    await page.$eval("#unix", (button) => button.click());
-    await says("batchtable", "two.unix.fas");
-    await enter("b2", "11");
-    await tick("s");
-    await settled();
-    const command = await text("command");
+  test("in a batch of several sizes b1 and b2 are shares, and Windows line ends can be taken out", async () => {
+    const two = Buffer.from(genes["primates_mt_2.fas"]).toString().split(">").slice(0, 11).join(">"); // ten of the twelve species
+    const windows = { "primates_mt_1.fas": genes["primates_mt_1.fas"], "two.fas": bytes(two.replaceAll("\n", "\r\n")) };
+    await on.drop(windows);
+    await on.says("notes", "two.fas: has Windows line ends");
+    await on.press("#unix");
+    await on.says("batchTable", "two.unix.fas");
+    await on.enter("b2", "92");
+    await on.says("b2-effect", "In force here: 11 of 12 sequences");
+    await on.tick("s");
+    await on.settled();
+    const command = String(await on.text("command"));
     assert.match(command, /^tr -d .* < two\.fas > two\.unix\.fas\nprintf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
-    const files = { "primates_mt_1.fas": windows["primates_mt_1.fas"], "two.unix.fas": Buffer.from(two) };
-    const list = Buffer.from("primates_mt_1.fas\ntwo.unix.fas\n");
-    assert.deepEqual(await zip(), { "paths.txt": list, ...native({ ...files, "paths.txt": list }, command.split("trimora-run ")[1].split(" ")) });
-    await page.$eval("#defaults", (button) => button.click());
+    const files = { "primates_mt_1.fas": windows["primates_mt_1.fas"], "two.unix.fas": bytes(two), "paths.txt": listOf("primates_mt_1.fas", "two.unix.fas") };
+    assert.deepEqual(await on.zip(), { "paths.txt": files["paths.txt"], ...native(files, command.split("trimora-run ")[1].split(" ")) });
+    await on.press("#defaults");
+  });
+
+  test("the field of b1 never shows a number that is not in force", async () => {
+    const large = bytes(Array.from({ length: 1000 }, (_, k) => `>s${k}\nACDEFGHIKLMNPQRSTVWY\n`).join(""));
+    await on.drop({ "a.fas": large, "b.fas": large });
+    await on.says("said", "in all 2 alignments");
+    const shown = () => on.page.$eval("input#b1", (field) => [field.value, document.getElementById("command")?.textContent?.match(/-b1=(\S+)/)?.[1]]);
+    await on.enter("b1", "601");
+    await on.settled();
+    assert.deepEqual(await shown(), ["601", "601"]);
+    await on.press(".unit button:last-child");
+    await on.settled();
+    assert.deepEqual(await shown(), ["61", "61%"]);
+    await on.says("b1-effect", "In force here: 610 of 1000");
+    await on.press(".unit button");
+    await on.settled();
+    assert.deepEqual(await shown(), ["610", "610"]);
+    await on.press("#defaults");
+  });
+
+  test("names beyond ASCII: the zip holds what the program writes", async () => {
+    const files = { "Übung.fas": bytes(globins["globins.fas"].toString().replace("MYG_ESCGI", "Blåbær")) };
+    await on.drop(files);
+    await on.says("openh", "Übung.fas");
+    await on.says("said", "114 of 154 positions");
+    await on.tick("s", "p", "k");
+    await on.settled();
+    assert.deepEqual(await on.zip(), native(files, ["Übung.fas", "-t=P", "-k=Y"]));
+  });
+
+  test("files that are called like those of the page itself, and x.fas beside x.fas.gz", async () => {
+    const files = { "table": genes["primates_mt_1.fas"], "paths.txt": genes["primates_mt_2.fas"], "x.fas": genes["primates_mt_1.fas"] };
+    await on.drop({ ...files, "x.fas.gz": gzipSync(genes["primates_mt_2.fas"]) });
+    await on.enter("t", "D");
+    await on.says("said", "in all 4 alignments");
+    await on.says("notice", "x.fas.gz as x-2.fas");
+    await on.tick("s");
+    await on.settled();
+    const given = { ...files, "x-2.fas": genes["primates_mt_2.fas"], "paths-2.txt": listOf("paths.txt", "table", "x.fas", "x-2.fas") };
+    const saved = await on.zip();
+    assert.deepEqual(Buffer.from(saved["paths-2.txt"]).toString().split("\n").sort(), given["paths-2.txt"].toString().split("\n").sort());
+    delete saved["paths-2.txt"];
+    assert.deepEqual(saved, native(given, ["paths-2.txt", "-t=D", "-p=N"]));
+  });
+
+  test("the focus stays where a person works", async () => {
+    const focused = () => on.page.evaluate(() => document.activeElement?.getAttribute("data-key") ?? document.activeElement?.tagName);
+    await on.page.$eval("#opening", (details) => details.setAttribute("open", ""));
+    await on.page.focus("#examples button:last-child");
+    await on.page.keyboard.press("Enter");
+    await on.says("said", "in all 2 alignments");
+    assert.equal(await focused(), "SUMMARY");
+    await on.page.focus("[data-key='primates_mt_2.fas']");
+    await on.page.keyboard.press("Enter");
+    await on.says("said", "of primates_mt_2.fas");
+    await on.settled();
+    assert.equal(await focused(), "primates_mt_2.fas");
+  });
+
+  test("what only a person can decide is a button", async () => {
+    const rename = (/** @type {Uint8Array} */ gene, /** @type {string} */ end) => bytes(Buffer.from(gene).toString().replace(/^>(\S+).*/gm, `>$1|${end}`));
+    await on.drop({ "one.fas": rename(genes["primates_mt_1.fas"], "nad"), "two.fas": rename(genes["primates_mt_2.fas"], "cox") });
+    await on.press("#defaults");
+    await on.says("choices", "look like nucleotides");
+    await on.press("[data-key=t-D]");
+    await on.says("said", "881 of 898 in all");
+    await on.says("choices", "up to “|”");
+    await on.press("[data-key='match-|']");
+    await on.tick("a");
+    await on.settled();
+    assert.match(String(await on.text("command")), /trimora-run paths.txt -t=D -s=N -p=N -a=Y --match=name '--name-end=\|'$/);
+    const joined = Object.keys(await on.zip());
+    assert.equal(joined.length, 2, joined.join());
+    await on.press("[data-key=match-]");
+  });
+
+  test("a value that is not possible greys the old result and is in no command", async () => {
+    await on.drop(globins);
+    await on.press("#defaults");
+    await on.says("said", "114 of 154 positions");
+    await on.enter("b1", "99");
+    await on.settled();
+    assert.doesNotMatch(String(await on.text("command")), /trimora-run/);
+    assert.deepEqual(await on.page.$$eval("#copyCommand, #copyLink, #zip", (buttons) => buttons.map((button) => button.hasAttribute("disabled"))), [true, true, true]);
+    assert.equal(await on.page.$eval("#said", (said) => getComputedStyle(said).opacity < "0.5"), true);
+    await on.press("#undo");
+    await on.says("command", "trimora-run globins.fas");
+    await on.settled();
+  });
+
+  test("a screen reader hears the cell, and a touch chooses it", async () => {
+    await on.page.focus("#viewer");
+    for (const key of /** @type {const} */ (["Home", "ArrowDown"])) await on.page.keyboard.press(key);
+    assert.match(String(await on.text("spoken")), /^MYG_HORSE, G, position 1, column 1, conserved, not selected/);
+    const box = await (await on.page.$("#letters"))?.boundingBox();
+    await on.page.$eval("#letters", (canvas) => canvas.scrollIntoView({ block: "center" }));
+    const touch = (/** @type {string} */ type) => on.page.$eval("#letters", (canvas, type) => {
+      const { left, top } = canvas.getBoundingClientRect();
+      canvas.dispatchEvent(new PointerEvent(type, { pointerType: "touch", bubbles: true, clientX: left + 150 + 9 * 24 + 4, clientY: top + 20 + 16 * 6 + 8 }));
+    }, type);
+    for (const type of ["pointerdown", "pointermove", "pointerup"]) await touch(type);
+    assert(box);
+    assert.match(String(await on.text("spoken")), /^MYG_MUSAN, \w, position 25, .* selected, in block 1/);
+    await on.says("why", "Position 25");
   });
 
   test("what is no alignment is said in a sentence, and the page goes on", async () => {
-    await drop({ "notes.txt": Buffer.from("Dear diary\n") });
-    await says("failure", "notes.txt");
-    assert.doesNotMatch(await text("failure"), /\/here/);
-    await drop({ "cut.fas.gz": gzipSync(globins["globins.fas"]).subarray(0, 900) });
-    await says("notice", "damaged or incomplete");
-    await drop(globins);
-    await page.$eval("#defaults", (button) => button.click());
-    await says("said", "114 of 154 positions");
+    await on.drop({ "notes.txt": bytes("Dear diary\n") });
+    await on.says("failure", "notes.txt");
+    assert.doesNotMatch(await on.text("failure"), /\/here/);
+    await on.drop({ "cut.fas.gz": gzipSync(globins["globins.fas"]).subarray(0, 900) });
+    await on.says("notice", "damaged or incomplete");
+    await on.drop(globins);
+    await on.press("#defaults");
+    await on.says("said", "114 of 154 positions");
   });
 
   test("names that are markup do nothing, in the page and in the report", async () => {
     const markup = "<script>parent.hacked=1</script><img src=x onerror=parent.hacked=1>";
-    await drop({ "<img src=x onerror=hacked=1>.fas": Buffer.from(globins["globins.fas"].toString().replace("MYG_ESCGI", markup)) });
-    await says("openh", "<img");
-    await says("said", "114 of 154 positions");
-    await page.$eval("#openreport", (button) => button.click());
-    await page.waitForSelector("dialog[open]");
-    const frame = await (await page.$("#frame")).contentFrame();
-    await frame.waitForSelector("h2");
-    assert.equal(await page.evaluate(() => window.hacked), undefined);
-    assert.equal(await page.$$eval("main script, main img", (found) => found.length), 0);
-    await page.$eval("#closereport", (button) => button.click());
+    await on.drop({ "<img src=x onerror=hacked=1>.fas": bytes(globins["globins.fas"].toString().replace("MYG_ESCGI", markup)) });
+    await on.says("openh", "<img");
+    await on.says("said", "114 of 154 positions");
+    await on.press("#openReport");
+    await on.page.waitForSelector("dialog[open]");
+    const frame = await (await on.page.$("iframe#frame"))?.contentFrame();
+    await frame?.waitForSelector("h2");
+    assert.equal(await on.page.evaluate("window.hacked"), undefined);
+    assert.equal(await on.page.$$eval("main script, main img", (found) => found.length), 0);
+    await on.press("#closeReport");
   });
 
   test("every canvas stays within the window, whatever the alignment", async () => {
-    const row = (k) => `>sequence_${k}\n${"ACDEFGHIKL".repeat(3000)}\n`;
-    await drop({ "wide.fas": Buffer.from(Array.from({ length: 50 }, (_, k) => row(k)).join("")) });
-    await says("said", "30,000 of 30,000 positions");
-    await page.$eval("#viewer", (viewer) => viewer.scrollTo(1e9, 1e9));
-    await settled();
-    const sizes = await page.$$eval("canvas", (all) => all.map(({ clientWidth, clientHeight }) => [clientWidth, clientHeight]));
+    const row = (/** @type {number} */ k) => `>sequence_${k}\n${"ACDEFGHIKL".repeat(3000)}\n`;
+    await on.drop({ "wide.fas": bytes(Array.from({ length: 50 }, (_, k) => row(k)).join("")) });
+    await on.says("said", "30,000 of 30,000 positions");
+    await on.page.$eval("#viewer", (viewer) => viewer.scrollTo(1e9, 1e9));
+    await on.settled();
+    const sizes = await on.page.$$eval("canvas", (all) => all.map(({ clientWidth, clientHeight }) => [clientWidth, clientHeight]));
     for (const [width, height] of sizes) assert(width <= 1200 && height <= 900, `${width} x ${height}`);
     assert.equal(sizes.length, 3);
   });
 
   test("accessible, wide and narrow, dark and light", async () => {
-    await drop(genes);
-    await says("said", "in all 2 alignments");
-    await page.evaluate(axe.source);
-    for (const [width, scheme] of [[1200, "light"], [360, name === "chromium" ? "dark" : "light"]]) {
-      if (name === "chromium") await page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: scheme }]);
-      await page.setViewport({ width, height: 800 });
-      await settled();
-      const { violations } = await page.evaluate(() => window.axe.run());
+    await on.drop(genes);
+    await on.says("said", "in all 2 alignments");
+    await on.page.evaluate(axe.source);
+    /** @type {[number, string][]} */
+    const windows = [[1200, "light"], [360, name === "chromium" ? "dark" : "light"], [195, "light"]]; // the last: 390 at 200 %
+    for (const [width, scheme] of windows) {
+      if (name === "chromium") await on.page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: scheme }]);
+      await on.page.setViewport({ width, height: 800 });
+      await on.settled();
+      /** @type {import("axe-core").AxeResults} */
+      const { violations } = JSON.parse(String(await on.page.evaluate("axe.run().then(JSON.stringify)")));
       assert.deepEqual(violations.map(({ id, nodes }) => `${id}: ${nodes[0].html}`), []);
-      assert(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `${width}: scrolls sideways`);
+      assert(await on.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `${width}: scrolls sideways`);
     }
   });
 
@@ -245,51 +276,44 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     let reached = 0;
     const server = createServer((_, answer) => answer.end(String(++reached))).listen(0, "127.0.0.1");
     await new Promise((done) => server.once("listening", done));
-    const there = `http://127.0.0.1:${server.address().port}/`;
-    await page.evaluate(async (there) => {
+    const there = `http://127.0.0.1:${/** @type {import("node:net").AddressInfo} */ (server.address()).port}/`;
+    await on.page.evaluate(async (there) => {
       await fetch(there, { mode: "no-cors" }).catch(() => {});
       navigator.sendBeacon?.(there, "letters");
       await new Promise((done) => Object.assign(new Image(), { src: there, onload: done, onerror: done }));
     }, there);
     server.close();
     assert.equal(reached, 0);
-    assert.deepEqual(requests.filter((request) => !/^(file|blob|data):/.test(request) && request !== there), []);
-    assert.deepEqual(errors, []);
-    assert(readFileSync(TRIMORA_PAGE).length < 400000);
+    assert.deepEqual(on.requests.filter((request) => !/^(file|blob|data):/.test(request) && request !== there), []);
+    assert.deepEqual(on.errors, []);
+    assert(readFileSync(pageFile).length < 500000);
   });
 });
 
-test("of a large alignment the first sequences are shown, in the positions of the whole", async () => {
-  const { run } = await import(new URL("package/trimora.mjs", url).href);
-  const rows = ["AC--EF.GH", "AC--EFKGH", "A--CEF.GH", "A--CEFKGH"]; // column 3 has letters in no sequence, 4 and 7 in some
-  const formats = { fasta: (row, i) => `>s${i}\n${row.slice(0, 4)}\n${row.slice(4)}\n`, pir: (row, i) => `>P1;s${i}\nno name\n${row}*\n` };
-  const part = { column: Uint32Array.from([1, 2, 4, 5, 6, 7, 8, 9]), width: 9, numseq: 4 };
-  for (const [format, record] of Object.entries(formats)) {
-    const bytes = Buffer.from(rows.map(record).join("")), length = bytes.length / 4;
-    const read = async (part) => {
-      const { bytes: there, names, starts } = await letters(run, new Uint8Array(bytes), part);
-      return names.map((name, i) => `${name} ${Buffer.from(there.subarray(starts[i], starts[i] + 8))}`);
-    };
-    const whole = await read();
-    assert.equal(whole[0], "s0 AC-EF-GH", format);
-    for (const [limit, shown] of [[3, 1], [length - 1, 1], [3 * length, 3], [4 * length - 1, 3]]) {
-      assert.deepEqual(await read({ ...part, bytes: limit }), whole.slice(0, shown), `${format}, ${limit} bytes`);
-    }
-  }
+test("a folder that is dropped is opened, with what is in its folders", async (t) => {
+  const on = await openPage("chromium"), folder = folderOf({ "all/one.fas": genes["primates_mt_1.fas"], "all/more/two.fas": genes["primates_mt_2.fas"] });
+  t.after(async () => {
+    await on.close();
+    rmSync(folder, { recursive: true });
+  });
+  await on.dropPaths([`${folder}/all`]);
+  await on.says("batchTable", "all/more/two.fas");
+  await on.says("batchTable", "all/one.fas");
 });
 
-test("when memory ends, a sentence says so and the page goes on", async () => {
-  const { args } = browsers.chromium;
-  const browser = await puppeteer.launch({ ...browsers.chromium, args: [...args, "--js-flags=--wasm-max-mem-pages=300"] }); // 20 MB
-  const page = await browser.newPage();
-  await page.goto(url);
-  for (const [letters, id, said] of [[2e6, "failure", "memory"], [1e3, "said", "10,000 of 10,000"], [2e6, "failure", "memory"]]) {
-    await page.evaluate((letters) => {
-      const dataTransfer = new DataTransfer(), row = "ACDEFGHIKL".repeat(letters);
+test("when memory ends, a sentence says so, with a command that helps, and the page goes on", async (t) => {
+  const on = await openPage("chromium", ["--js-flags=--wasm-max-mem-pages=300"]); // 20 MB
+  t.after(on.close);
+  /** @type {[number, string, string][]} */
+  const steps = [[2e6, "failure", "This browser"], [1e3, "said", "10,000 of 10,000"], [2e6, "failure", "This browser"]];
+  for (const [repeats, id, said] of steps) {
+    await on.page.evaluate((repeats) => {
+      const dataTransfer = new DataTransfer(), row = "ACDEFGHIKL".repeat(repeats);
       dataTransfer.items.add(new File([`>a\n${row}\n>b\n${row}\n`], "wide.fas"));
       document.body.dispatchEvent(new DragEvent("drop", { dataTransfer, bubbles: true }));
-    }, letters);
-    await page.waitForFunction((id, said) => document.getElementById(id).textContent.includes(said), {}, id, said);
+    }, repeats);
+    await on.says(id, said);
   }
-  await browser.close();
+  assert.doesNotMatch(String(await on.text("failure")), /this machine/);
+  assert.equal(await on.page.$eval("#command", (command) => command.checkVisibility() && command.textContent), "trimora-run wide.fas");
 });

@@ -10,7 +10,8 @@ import { browsers } from "./browsers.mjs";
 
 const [native, engine, html, small, large] = process.argv.slice(2);
 const rounds = 11;
-const median = (times) => [...times].sort((a, b) => a - b)[times.length >> 1];
+const median = (/** @type {number[]} */ times) => [...times].sort((a, b) => a - b)[times.length >> 1];
+/** @param {string} work @param {number} time @param {number} against 0: none @param {number} goal */
 const line = (work, time, against, goal) => {
   const held = against ? time <= goal * against : time <= goal;
   const told = against ? `native ${against.toFixed(0).padStart(6)}  ${(time / against).toFixed(2).padStart(6)}  <= ${goal} native` : `<= ${goal} ms`;
@@ -19,6 +20,7 @@ const line = (work, time, against, goal) => {
 
 const { run } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
 const files = { "in.fas": new Uint8Array(readFileSync(large)) };
+/** @type {Record<"native" | "engine", number[]>} */
 const times = { native: [], engine: [] };
 const folder = mkdtempSync(`${tmpdir()}/trimora.`);
 copyFileSync(large, `${folder}/in.fas`);
@@ -35,15 +37,17 @@ rmSync(folder, { recursive: true });
 line("engine, 25 MB", median(times.engine), median(times.native), 3);
 
 const browser = await puppeteer.launch(browsers.chromium);
-for (const [work, file, goal] of [["page redrawn, globins", small, 100], ["page redrawn, 25 MB", large, 1000]]) {
+/** @type {[string, string, number][]} */
+const pages = [["page redrawn, globins", small, 100], ["page redrawn, 25 MB", large, 1000]];
+for (const [work, file, goal] of pages) {
   const page = await browser.newPage();
   await page.goto(pathToFileURL(html).href);
-  await (await page.$("#files")).uploadFile(file);
-  await page.waitForFunction(() => document.getElementById("letters").height > 300);
+  await (await page.$("input#files"))?.uploadFile(file);
+  await page.waitForFunction(() => (document.querySelector("canvas#letters")?.clientHeight ?? 0) > 300);
   line(work, median(await page.evaluate(async (rounds) => {
     const times = [], frame = () => new Promise((drawn) => requestAnimationFrame(drawn));
     for (let k = 0; k < rounds; ++k) {
-      const field = document.getElementById("b4"), start = performance.now();
+      const field = /** @type {HTMLInputElement} */ (document.getElementById("b4")), start = performance.now();
       field.value = String(11 + k);
       field.dispatchEvent(new Event("input", { bubbles: true }));
       do await frame(); while (!document.body.classList.contains("running"));

@@ -1,0 +1,108 @@
+// What only a person can decide about the data, as buttons: the type of sequence, shares instead of numbers, and how the
+// sequences of a batch are put together. What is offered follows from the data.
+
+import { background, Dropped } from "./engine.js";
+import { inForce, share } from "./parameters.js";
+import { rowText } from "./sight.js";
+import { element, isBatch, make, numseq, refill, shares, showWhen, state, update } from "./state.js";
+
+const sample = 20; // sequences that tell of which type they are
+const enough = 20; // letters: a protein of that length is not made of the letters of nucleotides alone
+const mostAlignments = 3000; // whose names are compared
+const enders = ["|", "_", "@", ".", "-", "/", ":"]; // after which no species' name goes on, perhaps
+
+/** @param {string} key @param {string} label @param {boolean} pressed @param {() => void} then */
+function choice(key, label, pressed, then) {
+  const button = make("button", { type: "button" }, label);
+  button.dataset.key = key;
+  button.setAttribute("aria-pressed", String(pressed));
+  button.addEventListener("click", then);
+  return button;
+}
+
+/** @param {string} question @param {HTMLElement[]} answers */
+function row(question, ...answers) {
+  const made = make("p", { className: "buttons" }, make("span", {}, question), ...answers);
+  made.setAttribute("role", "group");
+  made.setAttribute("aria-label", question);
+  return made;
+}
+
+/** Whether the letters are those of nucleotides. @param {import("./state.js").State} now */
+function nucleotides({ letters, columns }) {
+  if (!letters || !columns) return null;
+  const nupo = Math.min(columns.score.length, 2000);
+  const found = letters.names.slice(0, sample).map((_, k) => rowText(letters, k + 1, 1, nupo)).join("").replace(/[^A-Za-z]/g, "").toUpperCase();
+  return found.length < enough ? null : /^[ACGTUN]+$/.test(found);
+}
+
+/** @param {import("./state.js").State} now */
+function ofType(now) {
+  const found = nucleotides(now), { t } = now.values;
+  const set = (/** @type {string} */ value) => () => update({ values: { ...state.values, t: value } });
+  const protein = t === "P" || (!t && !now.letters?.nucleotides);
+  if (found === null || (found ? !protein && t !== "C" && !now.letters?.nucleotides && t !== "D" : protein)) return [];
+  const question = found ? "These letters look like nucleotides. Trim them as" : "These letters look like protein. Trim them as";
+  return [row(question, choice("t-D", "DNA", t === "D", set("D")), choice("t-C", "codons", t === "C", set("C")), choice("t-P", "protein", protein, set("P")))];
+}
+
+/** b1 and b2 as numbers, in a batch whose alignments differ in size. @param {import("./state.js").State} now */
+function ofSize(now) {
+  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences)), n = numseq(now);
+  const numbers = ["b1", "b2"].filter((name) => /^\d+$/.test(now.values[name] ?? ""));
+  if (sizes.size < 2 || n === 0 || (numbers.length === 0 && !shares(now))) return [];
+  const per = Object.fromEntries(["b1", "b2"].filter((name) => now.values[name]).map((name) => [name, share(inForce(now.values, name, n), n)]));
+  return numbers.length === 0 ? [] : [row("The alignments have different numbers of sequences.",
+    choice("shares", `Make ${numbers.join(" and ")} a share of them: ${Object.values(per).join(", ")}`, false, () => update({ values: { ...state.values, ...per } })))];
+}
+
+/** How many names are in more than one alignment, when each ends at `ender`; 0 where two of an alignment become the same. @param {string[][]} names @param {string} ender */
+function common(names, ender) {
+  /** @type {Map<string, number>} */
+  const seen = new Map();
+  for (const list of names) {
+    const keys = new Set(list.map((name) => (ender ? name.split(ender)[0] : name)));
+    if (keys.size < list.length) return 0;
+    for (const key of keys) seen.set(key, (seen.get(key) ?? 0) + 1);
+  }
+  return [...seen.values()].filter((n) => n > 1).length;
+}
+
+/** @param {import("./state.js").State} now */
+function ofMatching({ names, outputs }) {
+  if (!names || names.length < 2) return [];
+  const same = names.every((list) => list.length === names[0].length && list.every((name, k) => name === names[0][k]));
+  const set = (/** @type {string} */ match, /** @type {string} */ ender = "") => () => {
+    const { match: _, "name-end": __, ...others } = state.outputs;
+    update({ outputs: { ...others, ...(match ? { match } : {}), ...(ender ? { "name-end": ender } : {}) } });
+  };
+  const { match = "", "name-end": end = "" } = outputs, whole = common(names, "");
+  const first = names[0][0] ?? "";
+  const proposed = enders.filter((ender) => first.includes(ender) && common(names, ender) > whole);
+  if (end && !proposed.includes(end)) proposed.push(end);
+  return [row(same ? "All alignments have the same names. Put sequences together by" : "The alignments have different names, or another order. Put sequences together by",
+    choice("match-", "same names in the same order", !match, set("")),
+    choice("match-name", "name; a missing one becomes ?", match === "name" && !end, set("name")),
+    ...proposed.map((ender) => choice(`match-${ender}`, `name up to “${ender}”: ${first.split(ender)[0]}`, match === "name" && end === ender, set("name", ender))),
+    choice("match-order", "order, whatever the names", match === "order", set("order")))];
+}
+
+export function connect() {
+  const box = element("choices", HTMLElement);
+  showWhen((now) => [now.letters, now.columns, now.values, now.outputs, now.table, now.names], (now) => {
+    refill(box, ...ofType(now), ...ofSize(now), ...ofMatching(now));
+  });
+  showWhen((now) => [now.opened], async (now) => {
+    const { opened } = now;
+    if (!opened || !isBatch(now) || opened.alignments.length > mostAlignments) return;
+    const ask = async () => {
+      try {
+        const names = await background.ask({ job: "names", alignments: opened.alignments });
+        if (state.opened === opened) update({ names });
+      } catch (error) {
+        if (error instanceof Dropped && state.opened === opened) setTimeout(ask, 300);
+      }
+    };
+    ask();
+  });
+}
