@@ -21,7 +21,7 @@ void check_keys(const Table<std::string>& name, std::string_view ends) {
                 .sequence = second,
                 .name = std::string(key(name[first])),
                 .detail = ", sequences " + std::to_string(first) + " and " + std::to_string(second) +
-                          " (paralogs?), so that it is not certain which one belongs to the species: leave one out, or "
+                          " (paralogs?), and nothing tells which of them belongs to the species: leave one out, or "
                           "say with --name-end= where the name of the species ends"};
 }
 

@@ -18,7 +18,7 @@ struct Remark {
     layout,                // detail: how the format was understood where it has more than one way
     more_alignments,       // only the first of several alignments was read
     description_missing,   // number: PIR records without their description line; sequence: the first of them
-    dots_are_gaps,         // number: '.' in all rows, read as gaps
+    dots_are_gaps,         // number: '.' in all rows, read as gaps; sequence: the first that has one
     dots_resolved,         // number: dots (detail: the character) replaced by the letter of the first row
     hyphens_unknown,       // number: '-' that the file declares to be missing data; they are '?' now
     sets_of_letters,       // number: {AC} or (AC), each of them one ambiguous letter now
