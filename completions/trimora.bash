@@ -29,6 +29,15 @@ _trimora() {
     --columns
     --match='same|name|order'
     --name-end=
+    --name-begin=
+    --name-parts=
+    --join
+    --occupancy=FILE
+    --species=FILE
+    --min-filled=
+    --min-species=
+    --min-columns=
+    --min-genes=
     --partitions
     --model=
     --name=

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "batch/name_keys.h"
 #include "ground/table.h"
 
 namespace trimora::rooms {

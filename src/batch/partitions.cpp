@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "batch/ascii.h"
 #include "ground/path.h"
 #include "input/letters.h"
 
@@ -35,7 +36,7 @@ std::string PartitionNames::take(const std::string& path) {
   std::string stem = getpath(path).name_file;
   if (const std::size_t point = stem.rfind('.'); point != 0 && point != std::string::npos) stem.resize(point);
   std::string name;
-  for (const char c : stem) {
+  for (const char c : in_ascii(stem)) {
     if (name_character(c)) {
       name += c;
     } else if (!name.empty() && name.back() != '_') {
@@ -44,10 +45,14 @@ std::string PartitionNames::take(const std::string& path) {
   }
   if (name.empty() || !is_letter(name[0])) name.insert(0, "p_");
   name.resize(std::min(name.size(), longest));
-  for (int number = 1;; ++number) {
+  const auto lowered = [](std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), lower);
+    return text;
+  };
+  for (int& number = numbers_[lowered(name)];;) {  // where the last one of this name ended: each is tried once
+    ++number;
     std::string candidate = number == 1 ? name : name + '_' + std::to_string(number);
-    std::string small = candidate;
-    std::transform(small.begin(), small.end(), small.begin(), lower);
+    std::string small = lowered(candidate);
     // Words and sets that NEXUS has by itself.
     const bool reserved = small == "all" || small == "remainder" || small == "end" || small == "endblock";
     if (!reserved && taken_.insert(std::move(small)).second) return candidate;

@@ -1,9 +1,10 @@
 // Which columns of a concatenation come from which alignment, as tree programs read it.
 // Words     partition: the columns of one alignment, or those of its first, second or third codon positions
 #pragma once
-#include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "input/alignment.h"
@@ -22,7 +23,8 @@ class PartitionNames {
   std::string take(const std::string& path);
 
  private:
-  std::set<std::string> taken_;  // in small letters
+  std::unordered_set<std::string> taken_;         // in small letters
+  std::unordered_map<std::string, int> numbers_;  // the last one that was tried for a name
 };
 
 /// The partitions of one concatenation.

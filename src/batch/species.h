@@ -8,25 +8,30 @@
 #include <utility>
 #include <vector>
 
+#include "batch/name_keys.h"
 #include "ground/table.h"
 
 namespace trimora::rooms {
 
-/// Fail when the names of one alignment cannot be told apart by their keys: unfit_name when one has none, same_name when
-/// two sequences have the same.
-void check_keys(const Table<std::string>& name, std::string_view ends);
+/// The keys of names.
+Table<std::string> keys_of(const Table<std::string>& name, const KeyRule& rule);
+
+/// Fail when the sequences of one alignment cannot be told apart by their keys: unfit_name when one has none, same_name
+/// when two sequences have the same.
+void check_keys(const Table<std::string>& name, const Table<std::string>& keys);
 
 /// The species of a batch in the order in which they first appear.
 class Species {
  public:
-  /// `ends` are the characters that end a key; none: blanks do.
-  explicit Species(std::string ends) : ends_(std::move(ends)) {}
-
-  /// Take in the next alignment, whose sequences are called `name`.
+  /// Take in the next alignment, whose sequences have these keys.
   /// Needs    check_keys() to find nothing in them.
-  void add(const Table<std::string>& name);
+  void add(const Table<std::string>& keys);
 
   int size() const { return name_.size(); }
+  /// How many alignments were added.
+  std::size_t genes() const { return rows_.size(); }
+  /// How many of them have the species.
+  int genes_of(int species) const { return genes_of_[species]; }
   /// The keys, with a line end, as an alignment stores names.
   const Table<std::string>& name() const { return name_; }
   /// The row of a species in an alignment; 0 where it has none.
@@ -37,8 +42,8 @@ class Species {
   }
 
  private:
-  std::string ends_;
   Table<std::string> name_;
+  Table<int> genes_of_;
   std::unordered_map<std::string, int> number_;
   std::vector<std::vector<int>> rows_;  // of each alignment, by species; species that came later are not in it
 };

@@ -18,7 +18,8 @@ void look_for(const Alignment& ali, bool& has_t, bool& has_u) {
 
 }  // namespace
 
-void Supermatrix::add(const std::string& path, const Alignment& ali, const Selection& found, char seq_type) {
+void Supermatrix::add(const std::string& path, const Alignment& ali, const Table<std::string>& keys,
+                      const Selection& found, char seq_type) {
   if (!wanted() || !whole_) return;
   whole_ = false;
   const std::string name = partition_names_.take(path);
@@ -32,7 +33,7 @@ void Supermatrix::add(const std::string& path, const Alignment& ali, const Selec
   append(Joined::input, {{1, ali.nupo}});
   append(Joined::ungapped, found.ungapped.newlet);
   if (choice_.by_name) {
-    species_.add(ali.name);
+    species_.add(keys);
   } else {
     last_names_ = ali.name;
   }
@@ -41,17 +42,17 @@ void Supermatrix::add(const std::string& path, const Alignment& ali, const Selec
   whole_ = true;
 }
 
-Sheet Supermatrix::sheet(Joined joined) const {
+Sheet Supermatrix::sheet(Joined joined, const std::vector<int>& chosen, const Table<std::string>& name) const {
   const Concatenation& all = parts_[static_cast<std::size_t>(joined)];
-  const Sheet sheet = {choice_.by_name ? &species_.name() : &last_names_, all.columns(),
-                       [this, &all](int i, const Sheet::Put& put) {
-                         static const std::string missing(4096, '?');
+  const Sheet sheet = {&name, all.columns(), [this, &all, &chosen](int k, const Sheet::Put& put) {
+                         const std::string missing(4096, '?');
+                         const int i = chosen[static_cast<std::size_t>(k) - 1];
                          std::size_t alignment = 0;
                          for (const Concatenation::Part& part : all.parts()) {
-                           const int row = choice_.by_name ? species_.row(alignment, i) : i;
+                           const int at = row(alignment, i);
                            ++alignment;
-                           if (row > 0) {
-                             put(part.rows[row].from(1), part.width);
+                           if (at > 0) {
+                             put(part.rows[at].from(1), part.width);
                              continue;
                            }
                            const auto at_once = static_cast<int>(missing.size());

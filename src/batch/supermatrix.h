@@ -26,23 +26,31 @@ class Supermatrix {
   struct Choice {
     std::array<bool, 3> joined = {};  // which of the three
     bool by_name = false;             // match sequences by name, not by their order
-    std::string name_end = {};        // what ends the name of a species
   };
-  explicit Supermatrix(const Choice& choice) : choice_(choice), species_(choice.name_end) {}
+  explicit Supermatrix(const Choice& choice) : choice_(choice) {}
 
   bool wanted() const { return choice_.joined[0] || choice_.joined[1] || choice_.joined[2]; }
   bool wanted(Joined joined) const { return choice_.joined[static_cast<std::size_t>(joined)]; }
 
-  /// Append an alignment; `path` names its partition, `seq_type` is the type of its sequences.
+  /// Append an alignment; `path` names its partition, `keys` tell its species where sequences are matched by name,
+  /// `seq_type` is the type of its sequences.
   /// When memory runs out in the middle of one, nothing is appended after it.
-  void add(const std::string& path, const Alignment& ali, const Selection& found, char seq_type);
+  void add(const std::string& path, const Alignment& ali, const Table<std::string>& keys, const Selection& found,
+           char seq_type);
   /// Whether each alignment was taken in whole.
   bool whole() const { return whole_; }
   /// How many alignments were appended.
   int size() const { return size_; }
 
-  /// One of the three, ready to be written. It lives as long as this does.
-  Sheet sheet(Joined joined) const;
+  /// The species of all of them, where sequences are matched by name.
+  const Species& species() const { return species_; }
+  /// How its sequences are called, in the order in which they first appear; as stored, with line ends.
+  const Table<std::string>& name() const { return choice_.by_name ? species_.name() : last_names_; }
+  /// The row of the sequence `i` in an alignment; 0 where it has none.
+  int row(std::size_t alignment, int i) const { return choice_.by_name ? species_.row(alignment, i) : i; }
+
+  /// One of the three with the sequences of `chosen`, called `name`, ready to be written. It lives as long as they do.
+  Sheet sheet(Joined joined, const std::vector<int>& chosen, const Table<std::string>& name) const;
   const Partitions& partitions(Joined joined) const { return partitions_[static_cast<std::size_t>(joined)]; }
   long long columns(Joined joined) const { return parts_[static_cast<std::size_t>(joined)].columns(); }
 

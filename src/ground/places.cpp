@@ -4,6 +4,10 @@
 #include <filesystem>
 #include <system_error>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include "ground/path.h"
 #include "ground/system_path.h"
 
@@ -21,6 +25,18 @@ std::string link_target(const std::string& path) {
     target = next.is_absolute() ? next : target.parent_path() / next;
   }
   return plain_path(target);
+}
+
+std::string file_number(const std::string& path) {
+#ifdef _WIN32
+  static_cast<void>(path);
+#else
+  struct stat file{};
+  if (::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && file.st_nlink > 1) {
+    return std::to_string(file.st_dev) + ' ' + std::to_string(file.st_ino);
+  }
+#endif
+  return {};
 }
 
 std::string Places::of(const std::string& path) {

@@ -8,6 +8,10 @@ namespace trimora::rooms {
 /// The path that `path` leads to in the end: links are followed, whether or not a file is at their end.
 std::string link_target(const std::string& path);
 
+/// What tells a file from every other one of this machine, under whatever names: empty when it has one name only, or when
+/// the system does not say.
+std::string file_number(const std::string& path);
+
 /// Looks places up. Most files of a batch share their folder, which is looked up once.
 class Places {
  public:

@@ -245,12 +245,12 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
   }
   if ((seen_ & has_dot) != 0) {
     if (dots_match_first) resolve_dots(reading);
-    const auto first = static_cast<std::size_t>(std::find(reading.letters.begin(), reading.letters.end(), '.') -
-                                                reading.letters.begin());
+    const auto first = std::find(reading.letters.begin(), reading.letters.end(), '.') - reading.letters.begin();
     const long long dots = into_gaps(reading.letters, '.');
     if (dots > 0 && !inserted && !dots_are_usual) {
-      const int sequence = static_cast<int>(first / static_cast<std::size_t>(reading.nupo)) + 1;
-      reading.remarks.push_back({.what = Remark::What::dots_are_gaps, .sequence = sequence, .number = dots});
+      reading.remarks.push_back({.what = Remark::What::dots_are_gaps,
+                                 .sequence = static_cast<int>(first / reading.nupo) + 1,
+                                 .number = dots});
     }
   }
   if ((seen_ & has_tilde) != 0) into_gaps(reading.letters, '~');

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 
 #include "input/letter_vectors.h"
 
@@ -72,6 +73,8 @@ KindByLetters kind_by_letters(const Reading& reading) {
 }
 
 void read_u_as_t(Reading& reading) {
+  const auto has = [&](char c) { return std::memchr(reading.letters.data(), c, reading.letters.size()) != nullptr; };
+  if (reading.letters.empty() || !(has('U') || has('u'))) return;  // as most
   const LetterCounts counts = counts_of(reading.letters.data(), reading.letters.size());
   const long long number = counts[LetterCounts::u];
   if (number == 0 || counts[LetterCounts::t] == 0) return;

@@ -25,13 +25,13 @@ struct PhylipHeader {
 
 std::optional<PhylipHeader> phylip_header(std::string_view line) {
   line = without_indent(line);
-  if (line.empty() || !isdigit(line.front())) return std::nullopt;  // as most lines
+  if (line.empty() || !is_digit(line.front())) return std::nullopt;  // as most lines
   const auto numseq = number_in(take_word(line));
   const auto nupo = number_in(take_word(line));
   if (!numseq || !nupo) return std::nullopt;
   PhylipHeader header{*numseq, *nupo, {}};
   for (const char c : line) {
-    if (!is_letter(c) && !isblank(c)) return std::nullopt;
+    if (!is_letter(c) && !is_blank(c)) return std::nullopt;
     if (is_letter(c)) header.options += capital(c);
   }
   return header;
@@ -285,7 +285,7 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
     return true;
   }
   const bool marked =
-      marks > 0 && marks <= header.nupo && all_are(line, [](char c) { return isdigit(c) || isblank(c); });
+      marks > 0 && marks <= header.nupo && all_are(line, [](char c) { return is_digit(c) || is_blank(c); });
   if (marked) marks += static_cast<int>(letters_in(line));
   return marked;
 }

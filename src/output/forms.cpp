@@ -144,6 +144,19 @@ Table<std::string> fitting(Form form, const Table<std::string>& name, Part part,
   return fit;
 }
 
+/// Number the names that were there before.
+void number(Table<std::string>& name) {
+  std::unordered_map<std::string, int> last;  // number of each
+  for (int i = 1; i <= name.size(); ++i) last.try_emplace(name[i], 0);
+  for (int i = 1; i <= name.size(); ++i) {
+    int& k = last[name[i]];
+    if (++k == 1) continue;
+    std::string numbered;
+    for (; numbered.empty() || !last.try_emplace(numbered, 1).second; ++k) numbered = name[i] + '_' + std::to_string(k);
+    name[i] = numbered;
+  }
+}
+
 std::string_view first_word(std::string_view name) {
   return name.substr(0, name.find_first_of(" \t"));
 }
@@ -194,7 +207,7 @@ Sheet mapped(const Sheet& sheet, const LetterMap& letters) {
           }};
 }
 
-FormNames names_for(Form form, const Table<std::string>& name) {
+FormNames names_for(Form form, const Table<std::string>& name, Unique unique) {
   FormNames names;
   std::string twice;
   if (form == Form::trimora) {
@@ -209,6 +222,10 @@ FormNames names_for(Form form, const Table<std::string>& name) {
     if (!twice.empty())
       names.name = fitting(
           form, name, [](std::string_view whole) { return whole; }, twice);
+    if (!twice.empty() && unique == Unique::made) {
+      number(names.name);
+      twice.clear();
+    }
     if (!twice.empty()) {
       throw Failure{.kind = Failure::Kind::same_name,
                     .name = twice,

@@ -46,10 +46,13 @@ struct FormNames {
   int changed = 0;          // that differ from what they were
 };
 
+/// What becomes of two names that a form makes one.
+enum class Unique { needed, made };
+
 /// The names for a file in `form`. In PHYLIP and NEXUS a name is its first word or, where that would make two names one,
 /// the whole with '_' for blanks, in the whole file. Characters that the form cannot hold become '_'.
-/// Fails    same_name when two are still one
-FormNames names_for(Form form, const Table<std::string>& name);
+/// Fails    same_name when two are still one, unless they are to be made unique by a number at their ends
+FormNames names_for(Form form, const Table<std::string>& name, Unique unique = Unique::needed);
 
 /// Write `sheet`. `run` tells the format of the input, for Form::trimora, and the type of its sequences.
 /// Needs    names that the form can hold.

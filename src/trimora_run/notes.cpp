@@ -56,8 +56,17 @@ std::uint8_t classify(const char* text, int width, char unknown, std::uint8_t* k
 }
 
 /// The letter for an unknown residue, as a small one.
+char unknown_of(char seq_type) {
+  return seq_type == 'P' ? 'x' : 'n';
+}
 char unknown_of(const OutputState& run) {
-  return run.seq_type == 'P' ? 'x' : 'n';
+  return unknown_of(run.seq_type);
+}
+
+/// Whether there is nothing but gaps and unknown letters.
+bool empty(const char* text, std::ptrdiff_t count, char unknown) {
+  return std::all_of(text, text + count,
+                     [&](char c) { return c == '-' || c == '?' || c == '!' || c == '*' || lower(c) == unknown; });
 }
 
 /// What else than known letters and gaps an alignment holds.
@@ -302,24 +311,22 @@ std::vector<std::string> notes_on_selection(const Alignment& ali, const Selectio
   const char unknown = unknown_of(run);
   for (int i = 1; i <= ali.numseq; ++i) {
     const Row row = ali.let[i];
-    const bool empty = std::all_of(found.blocks.newpos.begin(), found.blocks.newpos.end(), [&](const Stretch& block) {
-      const char* first = row.from(block.first);
-      return std::all_of(first, first + block.length(),
-                         [&](char c) { return c == '-' || c == '?' || c == '!' || c == '*' || lower(c) == unknown; });
-    });
-    if (empty) book.note(words_of_run::empty_row, {std::to_string(i), name_at(ali, i)});
+    const bool nothing = std::all_of(
+        found.blocks.newpos.begin(), found.blocks.newpos.end(),
+        [&](const Stretch& block) { return empty(row.from(block.first), block.length(), unknown); });
+    if (nothing) book.note(words_of_run::empty_row, {std::to_string(i), name_at(ali, i)});
   }
   return notes;
 }
 
-std::vector<std::string> notes_on_species(const Sheet& concatenation) {
+std::vector<std::string> notes_on_species(const Sheet& concatenation, char seq_type) {
   std::vector<std::string> notes;
+  const char unknown = unknown_of(seq_type);
   for (int i = 1; i <= concatenation.name->size(); ++i) {
-    bool empty = true;
-    concatenation.row(i, [&](const char* text, std::ptrdiff_t count) {
-      empty = empty && std::all_of(text, text + count, [](char c) { return c == '-' || c == '?'; });
-    });
-    if (!empty) continue;
+    bool nothing = true;
+    concatenation.row(
+        i, [&](const char* text, std::ptrdiff_t count) { nothing = nothing && empty(text, count, unknown); });
+    if (!nothing) continue;
     notes.push_back(filled(words_of_run::empty_species, {std::to_string(i), plain_name((*concatenation.name)[i])}));
   }
   return notes;

@@ -21,7 +21,7 @@ std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vec
 /// Why nothing was selected, or which sequences have nothing left.
 std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found, const OutputState& run);
 
-/// Which sequences of a concatenation have no letter.
-std::vector<std::string> notes_on_species(const Sheet& concatenation);
+/// Which sequences of a concatenation are nothing but gaps and unknown letters.
+std::vector<std::string> notes_on_species(const Sheet& concatenation, char seq_type);
 
 }  // namespace trimora::rooms

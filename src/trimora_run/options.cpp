@@ -75,6 +75,44 @@ std::string_view name(std::string_view value, Settings& settings) {
   return has_separator(value) ? "without a folder: that is --into=" : "";
 }
 
+std::string_view min_filled(std::string_view value, Settings& settings) {
+  if (!value.ends_with('%')) return "a whole number of per cent, as 50%";
+  const auto number = whole_number(value.substr(0, value.size() - 1));
+  if (!number || *number < 1 || *number > 100) return "a whole number from 1% to 100%";
+  settings.min_filled = *number;
+  return "";
+}
+
+/// A number from 1, or a whole per cent.
+template <auto member>
+std::string_view least(std::string_view value, Settings& settings) {
+  const bool per_cent = value.ends_with('%');
+  if (per_cent) value.remove_suffix(1);
+  const auto number = whole_number(value);
+  if (!number || *number < 1 || (per_cent && *number > 100)) return "a whole number from 1, or from 1% to 100%";
+  settings.*member = trimora::Sequences{*number, per_cent};
+  return "";
+}
+
+/// The fields of a name that tell its species: a number, a range, or a word.
+std::string_view name_parts(std::string_view value, Settings& settings) {
+  using Style = KeyRule::Style;
+  constexpr std::pair<std::string_view, Style> words[] = {
+      {"OS", Style::organism}, {"brackets", Style::brackets}, {"letters", Style::letters}};
+  for (const auto& [word, style] : words) {
+    if (value == word) {
+      settings.name_parts = {.style = style};
+      return "";
+    }
+  }
+  const std::size_t dash = value.find('-');
+  const auto first = whole_number(value.substr(0, dash));
+  const auto last = dash == value.npos ? first : whole_number(value.substr(dash + 1));
+  if (!first || !last || *first < 1 || *last < *first) return "fields, as 2 or 1-2, or OS, brackets or letters";
+  settings.name_parts = {.style = Style::fields, .first = *first, .last = *last};
+  return "";
+}
+
 template <Asked asked>
 std::string_view ask(std::string_view, Settings& settings) {
   settings.asked = asked;
@@ -152,6 +190,28 @@ constexpr Option options[] = {
   {batch,      "--name-end",   "CHARACTERS",                     "",            &S::name_end,
    "with --match=name: the name of a species ends before the first of these characters, not at the first blank", {},
    "`--name-end='|'` takes `Homo_sapiens|gene1` as `Homo_sapiens`."},
+  {batch,      "--name-begin", "CHARACTERS",                     "",            &S::name_begin,
+   "the name of a species begins after the first of these characters", {},
+   "`--name-begin=_` takes `uce-7_homo_sapiens` as `homo_sapiens`."},
+  {batch,      "--name-parts", "FIELDS",                         "",            name_parts,
+   "the name of a species is these fields between _, | and blanks: one, as 2, or several, as 1-2", {},
+   "`--name-parts=1-2` takes `Homo_sapiens_XP_000.1` as `Homo_sapiens`. `OS` takes what follows `OS=`, `brackets` what is in the last `[ ]`, `letters` the letters before the first digit, as in the identifiers of Ensembl."},
+  {batch,      "--join",       "",                               "",            &S::join,
+   "put alignments together that were trimmed before: nothing is selected, dropped or written for each", {},
+   "It writes the concatenation of the alignments as they are, as -c=y does; with one column or none they are taken, too."},
+  {batch,      "--occupancy",  "FILE",                           "",            &S::occupancy,
+   "with a concatenation, write the letters of each species in each alignment", {},
+   "See [the file](files.md#occupancy)."},
+  {batch,      "--species",    "FILE",                           "",            &S::species,
+   "keep only the species listed in FILE, in its order; a second column renames them"},
+  {batch,      "--min-filled", "SHARE",                          "",            min_filled,
+   "before selection, leave out sequences with fewer letters than this share of the median of their alignment, as 50%"},
+  {batch,      "--min-species", "SHARE",                         "",            least<&S::min_species>,
+   "leave out alignments with fewer species, as 75% of those of all alignments or as a number"},
+  {batch,      "--min-columns", "NUMBER",                        "",            &S::min_columns,
+   "leave out alignments with fewer selected columns", {1, 2'000'000'000}},
+  {batch,      "--min-genes",  "SHARE",                          "",            least<&S::min_genes>,
+   "leave species out of the concatenations that are in fewer of the alignments, as 25% or as a number"},
   {batch,      "--partitions", "",                               "",            &S::partitions,
    "with each concatenation, write which columns are of which alignment, for RAxML (.partitions), IQ-TREE and MrBayes (.nex)", {},
    "See [partitions](files.md#partitions)."},
@@ -398,6 +458,9 @@ void check_filter(const CommandLine& line) {
       {"--columns", true},
       {"--partitions", true},
       {"--table", true},
+      {"--join", true},
+      {"--min-species", true},
+      {"--min-columns", true},
   };
   for (const auto& [option, writes] : writing) {
     if (line.has(option) && writes) {
@@ -429,12 +492,25 @@ void check(const CommandLine& line) {
     refuse("--into=" + s.into + ": ~ is not understood there: --into=\"$HOME\"" + s.into.substr(1));
   }
   if (!s.concatenates()) {
-    for (const char* option : {"--partitions", "--name"}) {
+    for (const char* option : {"--partitions", "--name", "--occupancy", "--min-genes"}) {
       if (line.has(option)) refuse(std::string(option) + " goes with a concatenation: -a=y, -c=y or -w=y");
     }
   }
   if (!s.model.empty() && !s.partitions) refuse("--model goes with --partitions");
-  if (!s.name_end.empty() && s.match != Match::name) refuse("--name-end goes with --match=name");
+  for (const char* option : {"--name-begin", "--name-end", "--name-parts"}) {
+    const bool tells = s.match == Match::name || !s.species.empty() || (s.min_species && s.min_species->percent);
+    if (line.has(option) && !tells) refuse(std::string(option) + " goes with --match=name");
+    if (line.has(option) && line.has("--name-parts") && option != std::string_view("--name-parts")) {
+      refuse("--name-parts goes with neither --name-begin nor --name-end");
+    }
+  }
+  if (s.min_genes && s.match != Match::name) refuse("--min-genes goes with --match=name");
+  if (s.join) {
+    for (const char* option : {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns"}) {
+      const bool on = line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
+      if (on) refuse(line.given.at(option) + " does not go with --join, which selects nothing");
+    }
+  }
   if (s.suffix == "--" && s.ungapped && s.blocks) refuse("-e=-- and -u=y give two files one name");
   if (s.suffix == "--" && s.all_blocks && s.all_ungapped) refuse("-e=--, -a=y and -w=y give two files one name");
   if (s.filter()) check_filter(line);
@@ -527,7 +603,12 @@ Settings parse_command_line(int argc, char* argv[]) {
       k = take_option(argc, argv, k, line);
     }
   }
+  if (line.settings.join) line.settings.all_input = true;
   check(line);
+  if (line.settings.join) {
+    line.settings.blocks = false;
+    line.settings.report = Report::none;
+  }
   if (line.settings.filter()) {
     line.settings.report = Report::none;
   }

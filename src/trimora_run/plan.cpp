@@ -14,6 +14,7 @@
 #include "input/read.h"
 #include "input/words.h"
 #include "output/columns.h"
+#include "output/file_names.h"
 #include "output/results.h"
 #include "trimora_run/words.h"
 
@@ -188,6 +189,9 @@ std::vector<std::string> joined_results(const Plan& plan, const Settings& settin
     for (std::string& form : in_forms(path, settings)) all.push_back(std::move(form));
     if (settings.partitions) all.insert(all.end(), {raxml_file(path), nexus_file(path)});
   }
+  if (!settings.occupancy.empty()) all.push_back(settings.occupancy);
+  if (writes_kept(settings) && plan.batch && settings.concatenates()) all.push_back(kept_path(plan));
+  if (settings.filters()) all.push_back(left_out_path(plan));
   return all;
 }
 
@@ -215,7 +219,8 @@ void leave_out_results(Plan& plan, const Settings& settings) {
   }
   for (const std::string& result : joined_results(plan, settings)) written.emplace(places.of(result), true);
   const auto own = [&](const Job& job) {
-    return ends_like_result(getpath(job.stem).name_file, settings) || written.contains(places.of(job.path));
+    const bool like_result = !settings.join && ends_like_result(getpath(job.stem).name_file, settings);
+    return like_result || written.contains(places.of(job.path));
   };
   const std::size_t left_out = std::erase_if(plan.jobs, own);
   if (left_out > 0) plan.decided.push_back(count(left_out, "result") + " of an earlier run left out");
@@ -230,8 +235,17 @@ void leave_out_results(Plan& plan, const Settings& settings) {
 void check_results(const Plan& plan, const Settings& settings, const std::optional<std::string>& list) {
   Places places;
   std::unordered_map<std::string, const std::string*> inputs;
-  for (const Job& job : plan.jobs) inputs.try_emplace(places.of(job.path), &job.path);
+  std::unordered_map<std::string, const std::string*> numbers;  // of files with several names
+  for (const Job& job : plan.jobs) {
+    const auto [input, fresh] = inputs.try_emplace(places.of(job.path), &job.path);
+    if (!fresh) refuse(settings.files.front(), words_of_run::listed_twice, {*input->second, job.path});
+    const std::string number = plan.batch && settings.concatenates() ? file_number(job.path) : "";
+    if (number.empty()) continue;
+    const auto [other, alone] = numbers.try_emplace(number, &job.path);
+    if (!alone) refuse(settings.files.front(), words_of_run::listed_twice, {*other->second, job.path});
+  }
   if (list) inputs.try_emplace(places.of(*list), &*list);
+  if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
 
   const std::string& file = settings.files.front();
   if (!settings.into.empty()) {
@@ -289,6 +303,22 @@ OutputState output_state(const Settings& settings, const std::string& stem) {
   return run;
 }
 
+std::string left_out_path(const Plan& plan) {
+  return plan.joined_stem + ".left_out.tsv";
+}
+
+std::string kept_path(const Plan& plan) {
+  return plan.joined_stem + ".kept.txt";
+}
+
+bool writes_kept(const Settings& settings) {
+  return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
+}
+
+std::string blocks_path(const OutputState& run, const Settings& settings) {
+  return seqfile(run) + std::string(ending(settings.forms.front()));
+}
+
 std::string joined_path(const Plan& plan, const Settings& settings, Joined joined) {
   switch (joined) {
     case Joined::blocks: return plan.joined_stem + settings.suffix + ".seq";
@@ -302,7 +332,6 @@ Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
   if (plan.batch) choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped};
   choice.by_name = settings.match == Match::name;
-  choice.name_end = settings.name_end;
   return choice;
 }
 

@@ -33,6 +33,14 @@ OutputState output_state(const Settings& settings, const std::string& stem);
 /// The path of a concatenation, without the ending of its form.
 std::string joined_path(const Plan& plan, const Settings& settings, Joined joined);
 
+/// The tables of what was left out, and of the alignments that stay, for methods that take gene trees.
+std::string left_out_path(const Plan& plan);
+std::string kept_path(const Plan& plan);
+bool writes_kept(const Settings& settings);
+
+/// The selected blocks of an alignment in the first form.
+std::string blocks_path(const OutputState& run, const Settings& settings);
+
 /// The concatenations that are asked for.
 Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings);
 

@@ -1,8 +1,10 @@
 // What a run of trimora-run is asked for: made once from the command line, read as const by everything else.
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "batch/name_keys.h"
 #include "trimora/trimora.h"  // Parameters
 
 namespace trimora::rooms {
@@ -51,7 +53,18 @@ struct Settings : Parameters {
   bool all_input = false;     // -c: concatenate the alignments as they were read
   bool all_ungapped = false;  // -w: concatenate the columns without a gap
   Match match = Match::same;  // --match
-  std::string name_end;       // --name-end: characters that end the name of a species; none: blanks
+  std::string name_begin;     // --name-begin: characters after which the name of a species begins
+  std::string name_end;       // --name-end: characters that end it; none: blanks
+  KeyRule name_parts;         // --name-parts: the fields that it is
+  // What is left out.
+  std::string species;                    // --species: the file of those that stay; none: all
+  std::optional<int> min_filled;          // --min-filled: per cent of an alignment's median of letters
+  std::optional<Sequences> min_species;   // --min-species: of an alignment
+  int min_columns = 0;                    // --min-columns: selected
+  std::optional<Sequences> min_genes;     // --min-genes: alignments of a species
+  bool join = false;                      // --join: put together only; nothing is selected
+  std::string occupancy;                  // --occupancy: letters of each species in each alignment; none: not written
+
   bool partitions = false;    // --partitions: which columns of a concatenation are of which alignment
   std::string model;          // --model: in the partitions; none: by the type of sequence
   std::string name;           // --name: of the concatenations; none: by the input
@@ -64,6 +77,14 @@ struct Settings : Parameters {
 
   /// Whether the alignment is the standard input, and its blocks go to the standard output.
   bool filter() const { return files.size() == 1 && files.front() == "-"; }
+  /// How names tell their species.
+  KeyRule keys() const {
+    if (name_parts.style != KeyRule::Style::word) return name_parts;
+    return {.begin = name_begin, .end = name_end};
+  }
+  bool filters() const {
+    return !species.empty() || min_filled || min_species || min_columns > 0 || min_genes;
+  }
   bool concatenates() const { return all_blocks || all_input || all_ungapped; }
 };
 

@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include "batch/identity.h"
 #include "batch/names.h"
 #include "input/kind.h"
 #include "input/read.h"
@@ -33,7 +34,7 @@ char decide_type(const Reading& reading, const KindByLetters& by_letters, const 
     decided.push_back(std::string(name_of(seq_type_of(*by_letters.kind))) + ", by its letters");
     return seq_type_of(*by_letters.kind);
   }
-  if (!before.path.empty()) {
+  if (before.type_known) {
     decided.push_back(std::string(name_of(before.first.seq_type)) + ", as the first alignment");
     return before.first.seq_type;
   }
@@ -54,7 +55,7 @@ char decide_type(const Reading& reading, const KindByLetters& by_letters, const 
 }
 
 /// The alignment that is in a reading, which it takes over.
-Alignment alignment_of(Reading reading) {
+Alignment alignment_of(Reading reading, bool as_it_is) {
   Alignment ali;
   ali.numseq = reading.numseq();
   ali.nupo = reading.nupo;
@@ -64,7 +65,13 @@ Alignment alignment_of(Reading reading) {
   });
   ali.inserts = std::move(reading.inserts);
   allocating("let", [&] { ali.let = Rows(std::move(reading.letters), ali.nupo); });
-  return without_gap_columns(std::move(ali));
+  return as_it_is ? ali : without_gap_columns(std::move(ali));
+}
+
+/// Whether the second words of two names do not tell two species apart.
+bool same_epithet(std::string_view a, std::string_view b) {
+  const std::string_view first = second_word(a), second = second_word(b);
+  return first.empty() || second.empty() || first == second;
 }
 
 /// Why an alignment cannot be concatenated by order with the first one of its batch; empty when it can.
@@ -81,8 +88,13 @@ std::string why_not_joined(const Alignment& ali, const Settings& settings, const
   if (settings.match == Match::order) return "";
   int i = 1;
   while (i <= ali.numseq && key_of(ali.name[i]) == key_of(names[i])) ++i;
-  if (i > ali.numseq) return "";
-  if (same_keys(ali.name, names)) return filled(words_of_run::other_order, {first, outcome});
+  const bool keys_agree = i > ali.numseq;
+  if (keys_agree) {
+    i = 1;
+    while (i <= ali.numseq && same_epithet(ali.name[i], names[i])) ++i;
+    if (i > ali.numseq) return "";
+  }
+  if (!keys_agree && same_keys(ali.name, names)) return filled(words_of_run::other_order, {first, outcome});
   return filled(words_of_run::other_names,
                 {std::to_string(i), plain_name(ali.name[i]), plain_name(names[i]), first, outcome});
 }
@@ -95,6 +107,8 @@ void write_results(const Settings& settings, Outcome& outcome) {
     write_whole(path, write);
     outcome.written.push_back(path);
   };
+  // What goes into a concatenation by name is called by its key there: its own file is no reason to stop.
+  const Unique unique = settings.match == Match::name && settings.concatenates() ? Unique::made : Unique::needed;
   const std::string names_path = run.fichero1 + ".names.tsv";
   for (const Result& result : results()) {
     if (!result.wanted(run)) continue;
@@ -105,72 +119,144 @@ void write_results(const Settings& settings, Outcome& outcome) {
     const std::vector<Stretch> positions = result.positions(outcome.ali, outcome.found);
     Sheet sheet = sheet_of(outcome.ali, positions);
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters);
-    write_forms(result.path(run), sheet, settings.forms, run, names_path, outcome.decided, outcome.written);
+    write_forms(result.path(run), sheet, settings.forms, run, names_path, outcome.decided, outcome.written, unique);
   }
   if (settings.columns) {
     whole(columns_file(run), [&](OutputFile& out) { write_columns(out, outcome.ali, outcome.found, run); });
   }
 }
 
-void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Settings& settings, const Before& before) {
-  TableRow& row = outcome.row;
+/// Whether the alignments are put together.
+bool joins(const Plan& plan, const Settings& settings) {
+  return plan.batch && settings.concatenates();
+}
+
+/// Read the sequences that stay, with their type.
+Reading read_chosen(Outcome& outcome, const Job& job, const Settings& settings, const Filters& filters,
+                    const Before& before, KindByLetters& by_letters) {
   Reading reading = job.path == "-" ? Input::standard_input().read() : read(job.path);
   if (reading.format != "FASTA" && reading.format != "NBRF/PIR") {
     outcome.decided.push_back("read as " + std::string(reading.format));
   }
-  const KindByLetters by_letters = kind_by_letters(reading);
-  const char seq_type = decide_type(reading, by_letters, settings, before, outcome.decided);
+  by_letters = kind_by_letters(reading);
+  outcome.type_known = !settings.join || settings.kind || reading.kind || by_letters.kind;
+  const char seq_type = outcome.type_known || before.type_known
+                            ? decide_type(reading, by_letters, settings, before, outcome.decided)
+                            : 'D';
   if (seq_type != 'P') read_u_as_t(reading);
+  if (const int turned = strip_turned(reading.names); turned > 0) {
+    outcome.decided.push_back("_R_, with which mafft marks sequences that it has turned, taken from " +
+                              std::to_string(turned) + (turned == 1 ? " name" : " names"));
+  }
   for (const Remark& remark : reading.remarks) outcome.decided.push_back(words(remark));
-  const std::vector<Remark> remarks = reading.remarks;
-  const bool is_pir = reading.format == "NBRF/PIR";
-  row.sequences = reading.numseq();
-  row.columns = reading.nupo;
-  outcome.ali = alignment_of(std::move(reading));
+  outcome.run = output_state(settings, job.stem);
+  outcome.run.fileformat = reading.format == "NBRF/PIR" ? pir : fasta;
+  outcome.run.seq_type = seq_type;
+  outcome.row.sequences = reading.numseq();
+  outcome.row.columns = reading.nupo;
+  if (settings.filters() || settings.match == Match::name) outcome.chosen = filters.choose(reading, seq_type);
+  outcome.row.species = reading.numseq();
+  return reading;
+}
+
+/// Why an alignment of so many sequences is left out.
+std::optional<LeftOut> why_left_out(int sequences, const Settings& settings, const Filters& filters) {
+  const auto whole = [](std::string_view option, std::string reason) {
+    return LeftOut{option, "alignment", "", std::move(reason)};
+  };
+  if (sequences < (settings.join ? 1 : 2) && (!settings.species.empty() || settings.min_filled)) {
+    return whole(settings.min_filled ? "--min-filled" : "--species",
+                 std::to_string(sequences) + (sequences == 1 ? " sequence is left" : " sequences are left"));
+  }
+  if (std::string few = filters.few_species(sequences); !few.empty()) return whole("--min-species", few);
+  return {};
+}
+
+/// Count what is there before and after selection.
+void count_all(Outcome& outcome, const Settings& settings, bool joined) {
+  TableRow& row = outcome.row;
   const Alignment& ali = outcome.ali;
+  const char seq_type = outcome.run.seq_type;
+  const std::vector<Stretch>& blocks = outcome.found.blocks.newpos;
+  const Table<RowCounts> before = count(ali, {{1, ali.nupo}}, seq_type);
+  const Table<RowCounts> after = count(ali, blocks, seq_type);
+  row.before = sum(before);
+  row.after = sum(after);
+  if (!settings.table.empty()) {
+    const Variation found = variation(ali, blocks, seq_type);
+    row.variable = found.variable;
+    row.informative = found.informative;
+  }
+  if (!joined) return;
+  outcome.counts = settings.all_blocks  ? after
+                   : settings.all_input ? before
+                                        : count(ali, outcome.found.ungapped.newlet, seq_type);
+}
+
+void write_to_output(const Outcome& outcome, const Settings& settings) {
+  Sheet sheet = sheet_of(outcome.ali, outcome.found.blocks.newpos);
+  if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, outcome.run.seq_type));
+  const Form form = settings.forms.front();
+  const FormNames names = names_for(form, outcome.ali.name);
+  sheet.name = &names.name;
+  OutputFile out(stdout);
+  write_form(out, sheet, form, outcome.run);
+  if (const int error = out.close(); error != 0) {
+    throw Failure{.kind = Failure::Kind::not_writable, .file = "standard output", .error = error};
+  }
+}
+
+void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Settings& settings, const Filters& filters,
+               const Before& before) {
+  TableRow& row = outcome.row;
+  const bool joined = joins(plan, settings);
+  KindByLetters by_letters;
+  Reading reading = read_chosen(outcome, job, settings, filters, before, by_letters);
+  outcome.left_out = why_left_out(reading.numseq(), settings, filters);
+  if (outcome.left_out) return;
+
+  const std::vector<Remark> remarks = reading.remarks;
+  outcome.ali = alignment_of(std::move(reading), settings.join);
+  const Alignment& ali = outcome.ali;
+  OutputState& run = outcome.run;
   row.positions = ali.nupo;
-  if (const int gaps = total_length(ali.dropped) - total_length(ali.inserts); gaps > 0) {
+  if (const int gaps = total_length(ali.dropped) - total_length(ali.inserts); gaps > 0 && !settings.join) {
     outcome.decided.push_back(std::to_string(gaps) + (gaps == 1 ? " column" : " columns") +
                               " dropped as gaps in every sequence");
   }
-
-  OutputState& run = outcome.run;
-  run = output_state(settings, job.stem);
-  run.fileformat = is_pir ? pir : fasta;
-  run.seq_type = seq_type;
   run.numseq = ali.numseq;
+  if (joined && before.type_known && outcome.type_known && before.first.seq_type != run.seq_type) {
+    throw Failure{
+        .kind = Failure::Kind::contrary_type,
+        .detail = filled(words_of_run::other_type, {name_of(run.seq_type), name_of(before.first.seq_type)})};
+  }
+  if (joined && settings.match == Match::name) check_keys(outcome.chosen.names, outcome.chosen.keys);
+  if (joined) outcome.why_not_joined = why_not_joined(ali, settings, before);
+
+  if (settings.join) {
+    outcome.found.blocks.newpos = {{1, ali.nupo}};
+    outcome.found.blocks.nupo3 = ali.nupo;
+    count_all(outcome, settings, joined);
+    return;
+  }
   set_parameters(settings, run);
   row.b1 = run.negval;
   row.b2 = run.flankval;
-
-  const bool joined = plan.batch && settings.concatenates();
-  if (joined && !before.path.empty() && before.first.seq_type != seq_type) {
-    throw Failure{.kind = Failure::Kind::contrary_type,
-                  .detail = filled(words_of_run::other_type, {name_of(seq_type), name_of(before.first.seq_type)})};
-  }
-  if (joined && settings.match == Match::name) check_keys(ali.name, settings.name_end);
-  if (joined) outcome.why_not_joined = why_not_joined(ali, settings, before);
-
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
   const bool needs_ungapped = settings.ungapped || !settings.table.empty() || (joined && settings.all_ungapped);
   outcome.found = find_blocks(ali, run, needs_ungapped);
-  for (std::string& note : notes_on_selection(ali, outcome.found, run)) outcome.notes.push_back(std::move(note));
   row.selected = outcome.found.blocks.nupo3;
   row.percent = outcome.found.blocks.nupo3per;
   row.blocks = static_cast<int>(outcome.found.blocks.newpos.size());
   if (needs_ungapped) row.ungapped = outcome.found.ungapped.nupoung;
-
+  if (joined || !settings.table.empty()) count_all(outcome, settings, joined);
+  if (const std::string few = filters.few_columns(row.selected); !few.empty()) {
+    outcome.left_out = LeftOut{"--min-columns", "alignment", "", few};
+    return;
+  }
+  for (std::string& note : notes_on_selection(ali, outcome.found, run)) outcome.notes.push_back(std::move(note));
   if (settings.filter()) {
-    Sheet sheet = sheet_of(ali, outcome.found.blocks.newpos);
-    if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, seq_type));
-    const Form form = settings.forms.front();
-    const FormNames names = names_for(form, ali.name);
-    sheet.name = &names.name;
-    OutputFile out(stdout);
-    write_form(out, sheet, form, run);
-    if (const int error = out.close(); error != 0) {
-      throw Failure{.kind = Failure::Kind::not_writable, .file = "standard output", .error = error};
-    }
+    write_to_output(outcome, settings);
   } else {
     write_results(settings, outcome);
   }
@@ -191,11 +277,12 @@ LetterMap letters_written(const Settings& settings, char seq_type) {
 }
 
 void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms, const InputState& run,
-                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written) {
+                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written,
+                 Unique unique) {
   std::string changes;  // lines of the table of names
   int changed = 0;
   for (const Form form : forms) {
-    const FormNames names = names_for(form, *sheet.name);
+    const FormNames names = names_for(form, *sheet.name, unique);
     Sheet named = sheet;
     named.name = &names.name;
     const std::string whole = path + std::string(ending(form));
@@ -216,12 +303,12 @@ void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms
                     " changed to fit the form, listed in " + names_path);
 }
 
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Before& before) {
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Before& before) {
   Outcome outcome;
   outcome.row.alignment = job.path;
   try {
-    trim_into(outcome, job, plan, settings, before);
-    outcome.row.status = TableRow::Status::ok;
+    trim_into(outcome, job, plan, settings, filters, before);
+    outcome.row.status = outcome.left_out ? TableRow::Status::left_out : TableRow::Status::ok;
   } catch (const Failure& failure) {
     outcome.failure = failure;
   } catch (const std::bad_alloc&) {

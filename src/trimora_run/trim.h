@@ -4,12 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "batch/counts.h"
+#include "batch/results_table.h"
 #include "ground/failure.h"
 #include "ground/table.h"
 #include "input/alignment.h"
 #include "output/output_state.h"
-#include "output/results_table.h"
 #include "selection/selection.h"
+#include "trimora_run/filters.h"
 #include "trimora_run/plan.h"
 #include "trimora_run/settings.h"
 
@@ -19,6 +21,7 @@ namespace trimora::rooms {
 struct Before {
   std::string path;         // of the first one; empty: none was trimmed
   InputState first;         // its format and type of sequence
+  bool type_known = false;  // the type of sequence: one that holds no letter tells none
   Table<std::string> name;  // its names
 };
 
@@ -31,19 +34,25 @@ struct Outcome {
   std::string why_not_joined;        // it was trimmed, and does not go together with the first one
   std::vector<std::string> written;  // its files
 
+  Chosen chosen;                  // the sequences that stay
+  std::optional<LeftOut> left_out;  // the alignment as a whole
+  Table<RowCounts> counts;        // of the positions that are put together
+  bool type_known = true;
+
   OutputState run;  // the parameters in force
   Alignment ali;
   Selection found;
 };
 
 /// Read, select and write `job`, alone or as one of a batch.
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Before& before);
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Before& before);
 
 /// What is written for each letter, as --unknown says.
 LetterMap letters_written(const Settings& settings, char seq_type);
 
 /// Write `sheet` to `path` in each form of `settings`; names that change are listed in `names_path`, and told in `decided`.
 void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms, const InputState& run,
-                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written);
+                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written,
+                 Unique unique = Unique::needed);
 
 }  // namespace trimora::rooms

@@ -46,7 +46,7 @@ inline constexpr W nothing_by_flanks = "nothing was selected, and tree programs 
 inline constexpr W nothing_by_length = "nothing was selected, and tree programs stop at an empty alignment: no block is as long as {parameter} asks for: try a lower -{parameter}";
 inline constexpr W nothing_by_frame = "nothing was selected, and tree programs stop at an empty alignment: no block holds a whole codon: does the first column begin a codon?";
 inline constexpr W empty_row = "sequence {number} ({name}) has nothing but gaps and unknown letters in the selected positions, and tree programs stop at it: leave it out";
-inline constexpr W empty_species = "sequence {number} ({name}) has nothing but gaps and ? in the concatenation, and tree programs stop at it: leave it out";
+inline constexpr W empty_species = "sequence {number} ({name}) has nothing but gaps and unknown letters in the concatenation, and tree programs stop at it: leave it out";
 
 // Alignments that do not go together.
 inline constexpr W other_order = "has the sequences of {first} in another order, which would mix up the species: {outcome}: --match=name puts them together by name, --match=order by their order all the same";
@@ -54,8 +54,21 @@ inline constexpr W other_names = "sequence {number} is {name}, but {other} in {f
 inline constexpr W other_count = "has {number} sequences, {first} has {other}: {outcome}: --match=name puts them together by name, with ? where a species is missing{shares}";
 inline constexpr W other_type = "is {type}, the first alignment is {other}: -t= says what all of them are";
 
+// Who is who in a batch.
+inline constexpr W never_meet = "nothing was concatenated: the {species} species are in one of the {genes} alignments each, so that no name occurs in two of them. Name the sequences by species, or use --match=order where their order is the same";
+inline constexpr W never_meet_proposed = "nothing was concatenated: the {species} species are in one of the {genes} alignments each. Where does the name of a species end? {proposals}";
+inline constexpr W few_meet = "only {number} of the {species} species are in two alignments or more. In one only: {names}. Do the names differ between the alignments?{proposals}";
+inline constexpr W single_names = "{number} {are} in one alignment only, nearly all others in several: {names}. Misspelt?";
+inline constexpr W same_but_signs = "these names differ only in capitals or signs, and count as different species: {names}";
+inline constexpr W misspelt = "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: {names}. Misspelt?";
+inline constexpr W merged = "{why}, so that names which seem to be different species count as one: {names}";
+inline constexpr W listed_in_vain = "{number} in no alignment: {names}";
+inline constexpr W nobody_left = "nothing was concatenated: --min-genes leaves no species";
+inline constexpr W small_genes = "{number} with fewer than four species, which tell no tree program anything: {names}";
+
 // The files of a run.
 inline constexpr W overwrites = "the result {result} would replace the input {input}: choose another suffix (-e=), or another folder (--into=)";
+inline constexpr W listed_twice = "{first} and {second} are the same file: list each alignment once";
 inline constexpr W written_twice = "the result {result} would be written twice, and the first one lost: name each alignment once, or choose another suffix (-e=)";
 inline constexpr W same_base_name = "{first} and {second} would have results of the same name in {folder}: rename one, or trim them into two folders";
 inline constexpr W no_folder = "the folder {folder} could not be made: {reason}";

@@ -26,6 +26,7 @@ function drawn(name, points, nupo) {
   const now = inForce(state.values, name, numseq(state)), counts = points.map(([, kept]) => kept);
   const svg = document.createElementNS("http://www.w3.org/2000/svg", "svg");
   svg.setAttribute("viewBox", `0 0 200 ${height}`);
+  svg.setAttribute("preserveAspectRatio", "none");
   svg.setAttribute("role", "img");
   svg.setAttribute("aria-label", `Positions kept: ${points[0][1]} at ${least}, ${points[points.length - 1][1]} at ${largest}`);
   const part = (/** @type {string} */ tag, /** @type {Record<string, string | number>} */ attributes) => {

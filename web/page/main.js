@@ -130,5 +130,8 @@ for (const part of [history, form, opening, choices, summary, plot, map, viewer,
 showWhen((now) => [now.opened, now.values, now.shown], select);
 showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"]], selectBatch);
 showWhen((now) => [now.running], ({ running }) => document.body.classList.toggle("running", running));
-showWhen((now) => [invalid(now)], (now) => document.body.classList.toggle("invalid", invalid(now)));
+showWhen((now) => [invalid(now)], (now) => {
+  document.body.classList.toggle("invalid", invalid(now));
+  for (const old of document.querySelectorAll(".drawn, #said, #batch, #compare")) old.toggleAttribute("inert", invalid(now));
+});
 update({});

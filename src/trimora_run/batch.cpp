@@ -1,0 +1,190 @@
+#include "trimora_run/batch.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "output/forms.h"
+#include "trimora_run/notes.h"
+#include "trimora_run/notes_on_batch.h"
+#include "trimora_run/words.h"
+
+namespace trimora::rooms {
+
+namespace {
+
+std::string number_of(long long number, const char* noun) {
+  return std::to_string(number) + ' ' + noun + (number == 1 || std::string_view(noun) == "species" ? "" : "s");
+}
+
+/// "97.2 %", cut after the first digit.
+std::string share(long long part, long long whole) {
+  if (whole == 0) return "0 %";
+  const long long tenths = part * 1000 / whole;
+  return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " %";
+}
+
+/// "Homo_sapiens (12.3 %), ...": the three with the smallest share of letters.
+std::string emptiest(std::vector<Filled> all) {
+  constexpr std::size_t shown = 3;
+  const auto emptier = [](const Filled& a, const Filled& b) { return a.letters * b.cells < b.letters * a.cells; };
+  std::stable_sort(all.begin(), all.end(), emptier);
+  std::string text;
+  for (std::size_t k = 0; k < std::min(shown, all.size()); ++k) {
+    text += (k > 0 ? ", " : "") + all[k].name + " (" + share(all[k].letters, all[k].cells) + ")";
+  }
+  return text;
+}
+
+}  // namespace
+
+Batch::Batch(const Settings& settings, const Plan& plan, const Filters& filters)
+    : settings_(settings),
+      plan_(plan),
+      filters_(filters),
+      all_(joined_choice(plan, settings)),
+      identity_(settings.keys()) {
+  if (!settings.filters() || settings.filter()) return;
+  left_out_.emplace(left_out_path(plan));
+  write_left_out_header(left_out_->out());
+}
+
+void Batch::left_out(const std::string& path, const LeftOut& each) {
+  ++(each.what == "sequence" ? sequences_out_ : each.what == "alignment" ? alignments_out_ : species_out_);
+  if (left_out_) write_left_out(left_out_->out(), path, each);
+}
+
+void Batch::leave_out(const Outcome& outcome) {
+  for (const LeftOut& each : outcome.chosen.left_out) left_out(outcome.row.alignment, each);
+  if (outcome.left_out) left_out(outcome.row.alignment, *outcome.left_out);
+  listed_.insert(outcome.chosen.listed.begin(), outcome.chosen.listed.end());
+}
+
+void Batch::add(const Outcome& outcome) {
+  const std::string& path = outcome.row.alignment;
+  const Alignment& ali = outcome.ali;
+  if (!all_.wanted()) return;
+  all_.add(path, ali, outcome.chosen.keys, outcome.found, outcome.run.seq_type);
+  const int width = settings_.all_blocks  ? outcome.found.blocks.nupo3
+                    : settings_.all_input ? ali.nupo
+                                          : outcome.found.ungapped.nupoung;
+  occupancy_.add(path, width, outcome.counts);
+  if (settings_.match == Match::name) identity_.add(path, outcome.chosen.names);
+  if (ali.numseq < 4) small_.push_back(path);
+  const bool written = settings_.blocks && !settings_.join;
+  kept_.push_back(written ? blocks_path(outcome.run, settings_) : path);
+}
+
+void Batch::complete(TableRow& row) const {
+  if (!row.before) return;
+  const bool by_name = settings_.match == Match::name && all_.wanted();
+  const long long missing = by_name && row.status == TableRow::Status::ok ? all_.name().size() - row.species : 0;
+  row.before->absent = missing * row.positions;
+  row.after->absent = missing * (settings_.join ? row.positions : row.selected);
+}
+
+void Batch::note_identity(Voice& voice) const {
+  if (settings_.match == Match::name) {
+    for (const std::string& note : notes_on_identity(all_.species(), identity_, settings_)) {
+      voice.note(plan_.joined_stem, note);
+    }
+  }
+  if (!small_.empty()) {
+    voice.note(plan_.joined_stem, filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"),
+                                                                     listed_names(small_)}));
+  }
+}
+
+void Batch::write_joined(const InputState& run, Voice& voice) {
+  if (!all_.wanted() || all_.size() == 0) return;
+  const bool by_name = settings_.match == Match::name;
+  if (by_name) {
+    const std::string apart = names_never_meet(all_.species(), identity_);
+    if (!apart.empty()) return voice.error(plan_.joined_stem, apart);
+  }
+  note_identity(voice);
+
+  std::vector<LeftOut> species_out;
+  if (by_name) {
+    chosen_ = filters_.species_kept(all_.species(), all_.size(), species_out);
+  } else {
+    for (int i = 1; i <= all_.name().size(); ++i) chosen_.push_back(i);
+  }
+  for (const LeftOut& each : species_out) left_out("", each);
+  for (const int s : chosen_) name_.append(all_.name()[s]);
+  if (chosen_.empty()) return voice.error(plan_.joined_stem, words_of_run::nobody_left);
+  for (const Joined joined : {Joined::blocks, Joined::input, Joined::ungapped}) {
+    if (all_.wanted(joined)) write_one(joined, run, voice);
+  }
+  write_files_of_batch(voice);
+  say_summary(voice);
+}
+
+void Batch::write_one(Joined joined, const InputState& run, Voice& voice) const {
+  const char seq_type = run.seq_type;
+  const bool codons = seq_type == 'C';
+  const std::string path = joined_path(plan_, settings_, joined);
+  Sheet sheet = all_.sheet(joined, chosen_, name_);
+  if (settings_.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings_, seq_type));
+  std::vector<std::string> written;
+  std::vector<std::string> decided = {number_of(all_.size(), "alignment") + ", " +
+                                      number_of(name_.size(), "sequence") + ", " +
+                                      std::to_string(sheet.width) + " positions put together"};
+  write_forms(path, sheet, settings_.forms, run, path + ".names.tsv", decided, written);
+  if (sheet.width > 0) {
+    for (const std::string& note : notes_on_species(sheet, seq_type)) voice.note(path, note);
+  }
+  if (settings_.partitions) {
+    const std::string model = !settings_.model.empty() ? settings_.model : seq_type == 'P' ? "LG" : "DNA";
+    const Partitions& parts = all_.partitions(joined);
+    write_whole(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, codons); });
+    write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, codons); });
+    written.insert(written.end(), {raxml_file(path), nexus_file(path)});
+  }
+  voice.account(joined_by(decided, "; ") + ": " + joined_by(written, ", "));
+}
+
+void Batch::write_files_of_batch(Voice& voice) const {
+  const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
+  std::vector<std::string> written;
+  if (!settings_.occupancy.empty()) {
+    write_whole(settings_.occupancy,
+                [&](OutputFile& out) { write_occupancy(out, occupancy_, row, chosen_, all_.name()); });
+    written.push_back(settings_.occupancy);
+  }
+  if (writes_kept(settings_)) {
+    write_whole(kept_path(plan_), [&](OutputFile& out) {
+      for (const std::string& path : kept_) out.put(path + '\n');
+    });
+    written.push_back(kept_path(plan_));
+  }
+  if (!written.empty()) voice.account("  also written: " + joined_by(written, ", "));
+}
+
+void Batch::say_summary(Voice& voice) const {
+  const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
+  const Summary all = summary(occupancy_, row, chosen_, all_.name());
+  const Counts& c = all.counts;
+  const long long cells = c.cells();
+  const long long columns = chosen_.empty() ? 0 : cells / std::ssize(chosen_);
+  voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " + number_of(std::ssize(chosen_), "species") +
+                ", " + number_of(columns, "column") + ": " + share(c.letters, cells) + " letters, " +
+                share(c.unknown, cells) + " unknown, " + share(c.gaps, cells) + " gaps (" + share(c.end_gaps, cells) +
+                " at the ends), " + share(c.absent, cells) + " absent; " + share(all.present, all.pairs) +
+                " of the alignments have a species");
+  voice.account("  fewest letters, species: " + emptiest(all.species));
+  voice.account("  fewest letters, alignments: " + emptiest(all.genes));
+}
+
+void Batch::finish(Voice& voice) {
+  const std::vector<std::string> in_vain = filters_.listed_in_vain(listed_);
+  if (!in_vain.empty()) {
+    voice.note(settings_.species, filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"),
+                                                                        listed_names(in_vain)}));
+  }
+  if (!left_out_) return;
+  left_out_->commit();
+  voice.account("left out: " + number_of(sequences_out_, "sequence") + ", " + number_of(alignments_out_, "alignment") +
+                ", " + number_of(species_out_, "species") + ", listed in " + left_out_path(plan_));
+}
+
+}  // namespace trimora::rooms
