@@ -17,7 +17,7 @@ std::string number_of(long long number, const char* noun) {
 }
 
 /// "97.2 %", cut after the first digit.
-std::string share(long long part, long long whole) {
+std::string percent_of(long long part, long long whole) {
   if (whole == 0) return "0 %";
   const long long tenths = part * 1000 / whole;
   return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " %";
@@ -30,7 +30,7 @@ std::string emptiest(std::vector<Filled> all) {
   std::stable_sort(all.begin(), all.end(), emptier);
   std::string text;
   for (std::size_t k = 0; k < std::min(shown, all.size()); ++k) {
-    text += (k > 0 ? ", " : "") + all[k].name + " (" + share(all[k].letters, all[k].cells) + ")";
+    text += (k > 0 ? ", " : "") + all[k].name + " (" + percent_of(all[k].letters, all[k].cells) + ")";
   }
   return text;
 }
@@ -167,9 +167,9 @@ void Batch::say_summary(Voice& voice) const {
   const long long cells = c.cells();
   const long long columns = chosen_.empty() ? 0 : cells / std::ssize(chosen_);
   voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " + number_of(std::ssize(chosen_), "species") +
-                ", " + number_of(columns, "column") + ": " + share(c.letters, cells) + " letters, " +
-                share(c.unknown, cells) + " unknown, " + share(c.gaps, cells) + " gaps (" + share(c.end_gaps, cells) +
-                " at the ends), " + share(c.absent, cells) + " absent; " + share(all.present, all.pairs) +
+                ", " + number_of(columns, "column") + ": " + percent_of(c.letters, cells) + " letters, " +
+                percent_of(c.unknown, cells) + " unknown, " + percent_of(c.gaps, cells) + " gaps (" + percent_of(c.end_gaps, cells) +
+                " at the ends), " + percent_of(c.absent, cells) + " absent; " + percent_of(all.present, all.pairs) +
                 " of the alignments have a species");
   voice.account("  fewest letters, species: " + emptiest(all.species));
   voice.account("  fewest letters, alignments: " + emptiest(all.genes));

@@ -117,7 +117,7 @@ void add_folder(const std::string& folder, Named& named) {
     const std::string path = in_folder(folder, name);
     bool alignment = false;
     try {
-      const Format* format = Input(path).format();
+      const InputFormat* format = Input(path).format();
       alignment = format != nullptr && format->read != nullptr;
     } catch (const Failure&) {
     }
