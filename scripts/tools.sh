@@ -46,7 +46,7 @@ present() {
     qemu-user-static) command -v qemu-aarch64-static >/dev/null ;;
     libclang-rt-*-dev) [ -e "$(clang -print-resource-dir)/include/fuzzer" ] ;;
     llvm) command -v llvm-cov >/dev/null ;;
-    *) command -v "$1" >/dev/null ;;
+    *) command -v "$1" >/dev/null || dpkg-query -W -f '${Status}' "$1" 2>/dev/null | grep -q 'ok installed' ;;
   esac
 }
 
