@@ -29,7 +29,7 @@ def plainly(folder=None):
         yield
     except (Refused, OSError, ValueError) as reason:
         fault = reason.__context__  # of a setting, when the schema does not allow it
-        sentence = ": ".join([*getattr(fault, "path", []), getattr(fault, "message", str(reason))])
+        sentence = ": ".join(["settings", *fault.path, fault.message]) if hasattr(fault, "path") else str(reason)
         sentence = f"{reason.filename}: {reason.strerror}" if isinstance(reason, OSError) else sentence
         atexit.register(os.write, 2, os.fsencode(f"{sentence}\n"))
         if folder:

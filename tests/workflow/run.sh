@@ -10,7 +10,7 @@ export PROGRAM=$2
 command -v snakemake >/dev/null || { echo "Skipped: snakemake is not installed"; exit 77; }
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-export XDG_CACHE_HOME=$scratch/cache QUEUE=$scratch/queue HAPPENS=
+export XDG_CACHE_HOME=$scratch/cache QUEUE=$scratch/queue HAPPENS= CI=true # with which the engine looks every second
 mkdir "$scratch/a clone" "$scratch/the {work}" "$QUEUE"
 cp -R "$project/workflow" "$project/config" "$scratch/a clone"
 cp -R "$project/tests/workflow/slurm" "$scratch/bin"
@@ -19,14 +19,15 @@ sed -i 's/^retries: .*/retries: 0/; s/^latency-wait: .*/latency-wait: 5/; /^show
 export PATH=$scratch/bin:$PATH
 cd "$scratch/the {work}"
 
-engine() { # engine PROFILE LIST OPTIONS [TARGET OR SETTING...]
-  local targets=() settings=() word
+engine() ( # engine PROFILE LIST OPTIONS [TARGET OR SETTING...]
+  targets=() settings=()
   for word in "${@:4}"; do
     if [[ $word == *=* ]]; then settings+=("$word"); else targets+=("$word"); fi
   done
-  snakemake ${targets[@]+"${targets[@]}"} --snakefile "$scratch/a clone/workflow/Snakefile" --profile "$1" --cores 2 \
+  echo "$BASHPID" >pid
+  exec snakemake ${targets[@]+"${targets[@]}"} --snakefile "$scratch/a clone/workflow/Snakefile" --profile "$1" --cores 2 \
     --config program="$scratch/bin/program" paths="$2" options="$3" group_size=3 ${settings[@]+"${settings[@]}"}
-}
+)
 here="$scratch/a clone/workflow/profiles/local" cluster=$scratch/profile
 flow() { # flow PROFILE LIST OPTIONS [TARGET OR SETTING...]: exit status in $status, what was said in log
   status=0
@@ -79,7 +80,7 @@ until_there() { # until_there COUNT FILES...: as many of these files
 interrupt() { # interrupt PROFILE GENES OPTIONS COUNT FILES: the main process is killed once there are as many of these files
   engine "$1" "$2.txt" "$3" >log 2>&1 &
   until_there "$4" "$5"
-  kill -9 $!
+  kill -9 "$(<pid)"
   wait $! 2>/dev/null || true
   rm -rf .snakemake/locks
 }
