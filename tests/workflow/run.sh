@@ -71,7 +71,7 @@ cut_genes() { # cut_genes GENES AWK: seven of them, of 100 positions each, by th
 }
 gene() { echo "$1/it's {$2} \"q\".fas"; }
 until_there() { # until_there COUNT FILES...: as many of these files
-  for _ in $(seq 300); do
+  for _ in $(seq 900); do
     [ "$(find "$QUEUE" -name "$2" | wc -l)" -ge "$1" ] && return
     sleep 0.1
   done
@@ -152,8 +152,8 @@ same fasta "$options -b4=7"
 
 # An alignment that changes before its job begins.
 touch "$QUEUE/hold"
-{ until_there 1 'script-*'; sleep 3; touch "$(gene fasta 2)"; rm "$QUEUE/hold"; } &
 rm -f "$QUEUE"/script-*
+{ until_there 1 'script-*'; touch "$(gene fasta 2)"; rm "$QUEUE/hold"; } &
 flow "$cluster" fasta.txt "$options -b4=8"
 ended 1 "$(gene fasta 2) has changed since the workflow was started: start it again" "changed meanwhile"
 flow "$cluster" fasta.txt "$options -b4=8"
@@ -218,7 +218,6 @@ rule all:
     input: rules.trimora_all.input
     output: "size"
     shell: "wc -c < results/list.txt/list.txt-tr.seq.fasta > {output}"
-    default_target: True
 EOT
 status=0
 (cd module && snakemake --cores 2 all) >log 2>&1 || status=$?
@@ -247,5 +246,6 @@ $(gene fasta/link 1)\n||are the same file
 |options=-t=D --table=x|which the workflow decides
 |options=-a=y|they have to say -t=P, -t=D or -t=C
 EOT
-snakemake --lint --snakefile "$project/workflow/Snakefile" --config paths=fasta.txt options=-t=D program="$PROGRAM" >log 2>&1 ||
-  fail "lint"
+snakemake --lint --snakefile "$project/workflow/Snakefile" --config paths=fasta.txt options=-t=D program="$PROGRAM" >log 2>&1 || true
+differences=$(grep '^    \*' log | grep -vE 'Specify a conda environment|No log directive defined') || true # as README.md explains
+[ -z "$differences" ] || fail "lint: $differences"
