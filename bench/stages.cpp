@@ -63,7 +63,7 @@ struct Bench {
     run.tog_gaps = 2;
     ali = load(run);
     run.numseq = ali.numseq;
-    derivedefaults(run);
+    derive_defaults(run);
     scores = assignval(ali, run);
     blocks = getpos(scores, ali, run);
     ungapped = ungap(ali);

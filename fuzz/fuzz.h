@@ -12,12 +12,12 @@
 #include <string>
 #include <vector>
 
-#include "driver/options.h"
+#include "trimora/options.h"
 #include "ground/errfunc.h"
 #include "input/filetype.h"
 #include "input/letters.h"
 #include "selection/blocks.h"
-#include "selection/calculate.h"
+#include "trimora/calculate.h"
 #include "selection/reduced_views.h"
 #include "selection/scores.h"
 #include "selection/similarity_matrix.h"
@@ -61,7 +61,7 @@ Files filesafter(const Files& inputs, Step step) {
     if (path.find('/') != path.npos) std::filesystem::create_directories(path.substr(0, path.rfind('/')));
     std::ofstream(path, std::ios::binary) << bytes;
   }
-  wentthrough(step);
+  go_through(step);
   Files files = filesin(".");
   for (const auto& [path, bytes] : inputs) must(files[path] == bytes, path + " is unchanged");
   std::filesystem::current_path(before);

@@ -1,5 +1,5 @@
 // Any lines as a session: the file the program is started with, or none, and what is typed into the menus.
-#include "driver/entry.h"
+#include "trimora/entry.h"
 #include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,7 +1,7 @@
 // Any lines as the arguments of both programs, among small alignments; those behind an empty line are a paths file.
 #include <sstream>
 
-#include "driver/entry.h"
+#include "trimora/entry.h"
 #include "fuzz.h"
 #include "ground/path.h"
 #include "input/input_file.h"
@@ -10,10 +10,10 @@
 namespace {
 
 void checkranges(const RunState& run) {
-  must(posblenrange.holds(run.posblen) && posblenrange.holds(run.posblen2) && negblenrange.holds(run.negblen) &&
-           breakcountrange.holds(run.breakcount) && negvalrange(run).holds(run.negval) &&
-           flankvalrange(run).holds(run.flankval) && Range{1, 3}.holds(run.tog_gaps) &&
-           Range{0, 3}.holds(run.tog_viewfile) && Range{1, longestexten}.holds(static_cast<int>(run.exten.size())),
+  must(posblen_range.holds(run.posblen) && posblen_range.holds(run.posblen2) && negblen_range.holds(run.negblen) &&
+           breakcount_range.holds(run.breakcount) && negval_range(run).holds(run.negval) &&
+           flankval_range(run).holds(run.flankval) && Range{1, 3}.holds(run.tog_gaps) &&
+           Range{0, 3}.holds(run.tog_viewfile) && Range{1, longest_exten}.holds(static_cast<int>(run.exten.size())),
        "each value is in its range");
 }
 
@@ -22,10 +22,10 @@ void checkbatch(RunState run) {
   InputFile paths(run.filename);
   Letters blocks, whole, ungapped;
   Alignment ali;
-  for (int c = 1; c <= run.numal && readpath(paths, run.fichero1); ++c) {
+  for (int c = 1; c <= run.numal && read_path(paths, run.fichero1); ++c) {
     ali = load(run);
     run.numseq = ali.numseq;
-    if (run.tog_sub == 0) derivedefaults(run);
+    if (run.tog_sub == 0) derive_defaults(run);
     const Table<char> map = checkrun(ali, run);
     append(blocks, ali, [&](int p) { return map[p] == '#'; });
     append(whole, ali, [](int) { return true; });
@@ -82,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RunState run;
     run.filename = words[1];
     const std::optional<Alignment> ali = openfile(run);
-    const std::vector<Answer> answers = applyoptions(argc, argv.data(), 2, run);
+    const std::vector<Answer> answers = apply_options(argc, argv.data(), 2, run);
     if (ali) checkranges(run);
     accepted = ali && std::all_of(answers.begin(), answers.end(), [](const Answer& a) { return a.kind == a.taken; }) &&
                run.exten != "--";  // can give two files one name

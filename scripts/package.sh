@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Build the packages: a .deb, a .tar.gz and, for Windows, a .zip in build/packages. The page is in them when scripts/web.sh
-# has made it. Where lintian is installed, it has to accept the .deb.
-# The .deb uses the system's libraries, as Debian asks: their corrections reach the programs without a new package. In
+# Build the packages in build/packages: a .tar.gz, for Windows a .zip, and three .deb: the programs, the library, and what is
+# needed to build with it. The page is in them when scripts/web.sh has made it. Where lintian is installed, it has to accept
+# each .deb.
+# The .deb use the system's libraries, as Debian asks: their corrections reach the programs without a new package. In
 # the .tar.gz and the .zip the programs are linked statically: they run on any Linux of the same processor, on any Windows.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
-need g++ g++-mingw-w64-x86-64-posix cmake make dpkg-dev file gzip
+need g++ g++-mingw-w64-x86-64-posix cmake make zlib1g-dev libz-mingw-w64-dev dpkg-dev file gzip
 cd "$project"
 packages=build/packages
 rm -rf $packages
@@ -28,8 +29,17 @@ pack TGZ build/package-static
 flags() { # without those that hold paths
   DEB_BUILD_MAINT_OPTIONS="hardening=+all reproducible=-all" DEB_CXXFLAGS_MAINT_STRIP=-g dpkg-buildflags --get "$1"
 }
-pack DEB build/package-debian -DTRIMORA_STATIC=OFF -DCMAKE_CXX_FLAGS="$(flags CXXFLAGS) $(flags CPPFLAGS)" \
-  -DCMAKE_EXE_LINKER_FLAGS="$(flags LDFLAGS)"
+pack DEB build/package-debian -DTRIMORA_STATIC=OFF -DCMAKE_INSTALL_PREFIX=/usr \
+  -DCMAKE_CXX_FLAGS="$(flags CXXFLAGS) $(flags CPPFLAGS)" \
+  -DCMAKE_EXE_LINKER_FLAGS="$(flags LDFLAGS)" -DCMAKE_SHARED_LINKER_FLAGS="$(flags LDFLAGS)"
+# cpack has a new library made known by scripts, as Debian no longer does.
+for library in $packages/libtrimora[0-9]*.deb; do
+  dpkg-deb -R "$library" $packages/library
+  rm $packages/library/DEBIAN/post{inst,rm}
+  echo "activate-noawait ldconfig" >$packages/library/DEBIAN/triggers
+  dpkg-deb --root-owner-group -b $packages/library "$library" >/dev/null
+  rm -r $packages/library
+done
 pack ZIP build/package-windows --toolchain cmake/windows/toolchain.cmake
 bash tests/install/links.sh $packages/_CPack_Packages
 rm -rf $packages/_CPack_Packages
@@ -37,7 +47,7 @@ rm -rf $packages/_CPack_Packages
 if command -v lintian >/dev/null; then
   lintian --fail-on error,warning $packages/*.deb
 else
-  echo "lintian is not installed: the .deb was not judged." >&2
+  echo "lintian is not installed: the packages were not judged." >&2
 fi
 [ -e build/web/trimora.html ] || echo "The page has not been made (scripts/web.sh): the packages are without it." >&2
 for package in "$project/$packages"/*; do echo "$package"; done

@@ -37,6 +37,8 @@ present() {
     emscripten) command -v em++ >/dev/null ;;
     nodejs) command -v node >/dev/null ;;
     dpkg-dev) command -v dpkg-shlibdeps >/dev/null ;;
+    zlib1g-dev) header zlib.h ;;
+    libz-mingw-w64-dev) [ -e /usr/x86_64-w64-mingw32/lib/libz.a ] ;;
     libgtest-dev) header gtest/gtest.h ;;
     libbenchmark-dev) header benchmark/benchmark.h ;;
     g++-aarch64-linux-gnu) command -v aarch64-linux-gnu-g++ >/dev/null ;;

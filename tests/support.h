@@ -9,8 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "ground/errfunc.h"
 #include "input/alignment.h"
+#include "output/output_file.h"
+#include "trimora/errfunc.h"
+
+namespace trimora::rooms {
 
 /// The alignment with these rows.
 inline Alignment alignment(const std::vector<std::string>& rows) {
@@ -23,12 +26,29 @@ inline Alignment alignment(const std::vector<std::string>& rows) {
   return ali;
 }
 
+/// What `write` puts out.
+template <typename Write>
+std::string written_by(Write write) {
+  std::string text;
+  OutputFile out(&text);
+  write(out);
+  EXPECT_EQ(out.close(), 0);
+  return text;
+}
+
+/// Names as an alignment stores them, without their line ends unless they are given.
+inline Table<std::string> names(const std::vector<std::string>& list) {
+  Table<std::string> name;
+  for (const std::string& text : list) name.append(text);
+  return name;
+}
+
 /// The bytes of a file.
-inline std::string textof(const std::string& path) {
+inline std::string text_of(const std::string& path) {
   return (std::ostringstream() << std::ifstream(path, std::ios::binary).rdbuf()).str();
 }
 
-/// Stretches as "first..last ", one behind the other.
+/// Stretches as "first..last ", one after the other.
 inline std::string listed(const std::vector<Stretch>& stretches) {
   std::string list;
   for (const Stretch& s : stretches) list += std::to_string(s.first) + ".." + std::to_string(s.last) + " ";
@@ -37,7 +57,7 @@ inline std::string listed(const std::vector<Stretch>& stretches) {
 
 /// Call `function` with the words of a line as argc and argv, and with what else it takes.
 template <typename Function, typename... More>
-auto withwords(const std::string& line, Function function, More&&... more) {
+auto with_words(const std::string& line, Function function, More&&... more) {
   std::istringstream text(line);
   std::vector<std::string> words = {std::istream_iterator<std::string>(text), {}};
   std::vector<char*> argv;
@@ -47,9 +67,9 @@ auto withwords(const std::string& line, Function function, More&&... more) {
 
 /// What `step` prints, the message of a fatal error included.
 template <typename Step>
-std::string printedby(Step step) {
+std::string printed_by(Step step) {
   testing::internal::CaptureStdout();
-  wentthrough(step);
+  go_through(step);
   return testing::internal::GetCapturedStdout();
 }
 
@@ -66,3 +86,5 @@ class FolderTest : public testing::Test {
  private:
   std::string folder_ = (std::filesystem::temp_directory_path() / "trimora-XXXXXX").string();
 };
+
+}  // namespace trimora::rooms

@@ -1,16 +1,16 @@
 #include "batch/concatenation.h"
 
-#include <cstdio>
 #include <utility>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "ground/path.h"
-#include "ground/speaker.h"
 #include "output/output_file.h"
 #include "output/record.h"
 
+namespace trimora::rooms {
+
 void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& stretches) {
-  const int width = totallength(stretches);
+  const int width = total_length(stretches);
   allocating(buffer_, [&] {
     std::vector<char> letters;
     letters.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(ali.numseq));
@@ -26,10 +26,9 @@ void Concatenation::append(const Alignment& ali, const std::vector<Stretch>& str
   columns_ += width;
 }
 
-void Concatenation::save(const std::string& path, const Table<std::string>& name, const BatchState& run) const {
-  OutputFile out(path);
+void Concatenation::write(OutputFile& out, const Table<std::string>& name, const InputState& run) const {
   for (int i = 1; i <= name.size(); ++i) {
-    writerecord(out, run, name[i], [&](Body& body) {
+    write_record(out, run, name[i], [&](Body& body) {
       for (const Part& part : parts_) body.add(part.rows[i].from(1), part.width);
     });
   }
@@ -37,7 +36,7 @@ void Concatenation::save(const std::string& path, const Table<std::string>& name
 
 namespace {
 bool concatenates(const BatchState& run) {
-  return run.tog_sb == 1 && (run.tog_sub == 1 || run.tog_own == 1);
+  return run.tog_sb == 1 && run.tog_sub == 1;
 }
 
 std::string base(const BatchState& run) {
@@ -45,7 +44,7 @@ std::string base(const BatchState& run) {
 }
 }  // namespace
 
-bool concatenatesungapped(const BatchState& run) {
+bool concatenates_ungapped(const BatchState& run) {
   return concatenates(run) && run.tog_allungfile == 1;
 }
 
@@ -53,7 +52,7 @@ Concatenations allalloc(const BatchState& run) {
   Concatenations all;
   if (concatenates(run) && run.tog_allfile == 1) all.letall.emplace("letall");
   if (concatenates(run) && run.tog_allfile_init == 1) all.letall_init.emplace("letall_init");
-  if (concatenatesungapped(run)) all.newletall.emplace("newletall");
+  if (concatenates_ungapped(run)) all.newletall.emplace("newletall");
   return all;
 }
 
@@ -75,11 +74,4 @@ std::string allungfile(const BatchState& run) {
   return base(run) + "--.seq";
 }
 
-void allsaveseq(const Concatenations& all, const Table<std::string>& name, const BatchState& run) {
-  if (all.letall) {
-    all.letall->save(allfile(run), name, run);
-    std::fprintf(prints, "Trimora alignment in batch: %lld positions\n\n", all.letall->columns());
-  }
-  if (all.letall_init) all.letall_init->save(allfile_init(run), name, run);
-  if (all.newletall) all.newletall->save(allungfile(run), name, run);
-}
+}  // namespace trimora::rooms

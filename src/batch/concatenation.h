@@ -1,6 +1,5 @@
-// Concatenations across the alignments of a batch: sequence i of one alignment behind sequence i of the one before.
-// Sequences are matched by their order alone; names play no part. Whoever matches them
-// otherwise reads the parts.
+// Concatenations across the alignments of a batch: sequence i of one alignment after sequence i of the one before.
+// Sequences are matched by their order alone, whatever their names; a caller that matches them by name reads the parts.
 #pragma once
 #include <optional>
 #include <string>
@@ -9,8 +8,11 @@
 #include "batch/batch_state.h"
 #include "ground/table.h"
 #include "input/alignment.h"
+#include "output/output_file.h"
 #include "selection/blocks.h"
 #include "selection/reduced_views.h"
+
+namespace trimora::rooms {
 
 /// One concatenation. What each alignment adds is kept as it came, so that nothing is moved when the next one comes.
 class Concatenation {
@@ -21,8 +23,8 @@ class Concatenation {
   /// Append the positions of `stretches` of every sequence.
   void append(const Alignment& ali, const std::vector<Stretch>& stretches);
 
-  /// Write the concatenation as one alignment file, headed by the names of the last alignment.
-  void save(const std::string& path, const Table<std::string>& name, const BatchState& run) const;
+  /// Write the concatenation as one alignment file, whose sequences are called `name`.
+  void write(OutputFile& out, const Table<std::string>& name, const InputState& run) const;
 
   long long columns() const { return columns_; }
 
@@ -47,7 +49,7 @@ struct Concatenations {
 };
 
 /// Whether the ungapped alignments of the input are to be concatenated.
-bool concatenatesungapped(const BatchState& run);
+bool concatenates_ungapped(const BatchState& run);
 
 /// Start the concatenations that `run` asks for: none outside a batch, or while the alignments of a batch may differ in
 /// their number of sequences.
@@ -61,6 +63,4 @@ std::string allfile(const BatchState& run);
 std::string allfile_init(const BatchState& run);
 std::string allungfile(const BatchState& run);
 
-/// Write their files, named after the paths file, into the directory of the last alignment, and print the length of the
-/// concatenated blocks. `name` holds the names of the last alignment, which head the records.
-void allsaveseq(const Concatenations& all, const Table<std::string>& name, const BatchState& run);
+}  // namespace trimora::rooms

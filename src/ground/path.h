@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+namespace trimora::rooms {
+
 /// Each of these separates directory and file name in a path. On Windows a drive ends at a colon.
 #ifdef _WIN32
 inline constexpr std::string_view separators = "/\\:";
@@ -16,3 +18,5 @@ struct SplitPath {
   std::string name_file;  // the rest
 };
 SplitPath getpath(const std::string& path);
+
+}  // namespace trimora::rooms

@@ -4,11 +4,15 @@
 #include <filesystem>
 #include <string>
 
-inline std::filesystem::path systempath(const std::string& path) {
+namespace trimora::rooms {
+
+inline std::filesystem::path system_path(const std::string& path) {
   return reinterpret_cast<const char8_t*>(path.c_str());
 }
 
-inline std::string plainpath(const std::filesystem::path& path) {
+inline std::string plain_path(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
 }
+
+}  // namespace trimora::rooms

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace trimora::rooms {
+
 /// Entries 1 to size(); entry 0 exists and is not used. The index is checked in debug builds.
 template <typename Entry>
 class Table {
@@ -28,3 +30,5 @@ class Table {
   }
   std::vector<Entry> entries_;
 };
+
+}  // namespace trimora::rooms

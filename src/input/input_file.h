@@ -1,4 +1,4 @@
-// An input file, read in large blocks and handed out by line or by stretch of text.
+// Bytes of a file, of standard input or of memory, read in large blocks and handed out by line or by stretch of text.
 #pragma once
 #include <cstddef>
 #include <cstdio>
@@ -7,18 +7,22 @@
 #include <string>
 #include <string_view>
 
+namespace trimora::rooms {
+
 class InputFile {
  public:
   /// Open `path`. What cannot be read, such as a directory, counts as not opened.
   explicit InputFile(const std::string& path);
   /// Standard input.
   InputFile();
-  explicit operator bool() const { return file_ != nullptr; }
+  /// Text in memory, which has to outlive this.
+  explicit InputFile(std::string_view text);
+  explicit operator bool() const { return next_ != nullptr; }
 
   /// True once a read has met the end of the file: not yet when the last byte has been read.
   bool ended() const { return end_met_; }
 
-  /// What of the file is at hand, without reading it: its beginning as long as nothing was read.
+  /// The bytes that are already in the buffer: the beginning of the file as long as nothing was read.
   std::string_view unread() const { return {next_, static_cast<std::size_t>(limit_ - next_)}; }
 
   /// Bytes in the file, 0 when that cannot be told.
@@ -26,15 +30,15 @@ class InputFile {
 
   /// Read the rest of a line, at most 189 characters of it, line end included. The text ends at its first NUL byte.
   /// At the end of the file `line` stays as it is.
-  void readline(std::string& line);
+  void read_line(std::string& line);
 
   /// Read lines until one is not empty (does not begin with a line end), or to the end of the file.
-  void readnonempty(std::string& line);
+  void read_nonempty(std::string& line);
 
   /// Hand the text up to the next `terminator` to `use(first, last)`, stretch by stretch, and step over the terminator.
   /// Returns false when the file ended first.
   template <typename Use>
-  bool readuntil(char terminator, Use use) {
+  bool read_until(char terminator, Use use) {
     for (;;) {
       const void* found = std::memchr(next_, terminator, static_cast<std::size_t>(limit_ - next_));
       const char* last = found != nullptr ? static_cast<const char*>(found) : limit_;
@@ -58,14 +62,16 @@ class InputFile {
     }
   };
   std::unique_ptr<std::FILE, Closer> file_;
-  std::unique_ptr<char[]> block_;
-  const char* next_ = nullptr;  // the unread part of the block: next to limit
+  std::unique_ptr<char[]> block_;  // none: the text is in memory
+  const char* next_ = nullptr;     // the unread part of the block: next to limit; null: not opened
   const char* limit_ = nullptr;
   bool end_met_ = false;
 };
 
-/// Whether a line read by InputFile::readline() is empty: it begins with its line end.
-bool emptyline(const std::string& line);
+/// Whether a line read by InputFile::read_line() is empty: it begins with its line end.
+bool is_empty_line(const std::string& line);
 
 /// `line` without its final line end, if it has one.
-std::string withoutnewline(const std::string& line);
+std::string without_newline(const std::string& line);
+
+}  // namespace trimora::rooms

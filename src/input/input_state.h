@@ -3,6 +3,8 @@
 #pragma once
 #include <string>
 
+namespace trimora::rooms {
+
 /// Values of InputState::fileformat.
 inline constexpr int pir = 1;
 inline constexpr int fasta = 2;
@@ -15,3 +17,5 @@ struct InputState {
   char tog_sb = 0;       // 1: the input is a paths file (batch)
   int numal = 1;         // alignments to process
 };
+
+}  // namespace trimora::rooms

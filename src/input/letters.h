@@ -1,6 +1,8 @@
 // Letters, digits and blanks of ASCII: what a byte is does not depend on the user's language.
 #pragma once
 
+namespace trimora::rooms {
+
 /// The capital of a letter; any other byte as it is.
 constexpr char capital(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -12,7 +14,7 @@ constexpr char lower(char c) {
 }
 
 /// Whether a letter, in either case.
-constexpr bool isletter(char c) {
+constexpr bool is_letter(char c) {
   return capital(c) >= 'A' && capital(c) <= 'Z';
 }
 
@@ -20,3 +22,5 @@ constexpr bool isletter(char c) {
 constexpr bool whitespace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
+
+}  // namespace trimora::rooms

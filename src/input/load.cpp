@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <limits>
@@ -7,49 +8,50 @@
 #include <utility>
 #include <vector>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "input/alignment.h"
 #include "input/input_file.h"
 
+namespace trimora::rooms {
+
 namespace {
 
-constexpr std::size_t longestname = 74;  // of a name line, its line end included
+constexpr std::size_t longest_name = 74;  // of a name line, its line end included
 // Sequences and positions: loops step up to a tile, or a line of the report, past the last one.
 constexpr int most = std::numeric_limits<int>::max() - 65536;
 
-/// Sequence `i`, whose name is `name`, as the culprit of a failure.
-Culprit culprit(int i, const std::string& name, std::size_t length, std::size_t other) {
-  Culprit found;
-  found.sequence = i;
-  name.copy(found.name, std::min(name.find('\n'), sizeof found.name - 1));
-  found.length = static_cast<long long>(length);
-  found.other = static_cast<long long>(other);
-  return found;
+/// A failure of sequence `i`, whose name is `name`.
+Failure failure(Failure::Kind kind, int i, const std::string& name, std::size_t length, std::size_t expected) {
+  return {.kind = kind,
+          .sequence = i,
+          .name = name.substr(0, name.find('\n')),
+          .length = static_cast<long long>(length),
+          .expected = static_cast<long long>(expected)};
 }
 
-/// What the two formats do not share. Everything else is readrecords().
-struct Format {
-  char terminator;                                          // ends a sequence, wherever it stands
-  bool (*skipped)(const std::string& line);                 // a line passed over where a name line is due
-  std::string (*takename)(const std::string& line, int i);  // of sequence i
-  bool described;                                           // a description line follows the name line
-  bool terminated;                                          // the last sequence needs its terminator as well
+/// What the two formats do not share. Everything else is read_records().
+struct RecordFormat {
+  char terminator;                                           // ends a sequence, wherever it stands
+  bool (*skipped)(const std::string& line);                  // a line passed over where a name line is due
+  std::string (*take_name)(const std::string& line, int i);  // of sequence i
+  bool described;                                            // a description line follows the name line
+  bool terminated;                                           // the last sequence needs its terminator as well
 };
 
-constexpr Format pirformat = {
+constexpr RecordFormat pir_format = {
     '*',
-    [](const std::string& line) { return emptyline(line) || line.starts_with(' ') || line == "*\n"; },
+    [](const std::string& line) { return is_empty_line(line) || line.starts_with(' ') || line == "*\n"; },
     [](const std::string& line, int i) {
-      if (!line.starts_with('>')) errfunc(culprit(i, line, 0, 0), "\nSequence not in NBRF/PIR format\n");
+      if (!line.starts_with('>')) throw Failure{.kind = Failure::Kind::bad_record, .sequence = i, .detail = line};
       return line.size() <= 3 ? line : line.substr(4);  // behind ">P1;", whatever stands there
     },
     true,
     true,
 };
 
-constexpr Format fastaformat = {
+constexpr RecordFormat fasta_format = {
     '>',
-    [](const std::string& line) { return emptyline(line); },
+    [](const std::string& line) { return is_empty_line(line); },
     // The '>' of every record but the first was read as the terminator of the sequence before it.
     [](const std::string& line, int) { return line.starts_with('>') ? line.substr(1) : line; },
     false,
@@ -57,7 +59,7 @@ constexpr Format fastaformat = {
 };
 
 /// Append a stretch of sequence text: everything but line ends and blanks is a letter, and '.' is a gap.
-void appendletters(std::vector<char>& letters, const char* first, const char* last) {
+void append_letters(std::vector<char>& letters, const char* first, const char* last) {
   if (first == last) return;
   const std::size_t before = letters.size();
   while (first < last) {
@@ -75,129 +77,75 @@ void appendletters(std::vector<char>& letters, const char* first, const char* la
 }
 
 /// The characters of a name line that begins with `line`, its line end included.
-std::size_t wholelength(const std::string& line, InputFile& file) {
+std::size_t whole_length(const std::string& line, InputFile& file) {
   std::size_t length = line.size();
   if (line.ends_with('\n')) return length;
-  const bool ended = file.readuntil(
+  const bool ended = file.read_until(
       '\n', [&](const char* first, const char* last) { length += static_cast<std::size_t>(last - first); });
   return length + (ended ? 1 : 0);
 }
 
-Alignment readrecords(InputFile& file, const Format& format) {
+Alignment read_records(InputFile& file, const RecordFormat& format) {
   Alignment ali;
   std::vector<char> letters;
-  allocating("let\n1", [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing
+  allocating("let", 1, [&] { letters.reserve(file.size()); });  // memory that no letter ever touches costs nothing
   std::size_t length = 0;                                       // of the first sequence, and so of all
   std::string line;
   while (!file.ended()) {
-    allocating("name", [&] { file.readline(line); });
+    allocating("name", [&] { file.read_line(line); });
     if (file.ended()) break;  // a name line that is not a whole line adds no sequence
     if (format.skipped(line)) continue;
     const int n = ali.name.size() + 1;
-    if (line.size() > longestname) {
-      errfunc(culprit(n, line, wholelength(line, file), longestname), "\nSequence name too long\n");
+    if (line.size() > longest_name) {
+      throw failure(Failure::Kind::name_too_long, n, line, whole_length(line, file), longest_name);
     }
     allocating("name", [&] {
       if (n > most) throw std::bad_alloc();
-      ali.name.append(format.takename(line, n));
+      ali.name.append(format.take_name(line, n));
     });
     const std::string& name = ali.name[n];
 
     const std::size_t before = letters.size();
-    std::size_t beyond = 0;  // the length of the sequence when it is more than may be
-    bool whole = false;
-    try {
-      if (format.described) file.readline(line);
-      whole = file.readuntil(format.terminator, [&](const char* first, const char* last) {
-        appendletters(letters, first, last);
-        if (letters.size() - before <= most) return;
-        beyond = letters.size() - before;
-        throw std::bad_alloc();
+    const bool whole = allocating("let", n, [&] {
+      if (format.described) file.read_line(line);
+      return file.read_until(format.terminator, [&](const char* first, const char* last) {
+        append_letters(letters, first, last);
+        const std::size_t reached = letters.size() - before;
+        if (reached > most) throw failure(Failure::Kind::too_long, n, name, reached, most);
       });
-    } catch (const std::bad_alloc&) {
-      errfunc(culprit(n, name, beyond, most), "\nMemory allocation failure in let\n%i\n", n);
-    }
+    });
     const std::size_t found = letters.size() - before;
-    if (format.terminated && !whole) errfunc(culprit(n, name, found, 0), "\nFile not in NBRF/PIR format\n");
+    if (format.terminated && !whole) throw failure(Failure::Kind::unfinished_record, n, name, found, 0);
     if (n == 1) length = found;
     if (found != length) {
-      errfunc(culprit(n, name, found, length), "\nSequences with different number of positions\n");
+      throw failure(Failure::Kind::unequal_lengths, n, name, found, length);
     }
   }
   ali.numseq = ali.name.size();
   ali.nupo = static_cast<int>(length);
-  ali.let = Rows(std::move(letters), ali.nupo);
-  return ali;
-}
-
-/// The stretches that are left when the positions that are gaps in every sequence are taken out: the whole alignment as
-/// one stretch when there are none. Some may be empty.
-/// A tile of positions at a time: few sequences are looked at before each of its positions has a letter.
-std::vector<Stretch> keptpositions(const Alignment& ali) {
-  constexpr int tile = 4096;
-  char allgap[tile];  // 1 as long as the position is a gap in every sequence looked at
-  std::vector<Stretch> kept = {{1, 0}};
-  for (int start = 1; start <= ali.nupo; start += tile) {
-    const int width = std::min(tile, ali.nupo - start + 1);
-    std::fill_n(allgap, width, '\1');
-    char left = 1;
-    for (int i = 1; i <= ali.numseq && left != 0; ++i) {
-      const char* text = ali.let[i].from(start);
-      left = 0;
-      for (int c = 0; c < width; ++c) {
-        allgap[c] = text[c] == '-' ? allgap[c] : '\0';
-        left = std::max(left, allgap[c]);
-      }
-    }
-    for (int c = 0; c < width && left != 0; ++c) {
-      if (allgap[c] == 0) continue;
-      kept.back().last = start + c - 1;
-      kept.push_back({start + c + 1, 0});
-    }
-  }
-  kept.back().last = ali.nupo;
-  return kept;
-}
-
-/// An alignment as it was read, without the positions that are gaps in every sequence; or the end of the run.
-Alignment checked(Alignment ali) {
-  if (ali.numseq < 2) {
-    // The wording names NBRF/PIR for FASTA input as well; scripts look for it.
-    Culprit few;
-    few.length = ali.numseq;
-    errfunc(few, "\nFile not in NBRF/PIR format or too few sequences in the alignment: %i\n", ali.numseq);
-  }
-  const std::vector<Stretch> kept = allocating("let", [&] { return keptpositions(ali); });
-  if (kept.size() > 1) {
-    ali.dropped = allocating("let", [&] { return complement(kept, ali.nupo); });
-    ali.let.keep(kept);
-    ali.nupo = totallength(kept);
-  }
-  if (ali.nupo < 2) {
-    Culprit few;
-    few.length = ali.nupo;
-    errfunc(few, "\nToo few positions in the alignment (at least two positions are necessary): %i\n", ali.nupo);
-  }
+  allocating("let", [&] { ali.let = Rows(std::move(letters), ali.nupo); });
   return ali;
 }
 
 }  // namespace
 
 Alignment load_pir(InputFile& file) {
-  return readrecords(file, pirformat);
+  return read_records(file, pir_format);
 }
 
 Alignment load_fasta(InputFile& file) {
-  return readrecords(file, fastaformat);
+  return read_records(file, fasta_format);
 }
 
 Alignment load(const InputState& run) {
-  if (run.fileformat == 0) return checked({});
+  if (run.fileformat == 0) return without_gap_columns({});
   InputFile file = allocating("let", [&] { return InputFile(run.fichero1); });
-  if (!file) errfunc("\nFile not opened\n");
+  if (!file) throw Failure{.kind = Failure::Kind::not_readable, .file = run.fichero1, .error = errno};
   return load(file, run);
 }
 
 Alignment load(InputFile& file, const InputState& run) {
-  return checked(run.fileformat == pir ? load_pir(file) : load_fasta(file));
+  return without_gap_columns(run.fileformat == pir ? load_pir(file) : load_fasta(file));
 }
+
+}  // namespace trimora::rooms

@@ -4,11 +4,13 @@
 
 #include "output/output_state.h"
 
+namespace trimora::rooms {
+
 inline std::string seqfile(const OutputState& run) {
   return run.fichero1 + run.exten;
 }
 inline std::string viewfile(const OutputState& run) {
-  constexpr const char* endings[] = {"", ".htm", ".txt", ".txts"};  // noreport, htmlreport, textreport, shortreport
+  constexpr const char* endings[] = {"", ".htm", ".txt", ".txts"};  // no_report, html_report, text_report, short_report
   return seqfile(run) + endings[static_cast<unsigned char>(run.tog_viewfile)];
 }
 inline std::string maskfile(const OutputState& run) {
@@ -24,3 +26,5 @@ inline std::string ncbfile(const OutputState& run) {
 inline std::string ungappedfile(const OutputState& run) {
   return run.fichero1 + "--";
 }
+
+}  // namespace trimora::rooms

@@ -3,22 +3,24 @@
 #include <algorithm>
 #include <cstring>
 
+namespace trimora::rooms {
+
 namespace {
 constexpr int group = 10;
 }  // namespace
 
-const char* pirprefix(const InputState& run) {
+const char* pir_prefix(const InputState& run) {
   return run.seq_type == 'P' ? ">P1;" : ">DL;";
 }
 
 void Body::add(const char* text, std::ptrdiff_t count) {
-  while (column_ + count >= linelength) {
-    const int missing = linelength - column_;
+  while (column_ + count >= line_length) {
+    const int missing = line_length - column_;
     if (column_ == 0) {
-      putline(text);
+      put_line(text);
     } else {
       std::memcpy(line_ + column_, text, static_cast<std::size_t>(missing));
-      putline(line_);
+      put_line(line_);
       column_ = 0;
     }
     text += missing;
@@ -29,9 +31,9 @@ void Body::add(const char* text, std::ptrdiff_t count) {
   column_ += static_cast<int>(count);
 }
 
-void Body::putline(const char* text) {
-  constexpr int groups = linelength / group;
-  char* to = out_.room(linelength + groups);
+void Body::put_line(const char* text) {
+  constexpr int groups = line_length / group;
+  char* to = out_.room(line_length + groups);
   for (int k = 0; k < groups; ++k) {
     std::memcpy(to, text, group);  // of known length: a few moves, no call
     to[group] = k + 1 < groups ? ' ' : '\n';
@@ -49,6 +51,8 @@ void Body::end() {
   column_ = 0;
 }
 
-void addstretches(Body& body, const Row& row, const std::vector<Stretch>& stretches) {
+void add_stretches(Body& body, const Row& row, const std::vector<Stretch>& stretches) {
   for (const Stretch& stretch : stretches) body.add(row.from(stretch.first), stretch.length());
 }
+
+}  // namespace trimora::rooms

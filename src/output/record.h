@@ -10,8 +10,10 @@
 #include "input/input_state.h"
 #include "output/output_file.h"
 
+namespace trimora::rooms {
+
 /// The start of a NBRF/PIR name line, by the type of sequence.
-const char* pirprefix(const InputState& run);
+const char* pir_prefix(const InputState& run);
 
 /// A record body, written stretch by stretch: groups and lines run on from one to the next.
 class Body {
@@ -23,21 +25,21 @@ class Body {
   void end();
 
  private:
-  static constexpr int linelength = 60;
-  void putline(const char* text);
+  static constexpr int line_length = 60;
+  void put_line(const char* text);
 
   OutputFile& out_;
-  int column_ = 0;         // letters already on the line, 0 to 59
-  char line_[linelength];  // those letters: a line is laid out when it is whole
+  int column_ = 0;          // letters already on the line, 0 to 59
+  char line_[line_length];  // those letters: a line is laid out when it is whole
 };
 
 /// Append the letters of `row` at the positions of `stretches`.
-void addstretches(Body& body, const Row& row, const std::vector<Stretch>& stretches);
+void add_stretches(Body& body, const Row& row, const std::vector<Stretch>& stretches);
 
 /// Write one record in the format of the input. `addbody` is called with the Body to fill.
 template <typename AddBody>
-void writerecord(OutputFile& out, const InputState& run, const std::string& name, AddBody addbody) {
-  out.put(run.fileformat == pir ? pirprefix(run) : ">");
+void write_record(OutputFile& out, const InputState& run, const std::string& name, AddBody addbody) {
+  out.put(run.fileformat == pir ? pir_prefix(run) : ">");
   out.put(name);
   if (run.fileformat == pir) out.put(" \n");  // stands for the description line
   Body body(out);
@@ -45,3 +47,5 @@ void writerecord(OutputFile& out, const InputState& run, const std::string& name
   body.end();
   out.put(run.fileformat == pir ? "*\n\n" : "\n");
 }
+
+}  // namespace trimora::rooms

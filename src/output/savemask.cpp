@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <string>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "input/letters.h"
-#include "output/file_names.h"
-#include "output/output_file.h"
 #include "output/record.h"
 #include "selection/reduced_views.h"
 
-void savemask(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
-              const OutputState& run) {
-  OutputFile out(maskfile(run));
+namespace trimora::rooms {
+
+void savemask(OutputFile& out, const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+              const SelectionState& run) {
   // The description line of every record is empty.
   const auto record = [&](const char* prefix, const std::string& name, const char* letters) {
     out.put(prefix);
@@ -23,14 +22,16 @@ void savemask(const Alignment& ali, const PositionScores& scores, const Selected
     body.end();
     out.put("*\n\n");
   };
-  const Table<char> residues = conservedresidues(scores, run);
+  const Table<char> residues = conserved_residues(scores, run);
   std::string mask = allocating("mask", [&] { return std::string(static_cast<std::size_t>(ali.nupo), '?'); });
   for (int i = 1; i <= ali.numseq; ++i) {
     const char* sequence = ali.let[i].from(1);
-    record(pirprefix(run), ali.name[i], sequence);
+    record(pir_prefix(run), ali.name[i], sequence);
     std::transform(sequence, sequence + ali.nupo, &residues[1], mask.begin(),
                    [](char c, char residue) { return capital(c) == residue ? '@' : '?'; });
-    record(pirprefix(run), withoutlineend(ali.name[i]) + "#Mask\n", mask.data());
+    record(pir_prefix(run), without_line_end(ali.name[i]) + "#Mask\n", mask.data());
   }
   record(">P1;", "Trimora\n", &makelettrimora(blocks, ali.nupo)[1]);
 }
+
+}  // namespace trimora::rooms

@@ -1,11 +1,16 @@
 // The mask file: the alignment with a mask behind each sequence.
 #pragma once
 #include "input/alignment.h"
-#include "output/output_state.h"
+#include "output/output_file.h"
 #include "selection/blocks.h"
 #include "selection/scores.h"
 
-/// Write the mask to fichero1 + exten + "Mask", always as NBRF/PIR: each sequence, followed by a record that marks
+namespace trimora::rooms {
+
+/// Write the mask, always as NBRF/PIR: each sequence, followed by a record that marks
 /// where it carries the residue of a conserved position ('@', elsewhere '?'), and in the end one record with the map of
 /// the selected positions.
-void savemask(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks, const OutputState& run);
+void savemask(OutputFile& out, const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+              const SelectionState& run);
+
+}  // namespace trimora::rooms

@@ -6,7 +6,8 @@
 #include "ground/path.h"
 #include "ground/version.h"
 #include "output/file_names.h"
-#include "output/output_file.h"
+
+namespace trimora::rooms {
 
 namespace {
 constexpr int shortest = 400;  // positions; the box of a shorter alignment is as high as that of this one
@@ -15,13 +16,11 @@ constexpr int margin = 50;     // points of the box beside the positions
 
 // The picture is drawn along x, 30 points from the edge, and turned by 90 degrees onto the page: position p covers
 // x = p + 30 (sh1) to p + 31 (sh2). `seq` fills y 25 to 35, `block` y 10 to 20, between two x.
-void saveps(const SelectedBlocks& blocks, int nupo, const OutputState& run) {
-  const std::string picture = psfile(run);
-  OutputFile out(picture);
+void saveps(OutputFile& out, const SelectedBlocks& blocks, int nupo, const OutputState& run) {
   out.put("%!PS-Adobe-3.0 EPSF-3.0\n");
   out.print("%%%%BoundingBox: 20 20 200 %i \n", std::max(nupo, shortest) + margin);
   out.print("%%%%Title: %s\n", run.fichero1.c_str());
-  out.print("%%%%Creator Trimora %s\n", version);
+  out.print("%%%%Creator Trimora %s\n", version_text);
   out.put("%%Pages: 1\n\n");
   out.put("/seq {\nnewpath\n 25   moveto\n0  10   rlineto\n  35   lineto\n0 -10 rlineto\nclosepath\nfill\n} def\n\n");
   out.put("/block {\nnewpath\n 10   moveto\n0  10   rlineto\n  20   lineto\n0 -10 rlineto\nclosepath\nfill\n} def\n\n");
@@ -30,7 +29,8 @@ void saveps(const SelectedBlocks& blocks, int nupo, const OutputState& run) {
   out.put("/Helvetica findfont 12 scalefont setfont\n\n");
   out.put("gsave\n180 0 translate\n90 rotate\n\n");
   out.put("newpath\n30 100 moveto\n");
-  out.print("(Blocks found by Trimora version %s for the file %s) show\n", version, getpath(picture).name_file.c_str());
+  out.print("(Blocks found by Trimora version %s for the file %s) show\n", version_text,
+            getpath(psfile(run)).name_file.c_str());
   out.put("30 80 moveto\n");
   out.print("(Parameters used: %i %i %i %i %i) show\n\n", run.negval, run.flankval, run.negblen, run.posblen2,
             run.tog_gaps);
@@ -38,3 +38,5 @@ void saveps(const SelectedBlocks& blocks, int nupo, const OutputState& run) {
   for (const Stretch& block : blocks.newpos) out.print("%i sh1 %i sh2 block\n", block.first, block.last);
   out.put("\ngrestore\nshowpage\n%%EOF\n");
 }
+
+}  // namespace trimora::rooms

@@ -8,17 +8,17 @@
 #include <string_view>
 #include <vector>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "ground/path.h"
 #include "ground/version.h"
 #include "input/letters.h"
-#include "output/file_names.h"
-#include "output/output_file.h"
 #include "selection/reduced_views.h"
+
+namespace trimora::rooms {
 
 namespace {
 
-constexpr std::size_t namewidth = 15;
+constexpr std::size_t name_width = 15;
 constexpr int ahead = 12;  // sequences between the one that is written and the one that is asked for
 
 /// Residues and the colour in which the report shows them where they are conserved.
@@ -26,16 +26,31 @@ struct Palette {
   std::string_view residues;
   const char* colour;
 };
-constexpr Palette nucleotidecolours[] = {{"A", "red"}, {"C", "aqua"}, {"G", "lime"}, {"TU", "orange"}};
-constexpr Palette proteincolours[] = {{"AGST", "lime"},  {"C", "orange"}, {"P", "aqua"},      {"DEQN", "white"},
-                                      {"FWY", "yellow"}, {"HKR", "red"},  {"ILMV", "fuchsia"}};
+constexpr Palette nucleotide_colours[] = {{"A", "red"}, {"C", "aqua"}, {"G", "lime"}, {"TU", "orange"}};
+constexpr Palette protein_colours[] = {{"AGST", "lime"},  {"C", "orange"}, {"P", "aqua"},      {"DEQN", "white"},
+                                       {"FWY", "yellow"}, {"HKR", "red"},  {"ILMV", "fuchsia"}};
 
-const char* sequencetype(char seq_type) {
+const char* sequence_type(char seq_type) {
   return seq_type == 'P' ? "Protein" : seq_type == 'D' ? "DNA" : "Codons";
 }
 
-void headhtml(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
-              const OutputState& run) {
+/// `text` as a browser has to read it to show it, where that is asked for.
+std::string shown(std::string_view text, bool escaped) {
+  std::string html;
+  for (const char c : text) {
+    const std::string_view entity = c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string_view();
+    if (escaped && !entity.empty()) {
+      html += entity;
+    } else {
+      html += c;
+    }
+  }
+  return html;
+}
+
+void head_html(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name,
+               const OutputState& run) {
+  const std::string name_file = shown(name, run.escaped);
   out.put("<html>\n<head>\n<meta http-equiv=content-type content=text/html;charset=ISO-8859-1>\n");
   out.print("<title>%s</title>\n", name_file.c_str());
   out.put("<style media=screen type=text/css><!--\n");
@@ -46,27 +61,27 @@ void headhtml(OutputFile& out, const Alignment& ali, const SelectedBlocks& block
     }
   };
   if (run.seq_type == 'P') {
-    std::for_each(std::begin(proteincolours), std::end(proteincolours), putclasses);
+    std::for_each(std::begin(protein_colours), std::end(protein_colours), putclasses);
   } else {
-    std::for_each(std::begin(nucleotidecolours), std::end(nucleotidecolours), putclasses);
+    std::for_each(std::begin(nucleotide_colours), std::end(nucleotide_colours), putclasses);
   }
   out.put("--></style>\n</head>\n\n");
   out.put("<body bgcolor=#f5f5a3>\n");
-  out.print("<h2>Trimora %s Results</h2>\n", version);
+  out.print("<h2>Trimora %s Results</h2>\n", version_text);
   out.print("<p>\nProcessed file: <b>%s</b><br>\n", name_file.c_str());
   out.print("Number of sequences: <b>%i</b><br>", ali.numseq);
-  out.print("Alignment assumed to be: <b>%s</b><br>\n", sequencetype(run.seq_type));
+  out.print("Alignment assumed to be: <b>%s</b><br>\n", sequence_type(run.seq_type));
   out.print("New number of positions: <b>%i</b> (selected positions are underlined in blue)\n", blocks.nupo3);
   out.put("</p>\n<pre>\n");
 }
 
-void headtext(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
-              const OutputState& run) {
-  out.print("Trimora %s Results\n\n\n", version);
+void head_text(OutputFile& out, const Alignment& ali, const SelectedBlocks& blocks, const std::string& name_file,
+               const OutputState& run) {
+  out.print("Trimora %s Results\n\n\n", version_text);
   out.print("Processed file: %s", name_file.c_str());
   out.print("\nNumber of sequences: %i", ali.numseq);
-  out.print("\nAlignment assumed to be: %s", sequencetype(run.seq_type));
-  if (run.tog_viewfile == textreport) {
+  out.print("\nAlignment assumed to be: %s", sequence_type(run.seq_type));
+  if (run.tog_viewfile == text_report) {
     out.print("\nNew number of positions: %i (selected positions are underlined in blue)\n\n\n", blocks.nupo3);
   }
 }
@@ -79,13 +94,13 @@ struct Cell {
 };
 using Cells = std::array<std::array<Cell, 256>, 2>;  // [conserved][letter]
 
-Cells makecells() {
+Cells make_cells(bool escaped) {
   Cells cells = {};
   for (int letter = 0; letter < 256; ++letter) {
     const char c = static_cast<char>(letter);
     Cell& plain = cells[0][static_cast<std::size_t>(letter)];
-    plain.bytes[0] = c;
-    plain.length = 1;
+    const std::string text = shown({&c, 1}, escaped);
+    plain.length = static_cast<int>(text.copy(plain.bytes, sizeof plain.bytes));
     Cell& spanned = cells[1][static_cast<std::size_t>(letter)];
     const std::string span = std::string("<span class=") + c + "1>" + c + "</span>";
     spanned.length = static_cast<int>(span.copy(spanned.bytes, sizeof spanned.bytes));
@@ -108,19 +123,21 @@ class Display {
   Display(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks, const OutputState& run)
       : ali_(ali),
         lettrimora_(makelettrimora(blocks, ali.nupo)),
-        coloured_(run.tog_viewfile == htmlreport),
+        coloured_(run.tog_viewfile == html_report),
         breakcount_(run.breakcount),
-        residues_(coloured_ ? conservedresidues(scores, run) : Table<char>()),
-        newname_(displaynames(ali)) {}
+        escaped_(coloured_ && run.escaped),
+        cells_(make_cells(escaped_)),
+        residues_(coloured_ ? conserved_residues(scores, run) : Table<char>()),
+        newname_(display_names(ali)) {}
 
   void write(OutputFile& out) const {
     for (int first = 1; first <= ali_.nupo; first = last(first) + 1) {
       rulers(out, first);
       for (int i = 1; i <= ali_.numseq; ++i) {
         prefetch(ali_.let[std::min(i + ahead, ali_.numseq)].from(last(first)));
-        out.put({newname_[i].data(), sizeof(Name)});
+        put_name(out, newname_[i]);
         if (coloured_) {
-          colouredletters(out, ali_.let[i], first);
+          coloured_letters(out, ali_.let[i], first);
         } else {
           out.put({ali_.let[i].from(first), static_cast<std::size_t>(last(first) - first + 1)});
         }
@@ -133,22 +150,31 @@ class Display {
 
  private:
   /// A name as the display shows it: cut or padded to 15 characters, and two blanks.
-  using Name = std::array<char, namewidth + 2>;
-  static Table<Name> displaynames(const Alignment& ali) {
+  using Name = std::array<char, name_width + 2>;
+  static Table<Name> display_names(const Alignment& ali) {
     return allocating("newname", [&] {
       Name blank;
       blank.fill(' ');
       Table<Name> newname(ali.numseq, blank);
-      for (int i = 1; i <= ali.numseq; ++i) withoutlineend(ali.name[i]).copy(newname[i].data(), namewidth);
+      for (int i = 1; i <= ali.numseq; ++i) without_line_end(ali.name[i]).copy(newname[i].data(), name_width);
       return newname;
     });
+  }
+
+  void put_name(OutputFile& out, const Name& name) const {
+    const std::string_view text(name.data(), sizeof(Name));
+    if (escaped_) {
+      out.put(shown(text, true));
+    } else {
+      out.put(text);
+    }
   }
 
   /// The last position of the row that begins at `first`.
   int last(int first) const { return static_cast<int>(std::min<long long>(first + breakcount_ - 1LL, ali_.nupo)); }
 
   void rulers(OutputFile& out, int first) const {
-    const std::string indent(namewidth + 2, ' ');
+    const std::string indent(name_width + 2, ' ');
     out.put(indent);
     for (int p = (first + 9) / 10 * 10; p <= last(first); p += 10) out.print("%10i", p);
     out.put('\n');
@@ -157,11 +183,10 @@ class Display {
     out.put('\n');
   }
 
-  void colouredletters(OutputFile& out, const Row& row, int first) const {
-    static const Cells cells = makecells();
+  void coloured_letters(OutputFile& out, const Row& row, int first) const {
     const char* letter = row.from(first);
     for (int p = first; p <= last(first); ++p, ++letter) {
-      const Cell& cell = cells[capital(*letter) == residues_[p] ? 1 : 0][static_cast<unsigned char>(*letter)];
+      const Cell& cell = cells_[capital(*letter) == residues_[p] ? 1 : 0][static_cast<unsigned char>(*letter)];
       char* to = out.room(sizeof cell.bytes);
       std::memcpy(to, cell.bytes, sizeof cell.bytes);
       out.filled(to + cell.length);
@@ -183,21 +208,23 @@ class Display {
   Table<char> lettrimora_;
   bool coloured_;
   int breakcount_;
+  bool escaped_;
+  Cells cells_;
   Table<char> residues_;
   Table<Name> newname_;
 };
 
 void parameters(OutputFile& out, const OutputState& run) {
-  out.put(run.tog_viewfile == htmlreport ? "\n</pre>\n<pre>\n\n\n<br><b>Parameters used</b>" : "\n\nParameters used");
+  out.put(run.tog_viewfile == html_report ? "\n</pre>\n<pre>\n\n\n<br><b>Parameters used</b>" : "\n\nParameters used");
   out.print("\nMinimum Number Of Sequences For A Conserved Position: %i", run.negval);
   out.print("\nMinimum Number Of Sequences For A Flanking Position: %i", run.flankval);
   out.print("\nMaximum Number Of Contiguous Nonconserved Positions: %i", run.negblen);
-  if (run.tog_viewfile == shortreport) out.print("\nMinimum Length Of An Initial Block: %i", run.posblen);
+  if (run.tog_viewfile == short_report) out.print("\nMinimum Length Of An Initial Block: %i", run.posblen);
   out.print("\nMinimum Length Of A Block: %i", run.posblen2);
   switch (run.tog_gaps) {
-    case nogaps: out.put("\nAllowed Gap Positions: None"); break;
-    case withhalf: out.put("\nAllowed Gap Positions: With Half"); break;
-    case allgaps: out.put("\nAllowed Gap Positions: All"); break;
+    case no_gaps: out.put("\nAllowed Gap Positions: None"); break;
+    case with_half: out.put("\nAllowed Gap Positions: With Half"); break;
+    case all_gaps: out.put("\nAllowed Gap Positions: All"); break;
   }
   if (run.seq_type == 'P') out.print("\nUse Similarity Matrices: %s", run.tog_sim == 1 ? "Yes" : "No");
 }
@@ -209,14 +236,13 @@ void flanks(OutputFile& out, const char* label, const std::vector<Stretch>& bloc
 
 }  // namespace
 
-void saveviewfile(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
+void saveviewfile(OutputFile& out, const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
                   const OutputState& run) {
-  const bool marked = run.tog_viewfile == htmlreport;
+  const bool marked = run.tog_viewfile == html_report;
   const std::string name_file = getpath(run.fichero1).name_file;
-  OutputFile out(viewfile(run));
 
-  (marked ? headhtml : headtext)(out, ali, blocks, name_file, run);
-  if (run.tog_viewfile != shortreport) Display(ali, scores, blocks, run).write(out);
+  (marked ? head_html : head_text)(out, ali, blocks, name_file, run);
+  if (run.tog_viewfile != short_report) Display(ali, scores, blocks, run).write(out);
   parameters(out, run);
 
   const int count = static_cast<int>(blocks.newpos.size());
@@ -224,7 +250,7 @@ void saveviewfile(const Alignment& ali, const PositionScores& scores, const Sele
                    : "\n\nFlank positions of the %i selected block(s)\n",
             count);
   flanks(out, "Flanks: ", blocks.newpos);
-  if (run.tog_viewfile == shortreport && count > 0) {
+  if (run.tog_viewfile == short_report && count > 0) {
     out.print("\n\nFlank positions of the %i selected block(s) with respect to the first sequence of the alignment:\n",
               count);
     flanks(out, "Flanks_1: ", blocks.newposseq);
@@ -232,6 +258,9 @@ void saveviewfile(const Alignment& ali, const PositionScores& scores, const Sele
 
   out.print(marked ? "\n\nNew number of positions in %s%s: <b> %i </b> (%i%% of the original %i positions)\n"
                    : "\n\nNew number of positions in %s%s: *** %i *** (%i%% of the original %i positions)\n",
-            run.fichero1.c_str(), run.exten.c_str(), blocks.nupo3, blocks.nupo3per, ali.nupo);
+            shown(run.fichero1, marked && run.escaped).c_str(), run.exten.c_str(), blocks.nupo3, blocks.nupo3per,
+            ali.nupo);
   if (marked) out.put("\n\n</body>\n</html>\n");
 }
+
+}  // namespace trimora::rooms

@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
+
+namespace trimora::rooms {
 
 namespace {
 
-bool flank(const PositionScores& scores, int p, const SelectionState& run) {
-  return scores.val[p] >= static_cast<float>(run.flankval);  // single precision on both sides, on purpose
-}
-
-bool gapposition(const PositionScores& scores, int p) {
+bool gap_position(const PositionScores& scores, int p) {
   return scores.val[p] == 0;
 }
 
@@ -27,7 +25,7 @@ int runstop(const PositionScores& scores, int start, int nupo, const SelectionSt
 
 /// The initial blocks: they begin and end at flanks, hold no long run of nonconserved positions, and are at least
 /// posblen long.
-std::vector<Stretch> initialblocks(const PositionScores& scores, int nupo, const SelectionState& run) {
+std::vector<Stretch> initial_blocks(const PositionScores& scores, int nupo, const SelectionState& run) {
   std::vector<Stretch> pos;
   for (int start = 1; start < nupo; ++start) {  // no block has less than two positions
     if (!flank(scores, start, run)) continue;
@@ -42,8 +40,8 @@ std::vector<Stretch> initialblocks(const PositionScores& scores, int nupo, const
 
 /// Cut the gap positions out of the initial blocks. The parts end at conserved positions, flanks or not, and are kept
 /// when they are at least posblen2 long.
-std::vector<Stretch> cleangaps(const std::vector<Stretch>& pos, const PositionScores& scores,
-                               const SelectionState& run) {
+std::vector<Stretch> clean_gaps(const std::vector<Stretch>& pos, const PositionScores& scores,
+                                const SelectionState& run) {
   std::vector<Stretch> newpos;
   for (const Stretch& block : pos) {
     Stretch part{block.first, block.last};
@@ -52,7 +50,7 @@ std::vector<Stretch> cleangaps(const std::vector<Stretch>& pos, const PositionSc
       if (part.length() >= run.posblen2) newpos.push_back(part);
     };
     for (int p = block.first; p <= block.last; ++p) {
-      if (!gapposition(scores, p)) continue;
+      if (!gap_position(scores, p)) continue;
       int last = p - 1;  // the flanks at both ends of the block stop the walks
       while (!conserved(scores, last, run)) --last;
       keep(last);
@@ -65,7 +63,7 @@ std::vector<Stretch> cleangaps(const std::vector<Stretch>& pos, const PositionSc
 }
 
 /// Shrink a block to whole codons: first to a first codon position, last to a third one. What is left may be nothing.
-void snaptocodons(Stretch& block) {
+void snap_to_codons(Stretch& block) {
   if (block.first % 3 == 2) block.first += 2;
   if (block.first % 3 == 0) block.first += 1;
   if (block.last % 3 == 1) block.last -= 1;
@@ -73,7 +71,7 @@ void snaptocodons(Stretch& block) {
 }
 
 /// The blocks counted on the first sequence: less its gaps before the block, but for those inside earlier blocks.
-std::vector<Stretch> onfirstsequence(const std::vector<Stretch>& newpos, const Alignment& ali) {
+std::vector<Stretch> on_first_sequence(const std::vector<Stretch>& newpos, const Alignment& ali) {
   std::vector<Stretch> newposseq;
   const Row sequence = ali.let[1];
   int gaps = 0;
@@ -89,12 +87,14 @@ std::vector<Stretch> onfirstsequence(const std::vector<Stretch>& newpos, const A
 }  // namespace
 
 SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const SelectionState& run) {
-  const std::vector<Stretch> pos = allocating("pos", [&] { return initialblocks(scores, ali.nupo, run); });
   SelectedBlocks blocks;
-  blocks.newpos = allocating("newpos 1", [&] { return cleangaps(pos, scores, run); });
-  if (run.seq_type == 'C') std::for_each(blocks.newpos.begin(), blocks.newpos.end(), snaptocodons);
-  blocks.nupo3 = totallength(blocks.newpos);
+  blocks.pos = allocating("pos", [&] { return initial_blocks(scores, ali.nupo, run); });
+  blocks.newpos = allocating("newpos 1", [&] { return clean_gaps(blocks.pos, scores, run); });
+  if (run.seq_type == 'C') std::for_each(blocks.newpos.begin(), blocks.newpos.end(), snap_to_codons);
+  blocks.nupo3 = total_length(blocks.newpos);
   blocks.nupo3per = static_cast<int>(static_cast<long long>(blocks.nupo3) * 100 / ali.nupo);
-  blocks.newposseq = allocating("newposseq 5", [&] { return onfirstsequence(blocks.newpos, ali); });
+  blocks.newposseq = allocating("newposseq 5", [&] { return on_first_sequence(blocks.newpos, ali); });
   return blocks;
 }
+
+}  // namespace trimora::rooms

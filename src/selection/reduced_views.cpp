@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
+
+namespace trimora::rooms {
 
 Table<char> makelettrimora(const SelectedBlocks& blocks, int nupo) {
   return allocating("lettrimora", [&] {
@@ -41,6 +43,8 @@ Ungapped ungap(const Alignment& ali) {
     }
     keep();
   });
-  ungapped.nupoung = totallength(ungapped.newlet);
+  ungapped.nupoung = total_length(ungapped.newlet);
   return ungapped;
 }
+
+}  // namespace trimora::rooms

@@ -6,6 +6,8 @@
 #include "input/alignment.h"
 #include "selection/blocks.h"
 
+namespace trimora::rooms {
+
 /// The map of the selected positions: [1..nupo] '#' inside a block, '.' outside.
 Table<char> makelettrimora(const SelectedBlocks& blocks, int nupo);
 
@@ -17,3 +19,5 @@ struct Ungapped {
 
 /// Find the positions of `ali` where no sequence has a gap, whatever b5 says of gaps and wherever the blocks lie.
 Ungapped ungap(const Alignment& ali);
+
+}  // namespace trimora::rooms

@@ -7,35 +7,37 @@
 #include <memory>
 #include <string_view>
 
-#include "ground/errfunc.h"
+#include "ground/failure.h"
 #include "ground/vector_clones.h"
 #include "input/letters.h"
 #include "selection/similarity_matrix.h"
+
+namespace trimora::rooms {
 
 namespace {
 
 // The residues that score, in the order in which they prevail on a tie, and the gap.
 constexpr std::string_view proteins = "ACGTDEFHIKLMNPQRSVWY-";
 constexpr std::string_view nucleotides = "UACGT-";
-constexpr std::size_t mostletters = proteins.size();
+constexpr std::size_t most_letters = proteins.size();
 
 // The alignment is counted a tile of positions at a time, a strip of sequences after the other: the letters of a strip
 // and the narrow counters of a tile stay in the first cache, and a counter is loaded once per strip.
 constexpr int tile = 1024;
 constexpr int strip = 8;
-constexpr int vectorwidth = 64;  // widths are rounded up to whole vectors; what stands behind counts as no letter
+constexpr int vector_width = 64;  // widths are rounded up to whole vectors; what stands behind counts as no letter
 
 using Letters = std::uint8_t[strip][tile];
 
 /// Counters of one tile, for each letter of the alphabet, the gap last, and each position.
 struct Counts {
-  std::uint8_t narrow[mostletters][tile];  // widened before they can overflow; 0 again afterwards
-  std::int32_t wide[mostletters][tile];
+  std::uint8_t narrow[most_letters][tile];  // widened before they can overflow; 0 again afterwards
+  std::int32_t wide[most_letters][tile];
 };
 
 /// Add the letters of a strip to the narrow counters.
 TRIMORA_VECTOR_CLONES
-void countstrip(const Letters& letters, std::string_view alphabet, int width, Counts& counts) {
+void count_strip(const Letters& letters, std::string_view alphabet, int width, Counts& counts) {
   for (std::size_t a = 0; a < alphabet.size(); ++a) {
     const auto letter = static_cast<std::uint8_t>(alphabet[a]);
     std::uint8_t* narrow = counts.narrow[a];
@@ -58,9 +60,9 @@ void widen(std::size_t size, int width, bool first, Counts& counts) {
 
 /// Count the letters of `alphabet` at positions start .. start + width - 1.
 TRIMORA_VECTOR_CLONES
-void counttile(const Alignment& ali, int start, int width, std::string_view alphabet, Counts& counts) {
+void count_tile(const Alignment& ali, int start, int width, std::string_view alphabet, Counts& counts) {
   Letters letters;
-  const int vectors = (width + vectorwidth - 1) / vectorwidth * vectorwidth;
+  const int vectors = (width + vector_width - 1) / vector_width * vector_width;
   int counted = 0;  // sequences in the narrow counters
   bool first = true;
   for (int i = 1; i <= ali.numseq; i += strip) {
@@ -72,7 +74,7 @@ void counttile(const Alignment& ali, int start, int width, std::string_view alph
       }
       std::fill(end, letters[k] + vectors, std::uint8_t{0});
     }
-    countstrip(letters, alphabet, vectors, counts);
+    count_strip(letters, alphabet, vectors, counts);
     counted += strip;
     if (counted + strip > UINT8_MAX) {
       widen(alphabet.size(), width, first, counts);
@@ -83,15 +85,6 @@ void counttile(const Alignment& ali, int start, int width, std::string_view alph
   widen(alphabet.size(), width, first, counts);
 }
 
-/// The most gaps that a position may hold to be scored.
-std::int32_t mostgaps(const Alignment& ali, const SelectionState& run) {
-  switch (run.tog_gaps) {
-    case nogaps: return 0;
-    case withhalf: return run.initnegval - 1;
-    default: return ali.numseq;
-  }
-}
-
 /// The scores of one tile, in plain arrays: whole loops over them become vector code.
 struct TileScores {
   float val[tile];
@@ -100,7 +93,7 @@ struct TileScores {
 
 /// Score `width` positions by their most frequent residue; one with more than `mostgaps` gaps is not scored.
 TRIMORA_VECTOR_CLONES
-void scoretile(const Counts& counts, std::string_view alphabet, std::int32_t mostgaps, int width, TileScores& scores) {
+void score_tile(const Counts& counts, std::string_view alphabet, std::int32_t mostgaps, int width, TileScores& scores) {
   const std::size_t gap = alphabet.size() - 1;
   std::int32_t best[tile];
   std::fill_n(best, width, 0);
@@ -148,22 +141,24 @@ PositionScores assignval(const Alignment& ali, const SelectionState& run) {
   const auto counts = allocating("bb", [] { return std::make_unique<Counts>(); });
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
-    counttile(ali, start, width, alphabet, *counts);
-    TileScores ofthistile;
-    scoretile(*counts, alphabet, mostgaps(ali, run), width, ofthistile);
-    if (protein && run.tog_sim == 1) assingval_similarity(*counts, run.initnegval, width, ofthistile);
-    scores.val.append(ofthistile.val, width);
+    count_tile(ali, start, width, alphabet, *counts);
+    TileScores of_this_tile;
+    score_tile(*counts, alphabet, most_gaps(run), width, of_this_tile);
+    if (protein && run.tog_sim == 1) assingval_similarity(*counts, run.initnegval, width, of_this_tile);
+    scores.val.append(of_this_tile.val, width);
     char val_aa[tile];
-    std::copy_n(ofthistile.residue, width, val_aa);
+    std::copy_n(of_this_tile.residue, width, val_aa);
     scores.val_aa.append(val_aa, width);
   }
   return scores;
 }
 
-Table<char> conservedresidues(const PositionScores& scores, const SelectionState& run) {
-  Table<char> residues = allocating("val_aa", [&] { return Table<char>(scores.val.size(), nocapital); });
+Table<char> conserved_residues(const PositionScores& scores, const SelectionState& run) {
+  Table<char> residues = allocating("val_aa", [&] { return Table<char>(scores.val.size(), no_capital); });
   for (int p = 1; p <= scores.val.size(); ++p) {
     if (conserved(scores, p, run)) residues[p] = scores.val_aa[p];
   }
   return residues;
 }
+
+}  // namespace trimora::rooms

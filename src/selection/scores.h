@@ -7,6 +7,8 @@
 #include "input/alignment.h"
 #include "selection/selection_state.h"  // seq_type, negval b1, tog_gaps b5, tog_sim b6, initnegval
 
+namespace trimora::rooms {
+
 /// The scores of one alignment. assignval() makes them; every later step only reads them.
 struct PositionScores {
   Table<float> val;    // [1..nupo] score, in sequences; weighted by similarity it need not be a whole number
@@ -15,7 +17,7 @@ struct PositionScores {
 
 /// Score every position of `ali`. Letters count in either case; what is not in the alphabet counts nowhere.
 /// Returns  the scores, owned by the caller.
-/// Fails    only when memory runs out, through errfunc().
+/// Fails    only when memory runs out, with a Failure.
 PositionScores assignval(const Alignment& ali, const SelectionState& run);
 
 /// Conserved: at least b1 sequences carry the residue.
@@ -23,7 +25,14 @@ inline bool conserved(const PositionScores& scores, int p, const SelectionState&
   return scores.val[p] >= static_cast<float>(run.negval);  // single precision on both sides, on purpose
 }
 
+/// Flank: at least b2 do.
+inline bool flank(const PositionScores& scores, int p, const SelectionState& run) {
+  return scores.val[p] >= static_cast<float>(run.flankval);
+}
+
 /// For each position the residue that the report colours and the mask marks in every sequence that carries it: the most
-/// frequent one where the position is conserved, elsewhere `nocapital`, which no capital equals.
-inline constexpr char nocapital = 'a';
-Table<char> conservedresidues(const PositionScores& scores, const SelectionState& run);
+/// frequent one where the position is conserved, elsewhere `no_capital`, which no capital equals.
+inline constexpr char no_capital = 'a';
+Table<char> conserved_residues(const PositionScores& scores, const SelectionState& run);
+
+}  // namespace trimora::rooms

@@ -3,6 +3,8 @@
 // matrix is not symmetric: the weight depends on which of the two residues prevails.
 #pragma once
 
+namespace trimora::rooms {
+
 // clang-format off
 inline constexpr float similarity[20][20] = {
 // A        C     G     T        D        E        F        H        I        K        L        M        N        P     Q        R        S        V        W        Y
@@ -28,3 +30,5 @@ inline constexpr float similarity[20][20] = {
   {0,       0,    0,    0,       0,       0,       0.4955F, 0.2342F, 0,       0,       0,       0,       0,       0,    0,       0,       0,       0,       0.2973F, 1},        // Y
 };
 // clang-format on
+
+}  // namespace trimora::rooms

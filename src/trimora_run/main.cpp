@@ -1,7 +1,9 @@
 #include "ground/terminal.h"
-#include "trimora_run/trimora_run.h"
+#include "trimora_run/entry.h"
+#include "trimora_run/terminal.h"
 
 int main(int argc, char* argv[]) {
+  trimora::rooms::open_standard_streams();
   [[maybe_unused]] const Terminal terminal;
-  return trimora_run(argc, argv);
+  return trimora::rooms::trimora_run_main(argc, argv);
 }

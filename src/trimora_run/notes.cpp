@@ -5,30 +5,27 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <numeric>
-#include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
+#include "batch/names.h"
 #include "ground/vector_clones.h"
-#include "input/input_file.h"
 #include "input/letters.h"
-#include "trimora_run/diagnosis.h"
-#include "trimora_run/names.h"
 #include "trimora_run/words.h"
+
+namespace trimora::rooms {
 
 namespace {
 
-constexpr std::size_t telling = 20;  // letters: a protein of that length is not made of nucleotides' letters alone
 constexpr int share = 5;           // per cent of the columns from which on letters that may mean gaps are worth a note
 constexpr std::size_t listed = 5;  // stretches, or sequences, that a note names
 constexpr int tile = 4096;         // positions looked at together: what is known of them stays in the first cache
 
 /// What is known of a character, and of a position by all of its characters together.
 constexpr std::uint8_t gap = 1;
-constexpr std::uint8_t unknownmark = 2;    // '?'
-constexpr std::uint8_t unknownletter = 4;  // X or N
-constexpr std::uint8_t odd = 8;            // neither a letter nor one of the above
+constexpr std::uint8_t unknown_mark = 2;    // '?'
+constexpr std::uint8_t unknown_letter = 4;  // X or N
+constexpr std::uint8_t odd = 8;             // neither a letter nor one of the above
 
 /// Whether any of `width` characters is more than a known letter or a gap; `unknown` is the small letter for unknown ones.
 TRIMORA_VECTOR_CLONES
@@ -49,12 +46,12 @@ std::uint8_t classify(const char* text, int width, char unknown, std::uint8_t* k
   std::uint8_t all = 0;
   for (int c = 0; c < width; ++c) {
     const auto small = static_cast<std::uint8_t>(text[c] | 0x20);
-    const std::uint8_t isgap = text[c] == '-' ? gap : std::uint8_t{0};
-    const std::uint8_t ismark = text[c] == '?' ? unknownmark : std::uint8_t{0};
-    const std::uint8_t isunknown = small == static_cast<std::uint8_t>(unknown) ? unknownletter : std::uint8_t{0};
-    const std::uint8_t isodd =
-        static_cast<std::uint8_t>(small - 'a') < 26 || isgap != 0 || ismark != 0 ? std::uint8_t{0} : odd;
-    const auto what = static_cast<std::uint8_t>(isgap | ismark | isunknown | isodd);
+    const std::uint8_t is_gap = text[c] == '-' ? gap : std::uint8_t{0};
+    const std::uint8_t is_mark = text[c] == '?' ? unknown_mark : std::uint8_t{0};
+    const std::uint8_t is_unknown = small == static_cast<std::uint8_t>(unknown) ? unknown_letter : std::uint8_t{0};
+    const std::uint8_t is_odd =
+        static_cast<std::uint8_t>(small - 'a') < 26 || is_gap != 0 || is_mark != 0 ? std::uint8_t{0} : odd;
+    const auto what = static_cast<std::uint8_t>(is_gap | is_mark | is_unknown | is_odd);
     known[c] |= what;
     all |= what;
   }
@@ -62,20 +59,20 @@ std::uint8_t classify(const char* text, int width, char unknown, std::uint8_t* k
 }
 
 /// The letter for an unknown residue, as a small one.
-char unknownof(const BatchState& run) {
+char unknown_of(const OutputState& run) {
   return run.seq_type == 'P' ? 'x' : 'n';
 }
 
 /// What else than known letters and gaps an alignment holds.
 struct Characters {
-  std::array<int, 256> firstin{};  // the first sequence that holds the odd character, 0: none does
-  std::uint8_t all = 0;            // what there is
-  long long unknowns = 0;          // positions without a gap in which a residue is unknown
+  std::array<int, 256> first_in{};  // the first sequence that holds the odd character, 0: none does
+  std::uint8_t all = 0;             // what there is
+  long long unknowns = 0;           // positions without a gap in which a residue is unknown
 };
 
-Characters characters(const Alignment& ali, const BatchState& run) {
+Characters characters(const Alignment& ali, const OutputState& run) {
   Characters found;
-  const char unknown = unknownof(run);
+  const char unknown = unknown_of(run);
   std::uint8_t known[tile];
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
@@ -89,142 +86,97 @@ Characters characters(const Alignment& ali, const BatchState& run) {
       found.all |= all;
       if ((all & odd) == 0) continue;
       std::for_each(text, text + width, [&](char c) {
-        int& first = found.firstin[static_cast<unsigned char>(c)];
+        int& first = found.first_in[static_cast<unsigned char>(c)];
         first = first == 0 ? i : std::min(first, i);
       });
     }
     found.unknowns += std::count_if(known, known + width, [](std::uint8_t what) {
-      return (what & gap) == 0 && (what & (unknownmark | unknownletter)) != 0;
+      return (what & gap) == 0 && (what & (unknown_mark | unknown_letter)) != 0;
     });
   }
   return found;
 }
 
-/// Columns in a note: the first few stretches and, where there are more, how many they are.
-std::string columns(const std::vector<Stretch>& stretches) {
-  const int number = totallength(stretches);
-  std::string list = number == 1 ? "column " : "columns ";
-  for (std::size_t k = 0; k < std::min(listed, stretches.size()); ++k) {
-    const Stretch& s = stretches[k];
-    list += (k > 0 ? ", " : "") + std::to_string(s.first) + (s.length() > 1 ? "-" + std::to_string(s.last) : "");
-  }
-  return stretches.size() > listed ? list + ", ... (" + std::to_string(number) + " in all)" : list;
+std::string name_at(const Alignment& ali, int i) {
+  return std::string(plain_name(ali.name[i]));
 }
 
-/// The letters of the first sequence, as capitals.
-std::string firstletters(const Alignment& ali) {
-  std::string letters;
-  for (int p = 1; p <= ali.nupo; ++p) {
-    const char c = capital(ali.let[1][p]);
-    if (isletter(c)) letters += c;
-  }
-  return letters;
-}
-
-/// The column of the file in which position p stands.
-std::string columnof(const Alignment& ali, int p) {
-  for (const Stretch& dropped : ali.dropped) {
-    if (dropped.first <= p) p += dropped.length();
-  }
-  return std::to_string(p);
-}
-
-std::string nameof(const Alignment& ali, int i) {
-  return withoutlineend(ali.name[i]);
-}
-
-/// One alignment, and where notes on it go.
-struct Desk {
+/// One alignment, and the notes on it.
+struct Notebook {
   const Alignment& ali;
-  const BatchState& run;
-  Messages& messages;
-  std::string file = typed(run.fichero1);  // as it is typed into a shell
+  const OutputState& run;
+  std::vector<std::string>& notes;
 
   void note(std::string_view words, std::initializer_list<std::string_view> values) const {
-    messages.note(run.fichero1, filled(words, values));
+    notes.push_back(filled(words, values));
   }
 };
 
-/// `asread`: the type of sequence is the one that it seems to be, so that X or N is an unknown residue.
-void notecharacters(const Desk& desk, bool asread) {
-  const Alignment& ali = desk.ali;
-  const Characters found = characters(ali, desk.run);
-  const auto firstof = [&](std::string_view set) {
-    int first = 0;
-    for (const char c : set) {
-      const int i = found.firstin[static_cast<unsigned char>(c)];
-      if (i != 0 && (first == 0 || i < first)) first = i;
-    }
-    return first;
-  };
-  const auto noteif = [&](std::string_view set, std::string_view words) {
-    const int i = firstof(set);
-    if (i != 0) desk.note(words, {std::to_string(i), nameof(ali, i), desk.file});
-  };
-  if (firstof("\r") != 0) desk.note(words::windows, {desk.file});
-  noteif("\t", words::tabs);
-  noteif("0123456789", words::digits);
-  noteif("*", words::stars);
-  noteif("~", words::tildes);
+/// Letters at which the programs that come next stop, where a form is written that they read.
+void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const Settings& settings) {
+  const bool plain =
+      std::any_of(settings.forms.begin(), settings.forms.end(), [](Form f) { return f != Form::trimora; });
+  if (!plain || settings.unknown == Unknown::x) return;
+  const bool protein = book.run.seq_type == 'P';
+  for (const Remark& remark : remarks) {
+    if (remark.what != Remark::What::exclamation_marks) continue;
+    book.note(words_of_run::stops_readers,
+              {std::to_string(remark.number), "!", "IQ-TREE and RAxML", protein ? "X" : "N"});
+  }
+  if (!protein) return;
+  long long count = 0;
+  for (int i = 1; i <= book.ali.numseq; ++i) {
+    const char* text = book.ali.let[i].from(1);
+    count += std::count_if(text, text + book.ali.nupo, [](char c) { return capital(c) == 'U' || capital(c) == 'J'; });
+  }
+  if (count > 0) book.note(words_of_run::stops_readers, {std::to_string(count), "U and J", "RAxML", "X"});
+}
 
-  std::string others;
+/// `as_read`: the type of sequence is the one that it seems to be, so that X or N is an unknown residue.
+void note_characters(const Notebook& book, bool as_read) {
+  const Alignment& ali = book.ali;
+  const Characters found = characters(ali, book.run);
   std::string list;
+  int first = 0;
   for (int c = 0; c < 256; ++c) {
     const char byte = static_cast<char>(c);
-    if (found.firstin[static_cast<std::size_t>(c)] == 0 || isletter(byte)) continue;
-    if (std::string_view("\r\t0123456789*~-?").find(byte) != std::string_view::npos) continue;
-    others += byte;
+    const int i = found.first_in[static_cast<std::size_t>(c)];
+    if (i == 0 || is_letter(byte) || std::string_view("*!-?").find(byte) != std::string_view::npos) continue;
+    first = first == 0 ? i : std::min(first, i);
     char code[16];
     std::snprintf(code, sizeof code, c > ' ' && c < 127 ? " %c" : " (byte %d)", c);
     list += code;
   }
-  if (const int i = firstof(others); i != 0) {
-    desk.note(words::oddcharacters, {std::to_string(i), nameof(ali, i), std::string_view(list).substr(1)});
+  if (first != 0) {
+    book.note(words_of_run::odd_characters,
+              {std::string_view(list).substr(1), std::to_string(first), name_at(ali, first)});
   }
 
   const bool many = found.unknowns * 100 >= static_cast<long long>(share) * ali.nupo;
-  if (!asread || !many || desk.run.tog_gaps == allgaps) return;
-  const bool mark = (found.all & unknownmark) != 0;
-  const bool letters = (found.all & unknownletter) != 0;
-  const char letter = unknownof(desk.run);
-  const std::string capitalletter(1, capital(letter));
-  desk.note(words::unknownletters, {mark && letters ? capitalletter + " and ?"
-                                    : mark          ? "?"
-                                                    : capitalletter,
-                                    std::to_string(found.unknowns * 100 / ali.nupo),
-                                    (letters ? capitalletter + letter : "") + (mark ? "?" : ""), desk.file});
+  if (!as_read || !many || book.run.tog_gaps == all_gaps) return;
+  const bool mark = (found.all & unknown_mark) != 0;
+  const bool letters = (found.all & unknown_letter) != 0;
+  const std::string letter(1, capital(unknown_of(book.run)));
+  book.note(words_of_run::unknown_letters, {mark && letters ? letter + " and ?"
+                                            : mark          ? "?"
+                                                            : letter,
+                                            std::to_string(found.unknowns * 100 / ali.nupo)});
 }
 
-/// Whether the file writes '.' for the letter of the first sequence: the others seem to have many more gaps than that one,
-/// and in the file these are points, of which the first one has none.
-bool pointsatfirst(const Alignment& ali, const std::string& path) {
-  const auto gaps = [&](int i) {
-    const char* text = ali.let[i].from(1);
-    return static_cast<long long>(std::count(text, text + ali.nupo, '-'));
-  };
-  const long long few = gaps(1);
-  const auto many = [&](int i) { return gaps(i) * 10 >= ali.nupo && gaps(i) >= 2 * few; };
-  if (!many(2) && !many(ali.numseq)) return false;
-  const InputFile file(path);
-  const std::string_view text = file ? file.unread() : "";
-  int records = 0;
-  long long points = 0;
-  long long others = 0;
-  bool dashes = false;  // a file with both signs does not mean the same by them
-  bool inname = false;
-  for (const char c : text) {
-    records += c == '>' ? 1 : 0;
-    inname = c == '>' || (inname && c != '\n');
-    if (inname || whitespace(c)) continue;
-    if (records == 1 && c == '.') return false;
-    dashes |= c == '-';
-    if (records > 1) ++(c == '.' ? points : others);
+/// Whether the file writes '.' for the letter of the first sequence: that one has none of them, and the others many.
+bool points_at_first(const Alignment& ali, const std::vector<Remark>& remarks) {
+  for (const Remark& remark : remarks) {
+    if (remark.what != Remark::What::dots_are_gaps || remark.sequence <= 1) continue;
+    const char* first = ali.let[1].from(1);
+    const auto gaps = static_cast<long long>(std::count(first, first + ali.nupo, '-'));
+    const long long others = static_cast<long long>(ali.numseq - 1) * ali.nupo;
+    return remark.number * 4 > others && gaps * 10 < ali.nupo;
   }
-  return points * (dashes ? 9 : 3) > others;  // a tenth of all letters, or a quarter
+  return false;
 }
 
 /// The codon that begins at position p, as capitals of DNA.
-std::array<char, 3> codonat(const Row& row, int p) {
+std::array<char, 3> codon_at(const Row& row, int p) {
   std::array<char, 3> codon{};
   for (int k = 0; k < 3; ++k) {
     const char c = capital(row[p + k]);
@@ -233,17 +185,19 @@ std::array<char, 3> codonat(const Row& row, int p) {
   return codon;
 }
 
-bool isstop(const std::array<char, 3>& codon) {
+bool is_stop(const std::array<char, 3>& codon) {
   return codon[0] == 'T' &&
          ((codon[1] == 'A' && (codon[2] == 'A' || codon[2] == 'G')) || (codon[1] == 'G' && codon[2] == 'A'));
 }
 
-void notecodons(const Desk& desk) {
-  const Alignment& ali = desk.ali;
-  if (ali.nupo % 3 != 0) desk.note(words::codonlength, {std::to_string(ali.nupo)});
+void note_codons(const Notebook& book) {
+  const Alignment& ali = book.ali;
+  const ColumnNumbers column_of(ali);
+  const auto columnof = [&](int p) { return std::to_string(column_of(p)); };
+  if (ali.nupo % 3 != 0) book.note(words_of_run::codon_length, {std::to_string(ali.nupo)});
 
-  int withstops = 0, withgaps = 0;
-  int stopin = 0, stopat = 0, gapin = 0, gapat = 0;  // the first of each: sequence and position
+  int with_stops = 0, with_gaps = 0;
+  int stop_in = 0, stop_at = 0, gap_in = 0, gap_at = 0;  // the first of each: sequence and position
   for (int i = 1; i <= ali.numseq; ++i) {
     const Row row = ali.let[i];
     int last = ali.nupo;
@@ -251,8 +205,8 @@ void notecodons(const Desk& desk) {
     const int end = last - last % 3;  // of the last whole codon, which may be a stop
     bool stop = false;
     for (int p = 1; p + 2 < end && !stop; p += 3) {
-      stop = capital(row[p]) >= 'T' && isstop(codonat(row, p));
-      if (stop && withstops++ == 0) stopin = i, stopat = p;
+      stop = capital(row[p]) >= 'T' && is_stop(codon_at(row, p));
+      if (stop && with_stops++ == 0) stop_in = i, stop_at = p;
     }
     int length = 0;   // of the run of gaps that ends here
     int letters = 0;  // before it
@@ -262,47 +216,53 @@ void notecodons(const Desk& desk) {
         continue;
       }
       if (length % 3 != 0 && letters > 0) {
-        if (withgaps++ == 0) gapin = i, gapat = p - length;
+        if (with_gaps++ == 0) gap_in = i, gap_at = p - length;
         break;
       }
       length = 0;
       ++letters;
     }
   }
-  if (withstops > 0) {
-    const std::array<char, 3> codon = codonat(ali.let[stopin], stopat);
-    desk.note(words::codonstops, {std::to_string(withstops),
-                                  {codon.data(), 3},
-                                  columnof(ali, stopat),
-                                  std::to_string(stopin),
-                                  nameof(ali, stopin)});
+  if (with_stops > 0) {
+    const std::array<char, 3> codon = codon_at(ali.let[stop_in], stop_at);
+    book.note(words_of_run::codon_stops, {std::to_string(with_stops),
+                                          {codon.data(), 3},
+                                          columnof(stop_at),
+                                          std::to_string(stop_in),
+                                          name_at(ali, stop_in)});
   }
-  if (withgaps > 0) {
-    desk.note(words::codongaps,
-              {std::to_string(withgaps), columnof(ali, gapat), std::to_string(gapin), nameof(ali, gapin)});
+  if (with_gaps > 0) {
+    book.note(words_of_run::codon_gaps,
+              {std::to_string(with_gaps), columnof(gap_at), std::to_string(gap_in), name_at(ali, gap_in)});
   }
 }
 
-void notenames(const Desk& desk) {
-  const Table<std::string>& name = desk.ali.name;
-  const auto say = [&](const Pair& pair, std::string_view words, std::string_view shown) {
-    if (pair.first == 0) return;
-    desk.note(words, {std::to_string(pair.first), std::to_string(pair.second), shown, desk.file});
+void note_names(const Notebook& book, const Settings& settings) {
+  const Table<std::string>& name = book.ali.name;
+  if (const Pair whole = same_twice(name, plain_name); whole.first != 0) {
+    book.note(words_of_run::same_names,
+              {std::to_string(whole.first), std::to_string(whole.second), name_at(book.ali, whole.first)});
+    return;
+  }
+  const auto written = [&](Form form) {
+    return std::find(settings.forms.begin(), settings.forms.end(), form) != settings.forms.end();
   };
-  const Pair cut = sametwice(name, [](std::string_view text) { return keyof(text); });
-  if (cut.first == 0) return;
-  const Pair whole = sametwice(name, [](std::string_view text) { return text; });
-  if (whole.first != 0) {
-    desk.note(words::samenames,
-              {std::to_string(whole.first), std::to_string(whole.second), nameof(desk.ali, whole.first)});
-  } else {
-    say(cut, words::samewords, keyof(name[cut.first]));
+  if (!written(Form::fasta) && !written(Form::trimora)) return;
+  const Pair cut = same_twice(name, [](std::string_view text) { return key_of(text); });
+  if (cut.first != 0) {
+    book.note(words_of_run::same_words,
+              {std::to_string(cut.first), std::to_string(cut.second), key_of(name[cut.first])});
+  }
+  for (int i = 1; i <= name.size(); ++i) {
+    if (key_of(name[i]).find_first_of("()[],:;'") == std::string_view::npos) continue;
+    book.note(words_of_run::breaks_trees, {std::to_string(i), name_at(book.ali, i)});
+    break;
   }
 }
 
 /// The sequences with the most gaps or unknown letters, at least a tenth of the positions, as "3 (Mus, 81 %)".
-std::string emptiest(const Alignment& ali, const BatchState& run) {
-  const char letter = unknownof(run);
+std::string emptiest(const Alignment& ali, const OutputState& run) {
+  const char letter = unknown_of(run);
   std::vector<std::pair<long long, int>> missing;
   for (int i = 1; i <= ali.numseq; ++i) {
     const char* text = ali.let[i].from(1);
@@ -314,7 +274,7 @@ std::string emptiest(const Alignment& ali, const BatchState& run) {
   std::string list;
   for (std::size_t k = 0; k < std::min(listed, missing.size()); ++k) {
     const auto [count, i] = missing[k];
-    list += (k > 0 ? ", " : "") + std::to_string(i) + " (" + nameof(ali, i) + ", " +
+    list += (k > 0 ? ", " : "") + std::to_string(i) + " (" + name_at(ali, i) + ", " +
             std::to_string(count * 100 / ali.nupo) + " %)";
   }
   return list;
@@ -322,61 +282,73 @@ std::string emptiest(const Alignment& ali, const BatchState& run) {
 
 }  // namespace
 
-void notealignment(const Alignment& ali, const BatchState& run, Messages& messages) {
-  const Desk desk{ali, run, messages};
-  if (!ali.dropped.empty()) {
-    desk.note(words::dropped, {columns(ali.dropped)});
-  }
-  const std::string letters = firstletters(ali);
+std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vector<Remark>& remarks,
+                                            const KindByLetters& by_letters, const OutputState& run,
+                                            const Settings& settings) {
+  std::vector<std::string> notes;
+  const Notebook book{ali, run, notes};
   const bool protein = run.seq_type == 'P';
-  const bool nucleotides = letters.size() >= telling && letters.find_first_not_of("ACGTUN") == std::string::npos;
-  const bool residues = letters.find_first_of("EFILPQ") != std::string::npos;
-  notecharacters(desk, protein ? !nucleotides : !residues);
-  if (pointsatfirst(ali, run.fichero1)) desk.note(words::points, {});
-  if (run.fileformat == fasta && ali.name[1].size() > 2 && ali.name[1][2] == ';') desk.note(words::looksnbrf, {});
-  if (protein && nucleotides) desk.note(words::looksnucleotide, {});
-  if (!protein && residues) desk.note(words::looksprotein, {});
-  if (run.seq_type == 'C') notecodons(desk);
-  notenames(desk);
+  const bool looks_dna = by_letters.kind == Kind::dna;
+  const bool looks_protein = by_letters.kind == Kind::protein;
+  note_characters(book, protein ? !looks_dna : !looks_protein);
+  note_stops(book, remarks, settings);
+  if (points_at_first(ali, remarks)) book.note(words_of_run::points, {});
+  if (protein && looks_dna) book.note(words_of_run::looks_nucleotide, {});
+  if (!protein && looks_protein) book.note(words_of_run::looks_protein, {});
+  if (run.seq_type == 'C') note_codons(book);
+  note_names(book, settings);
+  return notes;
 }
 
-void noteselection(const Alignment& ali, const Selection& found, const BatchState& run, Messages& messages) {
-  const Desk desk{ali, run, messages};
+std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found, const OutputState& run) {
+  std::vector<std::string> notes;
+  const Notebook book{ali, run, notes};
   if (found.blocks.nupo3 == 0) {
     const Table<float>& val = found.scores.val;
     int gaps = 0, flanks = 0;
     for (int p = 1; p <= val.size(); ++p) {
       gaps += val[p] == 0 ? 1 : 0;
-      flanks += val[p] >= static_cast<float>(run.flankval) ? 1 : 0;
+      flanks += flank(found.scores, p, run) ? 1 : 0;
     }
     const std::string sequences = gaps * 4LL >= ali.nupo ? emptiest(ali, run) : "";
     if (!sequences.empty()) {
-      desk.note(words::nothingbygaps, {sequences});
+      const char* advice = run.tog_gaps == no_gaps     ? "try -b5=h"
+                           : run.tog_gaps == with_half ? "try -b5=a"
+                                                       : "try a lower -b2";
+      book.note(words_of_run::nothing_by_gaps, {sequences, advice});
     } else if (flanks == 0) {
-      desk.note(words::nothingbyflanks, {std::to_string(run.flankval)});
+      book.note(words_of_run::nothing_by_flanks, {std::to_string(run.flankval)});
     } else {
-      desk.note(words::nothingbylength, {});
+      const std::string parameter = found.blocks.pos.empty() ? "b0" : "b4";
+      const bool together = run.posblen == run.posblen2;  // b0 follows b4
+      book.note(words_of_run::nothing_by_length, {together ? "b4" : parameter, together ? "b4" : parameter});
     }
-    return;
+    return notes;
   }
+  const char unknown = unknown_of(run);
   for (int i = 1; i <= ali.numseq; ++i) {
     const Row row = ali.let[i];
     const bool empty = std::all_of(found.blocks.newpos.begin(), found.blocks.newpos.end(), [&](const Stretch& block) {
       const char* first = row.from(block.first);
-      return std::all_of(first, first + block.length(), [](char c) { return c == '-'; });
+      return std::all_of(first, first + block.length(),
+                         [&](char c) { return c == '-' || c == '?' || c == '!' || c == '*' || lower(c) == unknown; });
     });
-    if (empty) desk.note(words::emptyrow, {std::to_string(i), nameof(ali, i)});
+    if (empty) book.note(words_of_run::empty_row, {std::to_string(i), name_at(ali, i)});
   }
+  return notes;
 }
 
-void notespecies(const Sheet& concatenation, const std::string& path, Messages& messages) {
+std::vector<std::string> notes_on_species(const Sheet& concatenation) {
+  std::vector<std::string> notes;
   for (int i = 1; i <= concatenation.name->size(); ++i) {
     bool empty = true;
     concatenation.row(i, [&](const char* text, std::ptrdiff_t count) {
       empty = empty && std::all_of(text, text + count, [](char c) { return c == '-' || c == '?'; });
     });
-    if (empty) {
-      messages.note(path, filled(words::emptyspecies, {std::to_string(i), plainname((*concatenation.name)[i])}));
-    }
+    if (!empty) continue;
+    notes.push_back(filled(words_of_run::empty_species, {std::to_string(i), plain_name((*concatenation.name)[i])}));
   }
+  return notes;
 }
+
+}  // namespace trimora::rooms

@@ -1,18 +1,27 @@
-// What a person would see in an alignment or in its results, and a script would not: notes.
+// What a person would see in an alignment or in its results, and a script would not: notes, each a line.
 #pragma once
-#include "batch/batch_state.h"
+#include <string>
+#include <vector>
+
 #include "input/alignment.h"
-#include "selection/calculate.h"
-#include "trimora_run/forms.h"
-#include "trimora_run/messages.h"
+#include "input/kind.h"
+#include "output/forms.h"
+#include "output/output_state.h"
+#include "selection/selection.h"
+#include "trimora_run/settings.h"
 
-/// Say what makes the results of `ali` differ from what its file seems to hold: dropped columns, characters that count
-/// as positions though they are no letters, letters that may mean gaps, another format, type of sequence or frame than
-/// it is read as, names that the next program mixes up.
-void notealignment(const Alignment& ali, const BatchState& run, Messages& messages);
+namespace trimora::rooms {
 
-/// Say which sequence of the concatenation in the file `path` holds no letter.
-void notespecies(const Sheet& concatenation, const std::string& path, Messages& messages);
+/// What makes the results of `ali` other than its file seems to hold: characters that agree with nothing, letters that may
+/// mean gaps, another type of sequence or frame than it is read as, names that the next program mixes up.
+std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vector<Remark>& remarks,
+                                            const KindByLetters& by_letters, const OutputState& run,
+                                            const Settings& settings);
 
-/// Say why nothing was selected, or which sequence has nothing left.
-void noteselection(const Alignment& ali, const Selection& found, const BatchState& run, Messages& messages);
+/// Why nothing was selected, or which sequences have nothing left.
+std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found, const OutputState& run);
+
+/// Which sequences of a concatenation have no letter.
+std::vector<std::string> notes_on_species(const Sheet& concatenation);
+
+}  // namespace trimora::rooms

@@ -1,6 +1,7 @@
-#include "input/filetype.h"
 #include "support.h"
+#include "trimora/checkfiletype.h"
 
+namespace trimora::rooms {
 namespace {
 
 using Load = FolderTest;
@@ -8,7 +9,7 @@ using Load = FolderTest;
 /// The alignment in `f`: name line, row and ';' for each sequence. Or the message that ends the run, in brackets.
 std::string outcome() {
   std::string rows;
-  std::string message = printedby([&] {
+  std::string message = printed_by([&] {
     InputState run;
     run.filename = "f";
     checkfiletype(run);
@@ -84,3 +85,4 @@ TEST_F(Load, LongRows) {
 }
 
 }  // namespace
+}  // namespace trimora::rooms

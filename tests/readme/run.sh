@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# A new user with nothing but the packages (scripts/package.sh) follows the README and docs/programs.md in an empty folder.
+# A new user with nothing but the packages (scripts/package.sh) follows the documents in an empty folder, the README first.
 #
 # Each command of the console blocks runs in its turn in one shell, has to end with 0 and to print what is shown below it;
 # "..." stands for lines in front, and where nothing is shown anything may be printed. Links in the documents lead somewhere.
@@ -30,7 +30,7 @@ follow() { # the command that has been read, with what is shown
   esac || { echo "$document: shown <, printed >: $command"; exit 1; }
   command="" shown="" count=$((count + 1))
 }
-for document in README.md docs/programs.md; do
+for document in README.md docs/{batches,scripts,files,programs}.md; do
   while IFS= read -r line; do
     case $line in
       '$ '*) follow; command=${line#??} ;;

@@ -6,6 +6,7 @@
 #include "selection/reduced_views.h"
 #include "support.h"
 
+namespace trimora::rooms {
 namespace {
 
 // b1 is 6 and b2 is 8. Columns: F flank and c conserved, each just so; C all but a flank and n all but conserved;
@@ -89,3 +90,4 @@ TEST(Ungap, KeepsPositionsWithoutAnyGap) {
 }
 
 }  // namespace
+}  // namespace trimora::rooms

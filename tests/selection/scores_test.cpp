@@ -5,12 +5,13 @@
 #include "selection/similarity_matrix.h"
 #include "support.h"
 
+namespace trimora::rooms {
 namespace {
 
 SelectionState parameters(int numseq, char seq_type, int b5, int b6) {
   SelectionState run;
   run.numseq = numseq;
-  derivedefaults(run);
+  derive_defaults(run);
   run.negval = numseq;  // b1 decides on conserved positions, not on scores
   run.seq_type = seq_type;
   run.tog_gaps = b5;
@@ -80,3 +81,4 @@ TEST(Scores, WeightedSumOfTheMatrix) {
 }
 
 }  // namespace
+}  // namespace trimora::rooms

@@ -1,0 +1,178 @@
+// Trimora as a library: read an alignment, select the blocks of columns that are reliable enough for a tree, write them.
+//
+//   trimora::Alignment ali = trimora::read("globins.fas");
+//   trimora::Parameters p;
+//   p.gaps = trimora::Gaps::half;
+//   trimora::Selection s = trimora::select(ali, p);
+//   std::string text = trimora::write(trimora::trim(ali, s), trimora::Form::fasta);
+//
+// Counting    sequences and columns count from 0; the second number of a pair is one past the last
+// Ownership   an Alignment owns its letters and never changes; copies of it share them. Views (std::string_view) live as
+//             long as any copy. Everything else is a plain value.
+// Threads     the library keeps no state: any two calls may run at the same time, also on the same Alignment
+// Errors      every function fails with Error and nothing else, also when memory runs out
+#pragma once
+#include <cstddef>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#if defined(TRIMORA_SHARED) && defined(_WIN32)
+#ifdef TRIMORA_BUILDS
+#define TRIMORA_API __declspec(dllexport)
+#else
+#define TRIMORA_API __declspec(dllimport)
+#endif
+#elif defined(__GNUC__)
+#define TRIMORA_API __attribute__((visibility("default")))
+#else
+#define TRIMORA_API
+#endif
+
+namespace trimora {
+
+/// "major.minor.patch" of the library that is linked.
+TRIMORA_API const char* version();
+
+/// What went wrong, in words for a person (what()) and as values for a program.
+class TRIMORA_API Error : public std::exception {
+ public:
+  enum class Kind {
+    not_found,          // there is no such file
+    not_readable,       // it is there and cannot be read, or not to its end
+    not_writable,       // a file cannot be created, or not written to its end
+    changed,            // a file was another one when it was opened again
+    empty,              // a file without anything in it
+    unknown_format,     // neither an alignment nor anything else that is known
+    refused_format,     // known, and not read
+    ambiguous_format,   // can be read in two ways that differ
+    damaged,            // a compressed file that is cut off or holds something else as well
+    bad_record,         // a line that its format does not allow there
+    unfinished_record,  // a sequence that has no end, or a name that has no sequence
+    name_too_long,      // a name line longer than is read
+    bad_character,      // neither a letter, a gap nor an unknown residue
+    unequal_lengths,    // sequences of different length
+    too_long,           // more letters or sequences than can be counted
+    too_few_sequences,  // an alignment has two or more
+    too_few_positions,  // columns that are not gaps in every sequence: two or more
+    undecided_type,     // the letters do not tell protein and DNA apart
+    contrary_type,      // alignments of another type than the ones that they go with
+    other_sequences,    // alignments whose sequences do not go together, by number or by name
+    unfit_name,         // a name that cannot be used for what was asked
+    same_name,          // two sequences that must be told apart by their names
+    bad_argument,       // a parameter out of its range, or a choice that is none
+    would_overwrite,    // a result in the place of an input or of another result
+    out_of_memory,
+  };
+
+  Error(Kind kind, std::string what, int sequence = -1, std::string name = {});
+  ~Error() override;
+  const char* what() const noexcept override { return what_.c_str(); }
+
+  Kind kind;
+  int sequence;      // the sequence to blame, from 0; -1: none
+  std::string name;  // its name, or that of the file, as far as there is one
+
+ private:
+  std::string what_;
+};
+
+/// The type of the sequences.
+enum class Kind { protein, dna, codons };
+
+/// b5: how many gaps a column may hold and still be selected: none, in up to half of the sequences, in any number.
+enum class Gaps { none, half, all };
+
+/// The form of an alignment file. `trimora`: FASTA in groups of ten letters, as the program trimora writes it.
+enum class Form { fasta, phylip, nexus, trimora };
+
+/// Sequences of equal length, each with a name.
+class TRIMORA_API Alignment {
+ public:
+  /// The rows called `names`, in their order. '-' and '.' are gaps. `kind` unset: the letters decide it when it is needed.
+  /// Error    unequal_lengths; too_few_sequences without any row; bad_argument when there are more names or fewer than rows
+  Alignment(const std::vector<std::string>& names, const std::vector<std::string>& rows, std::optional<Kind> kind = {});
+
+  std::size_t size() const;   // sequences
+  std::size_t width() const;  // columns
+  std::string_view name(std::size_t sequence) const;
+  std::string_view row(std::size_t sequence) const;
+  /// The type of the sequences, as the file says it or as it was given; nothing when neither does. Never codons by itself.
+  std::optional<Kind> kind() const;
+  /// The format that it was read from, as people call it ("FASTA", "CLUSTAL"); empty when it was made in memory.
+  std::string_view format() const;
+
+  struct Data;  // of the library
+  explicit Alignment(std::shared_ptr<const Data> data) : data_(std::move(data)) {}
+  const Data& data() const { return *data_; }
+
+ private:
+  std::shared_ptr<const Data> data_;
+};
+
+/// Read the alignment in the file `path`. Its format is known by its content.
+TRIMORA_API Alignment read(const std::string& path);
+
+/// The same from memory, which is not kept.
+TRIMORA_API Alignment read_text(std::string_view text);
+
+/// A number of sequences, as a count or as a whole per cent of all (truncated).
+struct Sequences {
+  int number = 0;
+  bool percent = false;
+};
+inline Sequences count(int number) {
+  return {number, false};
+}
+inline Sequences percent(int number) {
+  return {number, true};
+}
+
+/// How blocks are selected.
+struct Parameters {
+  std::optional<Kind> kind;     // unset: the alignment's own, or what its letters say; codons never by themselves
+  std::optional<Sequences> b1;  // sequences for a conserved column; half + 1 (default, and the least) to b2
+  std::optional<Sequences> b2;  // sequences for a flank column; b1 to all; default 85 %
+  int b3 = 8;                   // nonconserved columns in a row, at most; 0 to 32000
+  int b4 = 10;                  // length of a block, at least; 2 to 32000
+  std::optional<int> b0;        // length of an initial block, at least; 2 to 32000; unset: as b4
+  Gaps gaps = Gaps::none;       // b5
+  bool similarity = true;       // b6: similar residues of proteins add to a score
+};
+
+/// What was selected of one alignment. Columns are those of the alignment as it was given, from 0.
+struct Selection {
+  std::vector<int> columns;                 // kept, ascending
+  std::vector<std::pair<int, int>> blocks;  // first and one past last; a block may span columns that are gaps in every
+                                            // sequence: these are dropped first and are not in `columns`
+  std::vector<float> scores;                // of each column, in sequences; 0 where gaps or unknown residues forbid it
+  std::vector<char> classes;  // of each column: F flank, C conserved, . nonconserved, - gap, d dropped (all gap)
+  int b1 = 0, b2 = 0;         // in force, in sequences
+  Kind kind = Kind::protein;  // in force
+};
+
+/// Select the blocks of `ali`, which may have no column left.
+/// Error    bad_argument; too_few_sequences or too_few_positions (below two); undecided_type
+TRIMORA_API Selection select(const Alignment& ali, const Parameters& parameters = {});
+
+/// Why each column of `ali` is selected or not: the first rule of the method that removes it, in words.
+/// Error    as select()
+TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters = {});
+
+/// The columns of `ali` that were selected; the result may have no column.
+/// Needs    a selection made of an alignment of this width.
+/// Error    bad_argument when a column is not one of `ali`
+TRIMORA_API Alignment trim(const Alignment& ali, const Selection& selection);
+
+/// The text of an alignment file.
+/// Error    unfit_name or same_name when the form cannot hold a name
+TRIMORA_API std::string write(const Alignment& ali, Form form);
+
+/// The same into a file, which is replaced. It is there whole or not at all.
+TRIMORA_API void write(const Alignment& ali, Form form, const std::string& path);
+
+}  // namespace trimora

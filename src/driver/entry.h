@@ -1,7 +1,0 @@
-// The program trimora but for its main(): a caller keeps its process.
-#pragma once
-
-/// `trimora [FILE [OPTION...]]`: menus when there is nothing but a file name, one run without a question when there are
-/// options.
-/// Returns  the exit status, which is 1 at every end, a good one included: scripts have come to rely on it.
-int trimora(int argc, char* argv[]);

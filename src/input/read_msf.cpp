@@ -1,0 +1,76 @@
+// MSF: a header with "MSF: length Type: P ..", a line "Name: ..." for each sequence, "//", then blocks of "name letters".
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include "ground/failure.h"
+#include "input/assembly.h"
+#include "input/formats.h"
+#include "input/row_blocks.h"
+#include "input/words.h"
+
+namespace trimora::rooms {
+namespace {
+
+/// The word after `key` in a line; empty when there is none.
+std::string_view word_after(std::string_view line, std::string_view key) {
+  const std::size_t at = line.find(key);
+  if (at == line.npos) return {};
+  line.remove_prefix(at + key.size());
+  return take_word(line);
+}
+
+/// Whether a line counts columns.
+bool msf_ruler(std::string_view line) {
+  return all_are(line, [](char c) { return isdigit(c) || isblank(c); });
+}
+
+}  // namespace
+
+bool begins_msf(std::string_view head) {
+  head = head.substr(0, 65536);  // of what may be all of a long text
+  if (head.starts_with("!!AA_MULTIPLE_ALIGNMENT") || head.starts_with("!!NA_MULTIPLE_ALIGNMENT")) return true;
+  for (std::size_t at = 0; (at = head.find("MSF:", at)) != head.npos; ++at) {
+    const std::string_view line = first_line(head.substr(at));
+    if (line.find("Check:") != line.npos && line.find("..") != line.npos) return true;
+  }
+  return false;
+}
+
+Reading read_msf(Lines& in) {
+  RowBlocks rows;
+  std::optional<Kind> kind;
+  std::optional<int> length;
+  std::string_view line;
+  bool headed = false;
+  while (!headed && in.next(line)) {
+    const std::string_view name = word_after(line, "Name:");
+    const std::string_view msf = word_after(line, "MSF:");
+    if (!name.empty()) rows.announce(name);
+    if (!length && !msf.empty()) {
+      length = number_in(msf);
+      const std::string_view type = word_after(line, "Type:");
+      if (type == "P") kind = Kind::protein;
+      if (type == "N") kind = Kind::dna;
+    }
+    headed = trimmed(line) == "//";
+  }
+  if (!headed || !length) throw Failure{.kind = Failure::Kind::unfinished_record, .detail = "// after its header"};
+  while (in.next(line)) {
+    if (msf_ruler(line)) continue;
+    std::string_view rest = line;
+    std::string* row = rows.empty() ? nullptr : rows.row(take_word(rest));
+    if (row == nullptr)
+      throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
+    append_letters(*row, rest);
+  }
+  Assembly assembly;
+  assembly.dots_are_usual = true;
+  rows.move_to(assembly);
+  if (!assembly.empty()) assembly.expect(*length);
+  Reading reading = assembly.finish();
+  reading.kind = kind;
+  return reading;
+}
+
+}  // namespace trimora::rooms

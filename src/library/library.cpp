@@ -1,0 +1,280 @@
+// The library as others call it: the rooms behind the public header.
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "ground/failure.h"
+#include "ground/version.h"
+#include "input/assembly.h"
+#include "input/kind.h"
+#include "input/read.h"
+#include "output/forms.h"
+#include "output/whole_file.h"
+#include "selection/parameters.h"
+#include "selection/reasons.h"
+#include "selection/selection.h"
+#include "trimora/trimora.h"
+
+namespace trimora {
+
+using rooms::Failure;
+
+struct Alignment::Data {
+  std::vector<std::string> names;
+  rooms::Rows let;
+  int nupo = 0;
+  std::optional<Kind> kind;        // that the file declares, or that was given
+  std::optional<Kind> by_letters;  // where it does not
+  std::string format;
+  std::vector<rooms::Stretch> inserts;
+
+  int numseq() const { return static_cast<int>(names.size()); }
+};
+
+namespace {
+
+/// Carry out `step`; what fails in it becomes an Error.
+template <typename Step>
+auto told(Step step) -> decltype(step()) {
+  try {
+    return step();
+  } catch (const Failure& failure) {
+    std::string what = failure.file.empty() ? "" : failure.file + ": ";
+    throw Error(failure.kind, what + rooms::words(failure), failure.sequence - 1,
+                failure.sequence > 0 || failure.file.empty() ? failure.name : failure.file);
+  } catch (const std::bad_alloc&) {
+    throw Error(Error::Kind::out_of_memory, rooms::words(Failure{}));
+  } catch (const std::length_error&) {
+    throw Error(Error::Kind::out_of_memory, rooms::words(Failure{}));
+  }
+}
+
+[[noreturn]] void refuse(const std::string& why) {
+  throw Failure{.kind = Failure::Kind::bad_argument, .detail = why};
+}
+
+Alignment made_of(rooms::Reading reading, std::optional<Kind> kind) {
+  auto data = std::make_shared<Alignment::Data>();
+  data->kind = kind ? kind : reading.kind;
+  if (!data->kind) data->by_letters = rooms::kind_by_letters(reading).kind;
+  if (data->kind.value_or(data->by_letters.value_or(Kind::protein)) != Kind::protein) rooms::read_u_as_t(reading);
+  data->format = reading.format;
+  data->inserts = std::move(reading.inserts);
+  data->names = std::move(reading.names);
+  data->nupo = reading.nupo;
+  data->let = rooms::Rows(std::move(reading.letters), reading.nupo);
+  return Alignment(std::move(data));
+}
+
+/// The letters of an alignment in a reading of their own.
+rooms::Reading copied(const Alignment::Data& data) {
+  rooms::Reading reading;
+  reading.names = data.names;
+  reading.nupo = data.nupo;
+  reading.letters.reserve(data.names.size() * static_cast<std::size_t>(data.nupo));
+  for (int i = 1; i <= data.numseq(); ++i) {
+    const char* first = data.let[i].from(1);
+    reading.letters.insert(reading.letters.end(), first, first + data.nupo);
+  }
+  return reading;
+}
+
+/// The alignment whose blocks are selected: the letters are shared where no column is dropped.
+rooms::Alignment for_selection(const Alignment::Data& data, Kind kind) {
+  rooms::Alignment ali;
+  ali.numseq = data.numseq();
+  ali.nupo = data.nupo;
+  ali.let = data.let;
+  ali.inserts = data.inserts;
+  const bool settled = data.kind.value_or(data.by_letters.value_or(Kind::protein)) != Kind::protein;
+  if (kind != Kind::protein && !settled) {  // U has not been looked at
+    rooms::Reading reading = copied(data);
+    rooms::read_u_as_t(reading);
+    ali.let = rooms::Rows(std::move(reading.letters), data.nupo);
+  }
+  return rooms::without_gap_columns(std::move(ali));
+}
+
+rooms::SelectionState state_of(const Parameters& p, Kind kind, int numseq) {
+  rooms::SelectionState run;
+  run.numseq = numseq;
+  run.seq_type = rooms::seq_type_of(kind);
+  rooms::set_parameters(p, run);
+  return run;
+}
+
+char class_of(float score, const rooms::SelectionState& run) {
+  if (score == 0) return '-';
+  if (score < static_cast<float>(run.negval)) return '.';
+  return score < static_cast<float>(run.flankval) ? 'C' : 'F';
+}
+
+/// The sheet of a whole alignment; `name` has to outlive it.
+rooms::Sheet sheet_of(const Alignment::Data& data, const rooms::Table<std::string>& name) {
+  return {&name, data.nupo, [&data](int i, const rooms::Sheet::Put& put) {
+            if (data.nupo > 0) put(data.let[i].from(1), data.nupo);
+          }};
+}
+
+void write_into(rooms::OutputFile& out, const Alignment::Data& data, Form form) {
+  rooms::Table<std::string> stored;
+  for (const std::string& name : data.names) stored.append(name + "\n");
+  rooms::InputState run;
+  run.fileformat = rooms::fasta;
+  run.seq_type = rooms::seq_type_of(data.kind.value_or(data.by_letters.value_or(Kind::protein)));
+  const rooms::FormNames names = rooms::names_for(form, stored);
+  rooms::write_form(out, sheet_of(data, names.name), form, run);
+}
+
+}  // namespace
+
+const char* version() {
+  return rooms::version_text;
+}
+
+Error::Error(Kind error_kind, std::string what, int which, std::string whose)
+    : kind(error_kind), sequence(which), name(std::move(whose)), what_(std::move(what)) {}
+
+Error::~Error() = default;
+
+Alignment::Alignment(const std::vector<std::string>& names, const std::vector<std::string>& rows,
+                     std::optional<Kind> kind) {
+  data_ = told([&] {
+    if (names.size() != rows.size()) {
+      refuse(std::to_string(names.size()) + " names for " + std::to_string(rows.size()) + " rows");
+    }
+    rooms::Assembly assembly(rows.empty() ? 0 : rows.size() * rows.front().size());
+    for (std::size_t i = 0; i < rows.size(); ++i) assembly.add(names[i], rows[i]);
+    return made_of(assembly.finish(), kind).data_;
+  });
+}
+
+std::size_t Alignment::size() const {
+  return data_->names.size();
+}
+
+std::size_t Alignment::width() const {
+  return static_cast<std::size_t>(data_->nupo);
+}
+
+std::string_view Alignment::name(std::size_t sequence) const {
+  return data_->names[sequence];
+}
+
+std::string_view Alignment::row(std::size_t sequence) const {
+  if (data_->nupo == 0) return {};
+  return {data_->let[static_cast<int>(sequence) + 1].from(1), width()};
+}
+
+std::optional<Kind> Alignment::kind() const {
+  return data_->kind;
+}
+
+std::string_view Alignment::format() const {
+  return data_->format;
+}
+
+Alignment read(const std::string& path) {
+  return told([&] { return made_of(rooms::read(path), std::nullopt); });
+}
+
+Alignment read_text(std::string_view text) {
+  return told([&] { return made_of(rooms::read_text(text), std::nullopt); });
+}
+
+Selection select(const Alignment& ali, const Parameters& parameters) {
+  return told([&] {
+    const Alignment::Data& data = ali.data();
+    if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
+    const std::optional<Kind> kind = parameters.kind ? parameters.kind : data.kind ? data.kind : data.by_letters;
+    if (!kind) throw Failure{.kind = Failure::Kind::undecided_type, .detail = ": set the kind"};
+    const rooms::SelectionState run = state_of(parameters, *kind, data.numseq());
+    const rooms::Alignment work = for_selection(data, *kind);
+    const rooms::Selection found = rooms::find_blocks(work, run, false);
+
+    Selection selection;
+    selection.b1 = run.negval;
+    selection.b2 = run.flankval;
+    selection.kind = *kind;
+    const rooms::ColumnNumbers column_of(work);
+    const auto from_0 = [&](int p) { return static_cast<int>(column_of(p)) - 1; };
+    const auto width = static_cast<std::size_t>(data.nupo);
+    selection.scores.assign(width, 0.0F);
+    selection.classes.assign(width, 'd');
+    int position = 0;
+    for (const rooms::Stretch& kept : rooms::complement(work.dropped, data.nupo)) {
+      for (int column = kept.first; column <= kept.last; ++column) {
+        const float score = found.scores.val[++position];
+        selection.scores[static_cast<std::size_t>(column) - 1] = score;
+        selection.classes[static_cast<std::size_t>(column) - 1] = class_of(score, run);
+      }
+    }
+    selection.columns.reserve(static_cast<std::size_t>(found.blocks.nupo3));
+    for (const rooms::Stretch& block : found.blocks.newpos) {
+      if (block.length() <= 0) continue;  // of codons, without a whole one
+      for (int p = block.first; p <= block.last; ++p) selection.columns.push_back(from_0(p));
+      selection.blocks.emplace_back(from_0(block.first), from_0(block.last) + 1);
+    }
+    return selection;
+  });
+}
+
+std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters) {
+  return told([&] {
+    const Alignment::Data& data = ali.data();
+    const Selection selection = select(ali, parameters);
+    const rooms::SelectionState run = state_of(parameters, selection.kind, data.numseq());
+    const rooms::Alignment work = for_selection(data, selection.kind);
+    const rooms::Selection found = rooms::find_blocks(work, run, false);
+    const rooms::Table<rooms::Verdict> verdicts = rooms::verdicts(work, found.scores, found.blocks, run);
+    const rooms::ColumnNumbers column_of(work);
+    const auto from_0 = [&](int p) { return column_of(p) - 1; };
+    std::vector<std::string> all(static_cast<std::size_t>(data.nupo),
+                                 rooms::words({rooms::Reason::all_gap}, run, from_0));
+    for (const rooms::Stretch& insert : data.inserts) {
+      std::fill_n(all.begin() + insert.first - 1, insert.length(), rooms::words({rooms::Reason::insert}, run, from_0));
+    }
+    for (int p = 1; p <= work.nupo; ++p) {
+      all[static_cast<std::size_t>(from_0(p))] = rooms::words(verdicts[p], run, from_0);
+    }
+    return all;
+  });
+}
+
+Alignment trim(const Alignment& ali, const Selection& selection) {
+  return told([&] {
+    const Alignment::Data& data = ali.data();
+    for (const int column : selection.columns) {
+      if (column < 0 || column >= data.nupo) refuse("column " + std::to_string(column) + " is not in the alignment");
+    }
+    auto trimmed = std::make_shared<Alignment::Data>();
+    trimmed->names = data.names;
+    trimmed->kind = selection.kind;
+    trimmed->nupo = static_cast<int>(selection.columns.size());
+    std::vector<char> letters;
+    letters.reserve(data.names.size() * selection.columns.size());
+    for (int i = 1; i <= data.numseq(); ++i) {
+      const char* row = data.nupo > 0 ? data.let[i].from(1) : nullptr;
+      for (const int column : selection.columns) letters.push_back(row[column]);
+    }
+    trimmed->let = rooms::Rows(std::move(letters), trimmed->nupo);
+    return Alignment(std::move(trimmed));
+  });
+}
+
+std::string write(const Alignment& ali, Form form) {
+  return told([&] {
+    std::string text;
+    rooms::OutputFile out(&text);
+    write_into(out, ali.data(), form);
+    static_cast<void>(out.close());  // memory is never incomplete
+    return text;
+  });
+}
+
+void write(const Alignment& ali, Form form, const std::string& path) {
+  told([&] { rooms::write_whole(path, [&](rooms::OutputFile& out) { write_into(out, ali.data(), form); }); });
+}
+
+}  // namespace trimora

@@ -1,0 +1,30 @@
+// The table of the alignments of a run: what became of each.
+#pragma once
+#include <string>
+
+#include "output/output_file.h"
+
+namespace trimora::rooms {
+
+/// One alignment. -1: not known.
+struct TableRow {
+  std::string alignment;  // its path, as the user gave it
+  int sequences = -1;
+  long long columns = -1;  // in the file
+  int positions = -1;      // without those that are dropped
+  int ungapped = -1;       // positions without a gap in any sequence
+  int selected = -1;
+  int percent = -1;  // of the positions
+  int blocks = -1;
+  int b1 = -1, b2 = -1;
+  enum class Status { skipped, ok, failed } status = Status::skipped;  // skipped: an earlier one failed
+  std::string message;                                                 // why it failed, or the notes
+};
+
+/// Write the header of the table: tab-separated.
+void write_table_header(OutputFile& out);
+
+/// Write a line; NA where a number is not known. Tabs and line ends in paths and messages become blanks.
+void write_table_row(OutputFile& out, const TableRow& row);
+
+}  // namespace trimora::rooms

@@ -1,0 +1,25 @@
+// What is found in one alignment: its scores, its blocks and, where someone asks for it, its ungapped view.
+#pragma once
+#include "input/alignment.h"
+#include "selection/blocks.h"
+#include "selection/reduced_views.h"
+#include "selection/scores.h"
+
+namespace trimora::rooms {
+
+struct Selection {
+  PositionScores scores;
+  SelectedBlocks blocks;
+  Ungapped ungapped;  // only when it was asked for
+};
+
+/// Score the positions of `ali` and select its blocks.
+inline Selection find_blocks(const Alignment& ali, const SelectionState& run, bool needs_ungapped) {
+  Selection found;
+  found.scores = assignval(ali, run);
+  found.blocks = getpos(found.scores, ali, run);
+  if (needs_ungapped) found.ungapped = ungap(ali);
+  return found;
+}
+
+}  // namespace trimora::rooms

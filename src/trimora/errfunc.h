@@ -1,0 +1,32 @@
+// How a run of trimora ends early, in its settled words.
+#pragma once
+#include <new>
+#include <string>
+
+#include "ground/failure.h"
+
+namespace trimora::rooms {
+
+/// Standard input has ended where the menus wait for an answer: the run ends without another word.
+struct AnswersEnded {};
+
+/// Print why the run has failed, and that it is over. What the system refused is also told on standard error.
+void errfunc(const Failure& failure);
+
+/// Tell on standard error that `file` is incomplete, and why.
+void name_incomplete(const std::string& file, const char* reason);
+
+/// Carry out `run`; when it fails, say why.
+template <typename Run>
+void go_through(Run run) {
+  try {
+    run();
+  } catch (const Failure& failure) {
+    errfunc(failure);
+  } catch (const std::bad_alloc&) {  // where no buffer has a name
+    errfunc({.kind = Failure::Kind::out_of_memory});
+  } catch (const AnswersEnded&) {
+  }
+}
+
+}  // namespace trimora::rooms

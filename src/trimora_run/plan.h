@@ -1,0 +1,39 @@
+// What a run is going to do, before anything is written: its alignments in their order, and where each result goes.
+// Words     stem: the path that the names of an alignment's results begin with
+#pragma once
+#include <string>
+#include <vector>
+
+#include "batch/supermatrix.h"
+#include "output/output_state.h"
+#include "trimora_run/settings.h"
+
+namespace trimora::rooms {
+
+/// One alignment.
+struct Job {
+  std::string path;  // "-": the standard input
+  std::string stem;
+};
+
+struct Plan {
+  std::vector<Job> jobs;
+  bool batch = false;                // what is read are several alignments, or one that is put together with none
+  std::string joined_stem;           // of the concatenations
+  std::vector<std::string> decided;  // about the files that were named, for the account
+};
+
+/// Find the alignments that `settings.files` name, and all files that the run will write; make the folder of --into.
+/// Fails    with a Failure, its `file` set: not_found, not_readable, would_overwrite, empty ...
+Plan plan_of(const Settings& settings);
+
+/// The state with which the files of an alignment are written: all of it but what the alignment tells.
+OutputState output_state(const Settings& settings, const std::string& stem);
+
+/// The path of a concatenation, without the ending of its form.
+std::string joined_path(const Plan& plan, const Settings& settings, Joined joined);
+
+/// The concatenations that are asked for.
+Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings);
+
+}  // namespace trimora::rooms

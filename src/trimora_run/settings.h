@@ -1,0 +1,70 @@
+// What a run of trimora-run is asked for: made once from the command line, read as const by everything else.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "trimora/trimora.h"  // Parameters
+
+namespace trimora::rooms {
+
+/// What the command line asks for.
+enum class Asked { run, help, version };
+
+/// -p: the report on each alignment.
+enum class Report { html, text, brief, none };
+
+/// --match: how the sequences of several alignments are put together in a concatenation.
+enum class Match {
+  same,   // by their order; different names are refused
+  name,   // by their names; '?' where an alignment lacks one
+  order,  // by their order, whatever their names
+};
+
+/// --unknown: what is written for residues at which other programs stop.
+enum class Unknown {
+  keep,  // the residue itself
+  x,     // X in proteins, N in DNA
+};
+
+/// The parameters of the selection under the names of their options, b0 to b6, and all else that can be set. b1 and b2 are
+/// as they were given: their ranges depend on the alignment. Of b2, the number 0 means as few sequences as b1.
+struct Settings : Parameters {
+  Asked asked = Asked::run;        // anything but a run: the rest is as it is by default
+  std::vector<std::string> files;  // one or more; "-", the standard input, only alone
+
+  // Files written for each alignment.
+  bool blocks = true;                                                    // -s: the selected blocks
+  Report report = Report::html;                                          // -p; none when the input is "-"
+  int line_length = 60;                                                  // -v: characters per line of the report
+  bool mask = false;                                                     // -k
+  bool map = false;                                                      // -d: the blocks drawn, as PostScript
+  bool nonconserved = false;                                             // -n: the columns not selected
+  bool ungapped = false;                                                 // -u: the columns without a gap
+  bool columns = false;                                                  // --columns: what became of each column
+  std::string suffix = "-tr";                                            // -e
+  std::vector<trimora::Form> forms = std::vector{trimora::Form::fasta};  // --format
+  Unknown unknown = Unknown::keep;                                       // --unknown
+  std::string into;                                                      // --into: their folder; none: the alignment's
+
+  // Several alignments.
+  bool all_blocks = false;    // -a: concatenate the selected blocks
+  bool all_input = false;     // -c: concatenate the alignments as they were read
+  bool all_ungapped = false;  // -w: concatenate the columns without a gap
+  Match match = Match::same;  // --match
+  std::string name_end;       // --name-end: characters that end the name of a species; none: blanks
+  bool partitions = false;    // --partitions: which columns of a concatenation are of which alignment
+  std::string model;          // --model: in the partitions; none: by the type of sequence
+  std::string name;           // --name: of the concatenations; none: by the input
+  bool keep_going = false;    // --keep-going: go on after an alignment that fails
+
+  // The run.
+  std::string table;    // --table: a line for each alignment; "-": on standard output; none: not written
+  bool strict = false;  // --strict: a note makes the status 1
+  bool quiet = false;   // --quiet: no account on standard output
+
+  /// Whether the alignment is the standard input, and its blocks go to the standard output.
+  bool filter() const { return files.size() == 1 && files.front() == "-"; }
+  bool concatenates() const { return all_blocks || all_input || all_ungapped; }
+};
+
+}  // namespace trimora::rooms

@@ -1,0 +1,49 @@
+// One alignment, from its file to its results.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ground/failure.h"
+#include "ground/table.h"
+#include "input/alignment.h"
+#include "output/output_state.h"
+#include "output/results_table.h"
+#include "selection/selection.h"
+#include "trimora_run/plan.h"
+#include "trimora_run/settings.h"
+
+namespace trimora::rooms {
+
+/// What the alignments before leave for the next one of their batch.
+struct Before {
+  std::string path;         // of the first one; empty: none was trimmed
+  InputState first;         // its format and type of sequence
+  Table<std::string> name;  // its names
+};
+
+/// What became of one alignment. Nothing else is touched but its own files.
+struct Outcome {
+  TableRow row;
+  std::vector<std::string> decided;  // in reading it, for the account
+  std::vector<std::string> notes;
+  std::optional<Failure> failure;    // it was not trimmed, or not all of its files are there
+  std::string why_not_joined;        // it was trimmed, and does not go together with the first one
+  std::vector<std::string> written;  // its files
+
+  OutputState run;  // the parameters in force
+  Alignment ali;
+  Selection found;
+};
+
+/// Read, select and write `job`, alone or as one of a batch.
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Before& before);
+
+/// What is written for each letter, as --unknown says.
+LetterMap letters_written(const Settings& settings, char seq_type);
+
+/// Write `sheet` to `path` in each form of `settings`; names that change are listed in `names_path`, and told in `decided`.
+void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms, const InputState& run,
+                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written);
+
+}  // namespace trimora::rooms

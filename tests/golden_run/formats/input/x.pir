@@ -1,0 +1,9 @@
+>P1;one
+
+MKLV-FAAEEDDP*
+>P1;two
+
+MKLVLFAAEE--P*
+>P1;three
+
+MKIVLFAAEEDDP*

@@ -1,0 +1,255 @@
+"""What the rules of the Snakefile do.
+
+Whether a result is fresh follows from its place, not from what the engine remembers. A group of alignments has a folder named
+by the hash of all that decides its bytes, and so has the join of all groups. Its `members.tsv` is written before anything is
+submitted, and a job reads nothing else: the program, its sha256 and the name of the list; the options; then path, size, time
+and group of each alignment. What a job makes is called `made` when it is whole.
+"""
+import atexit
+import contextlib
+import fcntl
+import hashlib
+import os
+import re
+import shlex
+import shutil
+import subprocess
+from pathlib import Path
+
+from snakemake.exceptions import WorkflowError as Refused  # with one sentence for the person who asked
+
+NOT_TAKEN = re.compile(r"--(match|table|keep-going|into|strict|join)|[^-]|.*[\t\r\n]")
+JOIN_ONLY = re.compile("-[acw]=|--(match|name-|partitions|model)", re.IGNORECASE)
+
+
+@contextlib.contextmanager
+def plainly(folder=None):
+    """Says the sentence of a refusal last. That of a job is left in its folder for the main process."""
+    try:
+        yield
+    except (Refused, OSError, ValueError) as reason:
+        fault = reason.__context__  # of a setting, when the schema does not allow it
+        sentence = ": ".join([*getattr(fault, "path", []), getattr(fault, "message", str(reason))])
+        sentence = f"{reason.filename}: {reason.strerror}" if isinstance(reason, OSError) else sentence
+        atexit.register(os.write, 2, os.fsencode(f"{sentence}\n"))
+        if folder:
+            shutil.rmtree(folder / "part", ignore_errors=True)  # so that a full disk can hold the sentence
+            write(folder / "refused", [[sentence]])
+        raise Refused("") from None
+
+
+def repeat_refusals(folders):
+    for file in (folder / "refused" for folder in folders if (folder / "refused").exists()):
+        os.write(2, file.read_bytes())
+
+
+def write(file, lines):
+    beside = file.with_name(f"{file.name}.{os.getpid()}")
+    beside.write_bytes(os.fsencode("".join("\t".join(line) + "\n" for line in lines)))
+    beside.rename(file)
+
+
+def read(file):
+    return [line.split("\t") for line in os.fsdecode(file.read_bytes()).split("\n")[:-1]]
+
+
+def read_table(file):
+    """{alignment: its line, as a dict}"""
+    header, *lines = read(file)
+    return {line[0]: dict(zip(header, line)) for line in lines}
+
+
+def write_table(folder, lines):
+    write(folder / "table.tsv", [next(iter(lines)), *(line.values() for line in lines)])
+
+
+def sha256(content):
+    return hashlib.sha256(content).hexdigest()
+
+
+def stamp(path):
+    """Size and time of a file that can be read."""
+    return [str(os.stat(path).st_size), str(os.stat(path).st_mtime_ns)] if os.access(path, os.R_OK) else ["-", "-"]
+
+
+# Before anything is submitted.
+
+
+def read_options(text, match, program):
+    """The options as words. What the program would refuse is refused here."""
+    words = shlex.split(text)
+    if any(map(NOT_TAKEN.match, words)) or not any(word.startswith("-t=") for word in words):
+        raise Refused("options: they have to say -t=P, -t=D or -t=C (protein, DNA, codons), and may name no file or folder, "
+                      "nor say --match (a setting), --keep-going, --strict or --table (which the workflow decides)")
+    words += [f"--match={match}"] + ["--format=fasta"] * (not any(word.startswith("--format=") for word in words))
+    tried = subprocess.run([program, "/dev/null/none", *words], stdin=subprocess.DEVNULL, capture_output=True)
+    if tried.returncode != 1:  # which says that there is no such file
+        raise Refused(f"options: {os.fsdecode(tried.stderr).split(chr(10))[0] or text + ' would trim nothing'}")
+    return words
+
+
+def read_paths(name):
+    """The paths in a paths file, no two of the same file."""
+    paths = [path for path in os.fsdecode(Path(name).read_bytes()).split("\n") if path]
+    if any("\t" in path for path in paths) or not any(os.access(path, os.R_OK) for path in paths):
+        raise Refused(f"paths file {name}: no line is the path of a file seen from {os.getcwd()}, or one has a tab")
+    listed = {}
+    for path in paths:
+        if listed.setdefault(os.path.realpath(path), path) is not path:
+            raise Refused(f"paths file {name}: {path} and {listed[os.path.realpath(path)]} are the same file: leave one out")
+    return paths
+
+
+def divide(paths, size, bit=0):
+    """Groups of at most `size`, by the bits of the hash of each path: one path more changes one group."""
+    if len(paths) <= size:
+        return [paths] if paths else []
+    sides = ([path for path in paths if int(sha256(os.fsencode(path)), 16) >> bit & 1 == side] for side in (0, 1))
+    return [group for side in sides for group in divide(side, size, bit + 1)]
+
+
+def write_members(parent, program, options, members):
+    """Returns the folder of these members. Where the program is does not decide anything, and is not in its name."""
+    folder = parent / sha256(repr([program[1:], options, *members]).encode())[:20]
+    folder.mkdir(parents=True, exist_ok=True)
+    write(folder / "members.tsv", [program, options, *members])
+    (folder / "refused").unlink(missing_ok=True)
+    return folder
+
+
+def plan(settings, results, home):
+    """Writes the members of all groups and of their join. Returns their folders, that of the join last."""
+    places = f"{os.environ.get('PATH')}:{home}/../build/release:{home}/../../../bin"  # built, installed with the workflow
+    program = os.path.abspath(shutil.which(settings["program"], path=places) or settings["program"])
+    options, paths = read_options(settings["options"], settings["match"], program), read_paths(settings["paths"])
+    trimming = [word for word in options if not JOIN_ONLY.match(word)]  # which treats each alignment as if it were alone
+    digest = sha256(Path(program).read_bytes())
+    members, folders = {path: [path, *stamp(path)] for path in paths}, []
+    for group in divide(sorted(path for path in paths if members[path][1] != "-"), settings["group_size"]):
+        folders.append(write_members(results / "groups", [program, digest], trimming, [members[path] for path in group]))
+        members.update((path, [*members[path], folders[-1].name]) for path in group)
+    program_and_list = program, digest, os.path.basename(settings["paths"])
+    folders.append(write_members(results / "joins", program_and_list, options, members.values()))
+    show(folders[-1])
+    atexit.register(repeat_refusals, folders)
+    return folders
+
+
+# The jobs. Each has the folder that its log is in.
+
+
+def memory(folder, most):
+    """Megabytes for the largest alignment of a folder, or for the sum of all."""
+    return 1000 + 3 * most(int(size) for _, size, *_ in read(folder / "members.tsv")[2:] if size != "-") // 1_000_000
+
+
+def groups_of(join):
+    groups = dict.fromkeys(member[3] for member in read(join / "members.tsv")[2:] if len(member) > 3)
+    return [join.parent.parent / "groups" / group for group in groups]
+
+
+def make(log):
+    """What is made by trim() or join() is renamed when it is whole.
+
+    The lock ends with the process: of two equal jobs one waits for the other, and gc() knows who is at work.
+    """
+    folder = Path(log[0]).parent
+    made, part, step = folder / "made", folder / "part", {"groups": trim, "joins": join}[folder.parent.name]
+    with plainly(folder), open(folder / "lock", "a") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        if not made.exists():
+            shutil.rmtree(part, ignore_errors=True)
+            (part / "alignments").mkdir(parents=True)
+            program, options, *members = read(folder / "members.tsv")
+            step(part, program, options, members)
+            changed = [path for path, *was in members if stamp(path) != was[:2]]
+            if changed or sha256(Path(program[0]).read_bytes()) != program[1]:
+                raise Refused(f"{[*changed, program[0]][0]} has changed since the workflow was started: start it again")
+            part.rename(made)
+        if step is join:
+            show(folder)
+            failed = [line["status"] for line in read_table(made / "table.tsv").values()].count("failed")
+            if failed:
+                raise Refused(f"{failed} of the alignments failed; {folder.parent.parent}/table.tsv says which and why")
+
+
+def run(part, program, options, paths, name="list"):
+    """A batch over links in part/alignments, so that what it writes beside an alignment is there. Returns {path: its line}."""
+    places = {path.lstrip("/").replace("../", "__/"): path for path in paths}
+    for place, path in places.items():
+        (part / "alignments" / place).parent.mkdir(parents=True, exist_ok=True)
+        (part / "alignments" / place).symlink_to(os.path.abspath(path))
+    (part.parent / "list").mkdir(exist_ok=True)
+    write(part.parent / "list" / name, [[place] for place in places])
+    command = [program, f"../../list/{name}", *options, "--keep-going", "--table=../table.tsv"]
+    done = subprocess.run(command, cwd=part / "alignments", stdin=subprocess.DEVNULL, capture_output=True)
+    (part.parent / "log").write_bytes(done.stderr)
+    table = read_table(part / "table.tsv") if (part / "table.tsv").exists() else {}
+    if list(table) != list(places) or done.returncode != any(line["status"] == "failed" for line in table.values()):
+        how = f"was killed by signal {-done.returncode}" if done.returncode < 0 else f"ended with status {done.returncode}"
+        raise Refused(f"{program} {how} in {part.parent}: {os.fsdecode(done.stderr).strip().split(chr(10))[-1]}")
+    subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
+    return {path: {**table[place], "alignment": path} for place, path in places.items()}
+
+
+def trim(part, program, options, members):
+    table = run(part, program[0], options, [path for path, *_ in members])
+    write_table(part, table.values())
+    # When the disk is full, no alignment is to blame.
+    failed = (int(size) for path, size, _ in members if table[path]["status"] == "failed")
+    (part / "probe").write_bytes(bytes(2 * max(failed, default=0)))
+    (part / "probe").unlink()
+
+
+def concatenate(part, program, options, paths):
+    """Writes the concatenations. Returns {path: its line} for those that cannot be put together with the others.
+
+    To be replaced by --join on what the groups have made. Until then the program selects once more.
+    """
+    no_files = ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
+    table = run(part, program[0], [word for word in options if word != "--columns"] + no_files, paths, program[2])
+    for file in filter(Path.is_file, list((part / "alignments").rglob("*"))):  # beside the last alignment
+        file.rename(part / file.name)
+    return {path: line for path, line in table.items() if line["status"] == "failed"}
+
+
+def join(part, program, options, members):
+    """One table, the concatenations of what went through, and links to what was made of each alignment."""
+    table, refused, paths = {}, True, [path for path, *_ in members]
+    for group in groups_of(part.parent):
+        table.update(read_table(group / "made" / "table.tsv"))
+    none = dict.fromkeys(next(iter(table.values())), "NA")
+    none.update(status="failed", message="there is no such file, or it cannot be read")
+    while refused and any(re.match("-[acw]=y", word, re.IGNORECASE) for word in options):
+        passed = [path for path in paths if path in table and table[path]["status"] == "ok"]
+        refused = passed and concatenate(part, program, options, passed)
+        table.update(refused)
+    write_table(part, [table.get(path, {**none, "alignment": path}) for path in paths])
+    for group in groups_of(part.parent):
+        for file in filter(Path.is_file, (group / "made" / "alignments").rglob("*")):
+            link = part / file.relative_to(group / "made")
+            link.parent.mkdir(parents=True, exist_ok=True)
+            link.symlink_to(os.path.relpath(file, link.parent))
+
+
+def show(folder):
+    """Makes the results of this join the current ones, if it is made. No old one is left beside a new one."""
+    made, results = folder / "made", folder.parent.parent
+    for link in filter(Path.is_symlink, list(results.iterdir()) if made.exists() else []):
+        link.unlink()
+    for file in made.glob("*"):
+        (results / file.name).symlink_to(file.relative_to(results))
+
+
+def gc(results, planned):
+    """Removes the folders that neither this run reads nor the current results come from."""
+    current = (results / "table.tsv").resolve().parent.parent
+    kept = {folder.name for folder in [*planned, current, *(groups_of(current) if (current / "members.tsv").exists() else [])]}
+    with plainly(planned[-1]):
+        for folder in [*(results / "groups").iterdir(), *(results / "joins").iterdir()]:
+            if folder.name not in kept and subprocess.run(["flock", "-n", folder / "lock", "rm", "-r", folder]).returncode:
+                raise Refused(f"a job is at work in {folder}: wait for its end, or cancel it")
+
+
+if "snakemake" in globals():  # when this is the script of a rule
+    make(snakemake.log) if snakemake.log else gc(snakemake.params.results, snakemake.params.planned)
