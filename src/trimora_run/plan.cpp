@@ -351,7 +351,7 @@ Plan plan_of(const Settings& settings) {
   if (settings.filter()) return plan;
   for (const Job& job : plan.jobs) {
     if (!settings.into.empty() || is_file(job.path)) continue;
-    throw Failure{.kind = Failure::Kind::not_readable, .file = job.path, .detail = std::string(words_of_run::no_place)};
+    throw Failure{.kind = Failure::Kind::not_writable, .file = job.path, .detail = std::string(words_of_run::no_place)};
   }
 
   if (named.several) leave_out_results(plan, settings);

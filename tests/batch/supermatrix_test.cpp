@@ -1,11 +1,21 @@
 #include "batch/supermatrix.h"
 
+#include <numeric>
+
+#include "batch/name_keys.h"
 #include "batch/names.h"
 #include "ground/failure.h"
 #include "support.h"
 
 namespace trimora::rooms {
 namespace {
+
+/// The keys of names, with a rule that ends them at one of `ends`.
+Table<std::string> keys(const Table<std::string>& name, const std::string& ends) {
+  Table<std::string> all;
+  for (int i = 1; i <= name.size(); ++i) all.append(std::string(key_of(name[i], KeyRule{.end = ends})));
+  return all;
+}
 
 TEST(Species, KeysOfNames) {
   const char* const cases[][3] = {
@@ -19,7 +29,7 @@ TEST(Species, KeysOfNames) {
       {"Mus", "", "Mus"},
       {"\n", "", ""},
   };
-  for (const auto& [name, ends, key] : cases) EXPECT_EQ(key_of(name, ends), key) << name;
+  for (const auto& [name, ends, key] : cases) EXPECT_EQ(key_of(name, KeyRule{.end = ends}), key) << name;
 }
 
 TEST(Species, KeysThatDoNotTellThemApart) {
@@ -35,7 +45,7 @@ TEST(Species, KeysThatDoNotTellThemApart) {
   for (const auto& [name, ends, expected] : cases) {
     std::string found;
     try {
-      check_keys(names(name), ends);
+      check_keys(names(name), keys(names(name), ends));
     } catch (const Failure& failure) {
       found = words(failure);
     }
@@ -58,13 +68,15 @@ Supermatrix together(const std::vector<Gene>& genes, bool by_name, char seq_type
     Selection found;
     found.blocks.newpos = gene.blocks;
     found.ungapped = ungap(ali);
-    all.add("gene", ali, found, seq_type);
+    all.add("gene", ali, keys(ali.name, ""), found, seq_type);
   }
   return all;
 }
 
 std::string text(const Supermatrix& all, Joined joined) {
-  return written_by([&](OutputFile& out) { write_form(out, all.sheet(joined), Form::phylip, {}); });
+  std::vector<int> chosen(static_cast<std::size_t>(all.name().size()));
+  std::iota(chosen.begin(), chosen.end(), 1);
+  return written_by([&](OutputFile& out) { write_form(out, all.sheet(joined, chosen, all.name()), Form::phylip, {}); });
 }
 
 TEST(Supermatrix, SpeciesAreWhereTheyFirstAppear) {
