@@ -50,6 +50,7 @@ std::string marked(std::string_view text, Mark mark) {
 
 std::string for_bash(const Option& option) {
   std::string text = "    " + std::string(option.name);
+  if (option.optional) return text + '\n';
   if (option.takes_value()) text += '=';
   if (!choices(option).empty()) {
     text += '\'' + shown_values(option).substr(0, shown_values(option).find('[')) + '\'';
@@ -61,7 +62,8 @@ std::string for_bash(const Option& option) {
 
 std::string for_zsh(const Option& option) {
   std::string text =
-      std::string(option.name) + (option.takes_value() ? "=" : "") + '[' + std::string(option.brief) + ']';
+      std::string(option.name) + (option.optional ? "=-" : option.takes_value() ? "=" : "") + '[' +
+      std::string(option.brief) + ']' + (option.optional ? ":" : "");
   const auto all = choices(option);
   const std::string range = option.range.text();
   if (!option.takes_value()) {
@@ -125,10 +127,11 @@ std::string filled(const std::string& text) {
 
 std::string paragraph_for_man(const Option& option) {
   const auto bold = [](std::string_view text) { return "\\fB" + replaced(std::string(text), "-", "\\-") + "\\fP"; };
-  std::string heading = bold(option.name) + (option.takes_value() ? "=" : "");
+  std::string heading = bold(option.name) + (option.optional ? "[=" : option.takes_value() ? "=" : "");
   const auto all = choices(option);
   for (const auto& words : all) heading += (&words == &all.front() ? "" : "|") + bold(words.front());
   if (option.values.ends_with(']')) heading += "[,...]";
+  if (option.optional) heading += "]";
   if (all.empty() && option.takes_value()) heading += "\\fI" + std::string(option.values) + "\\fP";
   std::string facts = option.range.text().empty() ? "." : ": " + option.range.text() + ".";
   if (!option.standard.empty()) facts += " Default: " + std::string(option.standard) + ".";

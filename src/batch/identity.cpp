@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "batch/names.h"
+#include "batch/ascii.h"
 #include "input/letters.h"
 #include "output/forms.h"
 

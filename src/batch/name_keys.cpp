@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "batch/ascii.h"
 #include "input/letters.h"
 #include "output/forms.h"  // plain_name
 
@@ -13,7 +14,7 @@ namespace trimora::rooms {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\v\f\r";
+constexpr std::string_view word_ends = " \t\v\f\r";
 constexpr std::string_view between_fields = "_| \t";
 constexpr std::string_view between_words = "_| \t/@:;,=#~()[]{}";
 
@@ -73,12 +74,12 @@ std::string_view stretch_of(std::string_view name, const KeyRule& rule) {
     const std::size_t begin = name.find_first_of(rule.begin);
     if (begin != name.npos) name = plain_name(name.substr(begin + 1));
   }
-  const std::size_t end = name.find_first_of(rule.end.empty() ? blanks : rule.end);
+  const std::size_t end = name.find_first_of(rule.end.empty() ? word_ends : rule.end);
   return plain_name(name.substr(0, std::min(end, name.size())));
 }
 
 std::string key_of(std::string_view name, const KeyRule& rule) {
-  const std::string_view ends = rule.style == KeyRule::Style::fields ? between_fields : blanks;
+  const std::string_view ends = rule.style == KeyRule::Style::fields ? between_fields : word_ends;
   std::string key;
   bool between = false;
   for (const char c : stretch_of(name, rule)) {

@@ -1,6 +1,7 @@
 #include "batch/partitions.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 #include "batch/ascii.h"
 #include "ground/path.h"
@@ -78,36 +79,49 @@ void Partitions::add(const std::string& name, const std::vector<Stretch>& stretc
   if (!part.frames.empty()) parts_.push_back(std::move(part));
 }
 
-std::vector<Partitions::Line> Partitions::lines(bool codons) const {
+std::vector<Partitions::Line> Partitions::lines(Division division) const {
   std::vector<Line> all;
   const auto range = [](long long first, long long last) { return std::to_string(first) + '-' + std::to_string(last); };
-  for (const Part& part : parts_) {
-    if (!codons) {
-      all.push_back({part.name, {range(part.frames.front().first, part.frames.back().last)}});
-      continue;
+  const auto add_position = [&](Line& line, const Part& part, int position) {
+    for (const Frame& frame : part.frames) {
+      const long long first = frame.first + (position - frame.position + 3) % 3;
+      if (first > frame.last) continue;
+      // MrBayes takes no step within a range of one column.
+      line.ranges.push_back(first + 3 > frame.last ? std::to_string(first) : range(first, frame.last) + "\\3");
     }
-    for (int position = 0; position < 3; ++position) {
-      Line line{part.name + "_pos" + std::to_string(position + 1), {}};
-      for (const Frame& frame : part.frames) {
-        const long long first = frame.first + (position - frame.position + 3) % 3;
-        if (first > frame.last) continue;
-        // MrBayes takes no step within a range of one column.
-        line.ranges.push_back(first + 3 > frame.last ? std::to_string(first) : range(first, frame.last) + "\\3");
-      }
+  };
+  for (const Part& part : parts_) {
+    const auto add = [&](const char* ending, std::initializer_list<int> positions) {
+      Line line{part.name + ending, {}};
+      for (const int position : positions) add_position(line, part, position);
       if (!line.ranges.empty()) all.push_back(std::move(line));
+    };
+    switch (division) {
+      case Division::genes:
+        all.push_back({part.name, {range(part.frames.front().first, part.frames.back().last)}});
+        break;
+      case Division::positions:
+        add("_pos1", {0});
+        add("_pos2", {1});
+        add("_pos3", {2});
+        break;
+      case Division::third:
+        add("_pos12", {0, 1});
+        add("_pos3", {2});
+        break;
     }
   }
   return all;
 }
 
-void Partitions::write_raxml(OutputFile& out, std::string_view model, bool codons) const {
-  for (const Line& line : lines(codons)) {
+void Partitions::write_raxml(OutputFile& out, std::string_view model, Division division) const {
+  for (const Line& line : lines(division)) {
     out.put(std::string(model) + ", " + line.name + " = " + joined(line.ranges, ", ") + '\n');
   }
 }
 
-void Partitions::write_nexus(OutputFile& out, bool codons) const {
-  const std::vector<Line> all = lines(codons);
+void Partitions::write_nexus(OutputFile& out, Division division) const {
+  const std::vector<Line> all = lines(division);
   const auto charsets = [&] {
     for (const Line& line : all) out.put("  charset " + line.name + " = " + joined(line.ranges, " ") + ";\n");
   };

@@ -16,6 +16,13 @@ namespace trimora::rooms {
 std::string raxml_file(const std::string& path);
 std::string nexus_file(const std::string& path);
 
+/// How an alignment is divided.
+enum class Division {
+  genes,      // not at all
+  positions,  // first, second and third codon positions
+  third,      // first and second together, third
+};
+
 /// Names for partitions: ASCII letters, digits and underscores that begin with a letter, unique whatever their case.
 class PartitionNames {
  public:
@@ -33,10 +40,10 @@ class Partitions {
   /// The next alignment adds its positions `stretches` to the concatenation; without any it gets no partition.
   void add(const std::string& name, const std::vector<Stretch>& stretches);
 
-  /// Write them as RAxML reads them, each line with `model` in front. For codons each alignment has three partitions.
-  void write_raxml(OutputFile& out, std::string_view model, bool codons) const;
+  /// Write them as RAxML reads them, each line with `model` in front.
+  void write_raxml(OutputFile& out, std::string_view model, Division division) const;
   /// Write them as NEXUS, with a SETS block and a MrBayes block.
-  void write_nexus(OutputFile& out, bool codons) const;
+  void write_nexus(OutputFile& out, Division division) const;
 
  private:
   /// Columns of the concatenation that follow each other in frame.
@@ -52,7 +59,7 @@ class Partitions {
     std::string name;
     std::vector<std::string> ranges;
   };
-  std::vector<Line> lines(bool codons) const;
+  std::vector<Line> lines(Division division) const;
 
   std::vector<Part> parts_;
   long long columns_ = 0;

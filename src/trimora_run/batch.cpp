@@ -17,7 +17,7 @@ std::string number_of(long long number, const char* noun) {
 }
 
 /// "97.2 %", cut after the first digit.
-std::string percent_of(long long part, long long whole) {
+std::string share_of(long long part, long long whole) {
   if (whole == 0) return "0 %";
   const long long tenths = part * 1000 / whole;
   return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " %";
@@ -30,7 +30,7 @@ std::string emptiest(std::vector<Filled> all) {
   std::stable_sort(all.begin(), all.end(), emptier);
   std::string text;
   for (std::size_t k = 0; k < std::min(shown, all.size()); ++k) {
-    text += (k > 0 ? ", " : "") + all[k].name + " (" + percent_of(all[k].letters, all[k].cells) + ")";
+    text += (k > 0 ? ", " : "") + all[k].name + " (" + share_of(all[k].letters, all[k].cells) + ")";
   }
   return text;
 }
@@ -121,7 +121,6 @@ void Batch::write_joined(const InputState& run, Voice& voice) {
 
 void Batch::write_one(Joined joined, const InputState& run, Voice& voice) const {
   const char seq_type = run.seq_type;
-  const bool codons = seq_type == 'C';
   const std::string path = joined_path(plan_, settings_, joined);
   Sheet sheet = all_.sheet(joined, chosen_, name_);
   if (settings_.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings_, seq_type));
@@ -135,9 +134,11 @@ void Batch::write_one(Joined joined, const InputState& run, Voice& voice) const 
   }
   if (settings_.partitions) {
     const std::string model = !settings_.model.empty() ? settings_.model : seq_type == 'P' ? "LG" : "DNA";
+    const Division division =
+        settings_.division.value_or(seq_type == 'C' ? Division::positions : Division::genes);
     const Partitions& parts = all_.partitions(joined);
-    write_whole(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, codons); });
-    write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, codons); });
+    write_whole(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, division); });
+    write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, division); });
     written.insert(written.end(), {raxml_file(path), nexus_file(path)});
   }
   voice.account(joined_by(decided, "; ") + ": " + joined_by(written, ", "));
@@ -167,9 +168,9 @@ void Batch::say_summary(Voice& voice) const {
   const long long cells = c.cells();
   const long long columns = chosen_.empty() ? 0 : cells / std::ssize(chosen_);
   voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " + number_of(std::ssize(chosen_), "species") +
-                ", " + number_of(columns, "column") + ": " + percent_of(c.letters, cells) + " letters, " +
-                percent_of(c.unknown, cells) + " unknown, " + percent_of(c.gaps, cells) + " gaps (" + percent_of(c.end_gaps, cells) +
-                " at the ends), " + percent_of(c.absent, cells) + " absent; " + percent_of(all.present, all.pairs) +
+                ", " + number_of(columns, "column") + ": " + share_of(c.letters, cells) + " letters, " +
+                share_of(c.unknown, cells) + " unknown, " + share_of(c.gaps, cells) + " gaps (" + share_of(c.end_gaps, cells) +
+                " at the ends), " + share_of(c.absent, cells) + " absent; " + share_of(all.present, all.pairs) +
                 " of the alignments have a species");
   voice.account("  fewest letters, species: " + emptiest(all.species));
   voice.account("  fewest letters, alignments: " + emptiest(all.genes));

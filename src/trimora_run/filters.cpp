@@ -17,7 +17,7 @@ namespace trimora::rooms {
 
 namespace {
 
-const KeyRule whole_name = {.end = "\n"};  // of a name that is nothing but a key
+const KeyRule one_key = {.end = "\n"};  // of a name that is nothing but a key
 
 /// Keep the sequences `rows` in this order.
 void keep(Reading& reading, Chosen& chosen, const std::vector<int>& rows) {
@@ -61,12 +61,12 @@ void Filters::read_list() {
     if (line.empty() || line.starts_with('#')) continue;
     const bool tabs = line.find('\t') != line.npos;
     const std::size_t end = line.find_first_of(tabs ? "\t" : " ");
-    const std::string key = key_of(line.substr(0, end), whole_name);
+    const std::string key = key_of(line.substr(0, end), one_key);
     std::string name(end == line.npos ? std::string_view() : trimmed(line.substr(end)));
     if (!list_.emplace(key, Listed{++place, name}).second) {
       throw Failure{.kind = Failure::Kind::same_name, .file = settings_.species, .name = key, .detail = ""};
     }
-    places_.emplace(name.empty() ? key : key_of(name, whole_name), place);
+    places_.emplace(name.empty() ? key : key_of(name, one_key), place);
   }
   if (place == 0) throw Failure{.kind = Failure::Kind::empty, .file = settings_.species, .detail = "lists no species"};
 }
@@ -83,7 +83,7 @@ long long Filters::count_species(const Plan& plan) const {
         if (list_.empty()) {
           all.insert(key);
         } else if (listed != list_.end()) {
-          all.insert(listed->second.name.empty() ? key : key_of(listed->second.name, whole_name));
+          all.insert(listed->second.name.empty() ? key : key_of(listed->second.name, one_key));
         }
       }
     } catch (const Failure&) {  // which is said when it comes to this alignment
@@ -115,7 +115,7 @@ void Filters::choose_listed(Reading& reading, Chosen& chosen) const {
     rows.emplace_back(listed->second.place, i);
     if (listed->second.name.empty()) continue;
     reading.names[static_cast<std::size_t>(i) - 1] = listed->second.name;
-    chosen.keys[i] = key_of(listed->second.name, whole_name);
+    chosen.keys[i] = key_of(listed->second.name, one_key);
   }
   std::sort(rows.begin(), rows.end());
   std::vector<int> order;

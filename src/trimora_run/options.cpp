@@ -75,6 +75,18 @@ std::string_view name(std::string_view value, Settings& settings) {
   return has_separator(value) ? "without a folder: that is --into=" : "";
 }
 
+/// An optional word.
+std::string_view partitions(std::string_view value, Settings& settings) {
+  constexpr std::pair<std::string_view, Division> words[] = {
+      {"genes", Division::genes}, {"positions", Division::positions}, {"12+3", Division::third}};
+  settings.partitions = true;
+  settings.division.reset();
+  for (const auto& [word, division] : words) {
+    if (value == word) settings.division = division;
+  }
+  return value.empty() || settings.division ? "" : "genes, positions or 12+3";
+}
+
 std::string_view min_filled(std::string_view value, Settings& settings) {
   if (!value.ends_with('%')) return "a whole number of per cent, as 50%";
   const auto number = whole_number(value.substr(0, value.size() - 1));
@@ -212,9 +224,9 @@ constexpr Option options[] = {
    "leave out alignments with fewer selected columns", {1, 2'000'000'000}},
   {batch,      "--min-genes",  "SHARE",                          "",            least<&S::min_genes>,
    "leave species out of the concatenations that are in fewer of the alignments, as 25% or as a number"},
-  {batch,      "--partitions", "",                               "",            &S::partitions,
+  {batch,      "--partitions", "genes|positions|12+3",           "",            partitions,
    "with each concatenation, write which columns are of which alignment, for RAxML (.partitions), IQ-TREE and MrBayes (.nex)", {},
-   "See [partitions](files.md#partitions)."},
+   "`genes` makes one partition of each alignment, `positions` three of its codon positions, as is usual with -t=C, `12+3` two. For the codon models of IQ-TREE (`-st CODON`, with the number of the genetic code) write `genes`. See [partitions](files.md#partitions).", true},
   {batch,      "--model",      "NAME",                           "DNA, LG",     model,
    "model named in the partitions for RAxML"},
   {batch,      "--name",       "NAME",                           "",            name,
@@ -411,7 +423,7 @@ int take_option(int argc, char* argv[], int k, CommandLine& line) {
   const Option* option = option_called(name);
   if (!option) throw WrongUsage{unknown_option(word, name)};
   const bool joined = equals != word.npos;
-  if (!option->takes_value()) {
+  if (!option->takes_value() || (option->optional && !joined)) {
     if (joined) throw WrongUsage{word + " takes no value"};
     take(*option, word, "", line);
     return k;
@@ -496,6 +508,9 @@ void check(const CommandLine& line) {
       if (line.has(option)) refuse(std::string(option) + " goes with a concatenation: -a=y, -c=y or -w=y");
     }
   }
+  if (s.division && *s.division != Division::genes && s.kind != trimora::Kind::codons) {
+    refuse(line.given.at("--partitions") + " goes with -t=C");
+  }
   if (!s.model.empty() && !s.partitions) refuse("--model goes with --partitions");
   for (const char* option : {"--name-begin", "--name-end", "--name-parts"}) {
     const bool tells = s.match == Match::name || !s.species.empty() || (s.min_species && s.min_species->percent);
@@ -560,8 +575,9 @@ std::string help() {
   for (const Option& option : options) {
     if (!previous || option.group != previous->group) text += std::string(heading(option.group)) + ":\n";
     previous = &option;
+    const std::string equals = option.optional ? "[=" : option.takes_value() ? "=" : "";
     std::string line =
-        "  " + std::string(option.name) + (option.takes_value() ? "=" : "") + shown_values(option) + "  ";
+        "  " + std::string(option.name) + equals + shown_values(option) + (option.optional ? "]  " : "  ");
     line.resize(std::max(line.size(), column), ' ');
     std::vector<std::string> words = split(option.brief, ' ');
     if (const std::string range = option.range.text(); !range.empty()) {

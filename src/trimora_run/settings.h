@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "batch/name_keys.h"
+#include "batch/partitions.h"
 #include "trimora/trimora.h"  // Parameters
 
 namespace trimora::rooms {
@@ -66,6 +67,7 @@ struct Settings : Parameters {
   std::string occupancy;                  // --occupancy: letters of each species in each alignment; none: not written
 
   bool partitions = false;    // --partitions: which columns of a concatenation are of which alignment
+  std::optional<Division> division;  // how they divide an alignment; none: by codon positions with -t=C
   std::string model;          // --model: in the partitions; none: by the type of sequence
   std::string name;           // --name: of the concatenations; none: by the input
   bool keep_going = false;    // --keep-going: go on after an alignment that fails

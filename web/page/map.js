@@ -14,7 +14,7 @@ const tall = () => Math.min(tallest, Math.max(24, (state.letters?.names.length ?
 /** @type {HTMLCanvasElement | null} */
 let picture = null; // of the letters, drawn once for an alignment and a width
 
-/** One letter stands for all of its pixel. @param {number} width @param {number} height */
+/** Each pixel shows one letter. @param {number} width @param {number} height */
 function paint(width, height) {
   const { columns, letters } = state;
   picture = null;

@@ -10,16 +10,16 @@ import { bytes, globins, run } from "./harness.mjs";
 
 test("what was written is handed out as bytes from 0 to 255, and what was only read is not", async () => {
   const given = { "Übung.fas": bytes(">Blåbær\nACDEFGHIKLMN\n>b\nACDEFGHIKLMN\n"), "list": bytes("Übung.fas\n") };
-  const { status, stdout, stderr, files } = await run(given, ["list", "-p=N"]);
+  const { status, stdout, stderr, files } = await run(given, ["list", "-p=N", "--format=fasta"]);
   assert.equal(status, 0);
-  assert.deepEqual(Object.keys(files), ["Übung.fas-tr"]);
+  assert.deepEqual(Object.keys(files), ["Übung.fas-tr.fasta"]);
   for (const content of [stdout, stderr, ...Object.values(files)]) assert.equal(content.constructor, Uint8Array);
-  assert.match(Buffer.from(files["Übung.fas-tr"]).toString(), /^>Blåbær\nACDEFGHIKL MN\n/);
+  assert.match(Buffer.from(files["Übung.fas-tr.fasta"]).toString(), /^>Blåbær\nACDEFGHIKLMN\n/);
 });
 
-test("a file that the run writes anew is among its files", async () => {
-  const { files } = await run({ ...globins, "globins.fas-tr": bytes("of an earlier run") }, ["globins.fas", "-p=N"]);
-  assert.match(Buffer.from(files["globins.fas-tr"]).toString(), /^>MYG_ESCGI/);
+test("a file that the run writes again is among its files", async () => {
+  const { files } = await run({ ...globins, "globins.fas-tr.fasta": bytes("of an earlier run") }, ["globins.fas", "-p=N", "--format=fasta"]);
+  assert.match(Buffer.from(files["globins.fas-tr.fasta"]).toString(), /^>MYG_ESCGI/);
 });
 
 test("a program that cannot be loaded is an error, and the next run works", async () => {
