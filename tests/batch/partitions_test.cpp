@@ -14,7 +14,7 @@ TEST(Partitions, NamesFromFileNames) {
       {"12S", "p_12S"},
       {".hidden", "hidden"},
       {"a - b.fas", "a_b"},
-      {"\xc3\xbc", "p_"},
+      {"\xc3\xbc", "ue"},
       {"end.fas", "end_2"},
       {"All", "All_2"},
       {"locus_0003_2", "locus_0003_2_2"},

@@ -23,7 +23,7 @@ TEST(Species, KeysOfNames) {
       {"Mus\tgene1\n", "", "Mus"},
       {" Mus \r\n", "", "Mus"},
       {"Mus\n", "|@", "Mus"},
-      {"Mus musculus|g1\n", "|@", "Mus musculus"},
+      {"Mus musculus|g1\n", "|@", "Mus_musculus"},
       {"Mus @g1|x\n", "|@", "Mus"},
       {"|Mus\n", "|", ""},
       {"Mus", "", "Mus"},
@@ -39,7 +39,7 @@ TEST(Species, KeysThatDoNotTellThemApart) {
   } cases[] = {
       {{"a 1\n", "b 1\n"}, "", ""},
       {{"a|1\n", "a|2\n"}, "", ""},
-      {{"c\n", "a|1\n", "a|2\n"}, "|", "two sequences are called a, sequences 2 and 3 "},
+      {{"c\n", "a|1\n", "a|2\n"}, "|", "two sequences are called a, sequences 2 (a|1) and 3 (a|2) "},
       {{"c\n", "|2\n"}, "|", "the name of sequence 2 (|2) does not tell its species"},
   };
   for (const auto& [name, ends, expected] : cases) {
