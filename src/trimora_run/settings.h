@@ -63,6 +63,9 @@ struct Settings : Parameters {
   std::optional<Sequences> min_species;   // --min-species: of an alignment
   int min_columns = 0;                    // --min-columns: selected
   std::optional<Sequences> min_genes;     // --min-genes: alignments of a species
+  std::string codons;                     // --codons: the coding sequences of the alignments; none: not looked for
+  std::string codon_names;                // --codon-names: the names of proteins and those of their coding sequences
+  std::optional<int> code;                // --code: the genetic code; none: 1
   bool join = false;                      // --join: put together only; nothing is selected
   std::string occupancy;                  // --occupancy: letters of each species in each alignment; none: not written
 

@@ -11,6 +11,7 @@
 #include "input/alignment.h"
 #include "output/output_state.h"
 #include "selection/selection.h"
+#include "trimora_run/coding.h"
 #include "trimora_run/filters.h"
 #include "trimora_run/plan.h"
 #include "trimora_run/settings.h"
@@ -42,10 +43,12 @@ struct Outcome {
   OutputState run;  // the parameters in force
   Alignment ali;
   Selection found;
+  Alignment codons;  // of the selected positions, where there are coding sequences
 };
 
 /// Read, select and write `job`, alone or as one of a batch.
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Before& before);
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters,
+             const Coding& coding, const Before& before);
 
 /// What is written for each letter, as --unknown says.
 LetterMap letters_written(const Settings& settings, char seq_type);
