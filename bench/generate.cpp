@@ -1,16 +1,16 @@
 // Alignments for the benchmark, the same bytes on every machine for the same seed.
-// Usage     generate KIND SEQUENCES POSITIONS SEED [FILE]    KIND as in `kinds`; to standard output without FILE
-//           generate genes DIRECTORY COUNT SEED
+// Usage     generate TYPE SEQUENCES POSITIONS SEED FILE...   TYPE P or D; the same letters in each FILE, in the format
+//                                                            that its name ends with: fas, crlf, pir, phy, aln, sto, nex
+//           generate genes COUNT SEED DIRECTORY              DIRECTORY/1/gene.fas, ... and DIRECTORY/paths.txt
 // Words     stretch: neighbouring columns of one make | residue: the letter that most sequences carry in a column
 // Counting  positions and sequences count from 0 here, the names written count from 1
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,16 +52,6 @@ class Random {
   std::uint64_t state_[4];
 };
 
-struct Kind {
-  const char* name;
-  char type;  // 'P' protein, 'D' DNA, 'C' codons
-  bool pir;   // NBRF/PIR records instead of FASTA
-};
-constexpr Kind kinds[] = {
-    {"protein-fasta", 'P', false}, {"protein-pir", 'P', true},   {"dna-fasta", 'D', false},
-    {"dna-pir", 'D', true},        {"codons-fasta", 'C', false}, {"codons-pir", 'C', true},
-};
-
 /// What a column is made of; one per position.
 struct Column {
   char residue;
@@ -89,18 +79,14 @@ Plan layout(char type, std::size_t sequences, std::size_t positions, Random& ran
   plan.letters = type == 'P' ? "ACDEFGHIKLMNPQRSTVWY" : "ACGT";
   plan.columns.reserve(positions);
   for (int stretch = random.between(0, 3); plan.columns.size() < positions; ++stretch) {
-    int length = random.between(10, 120);
-    if (type == 'C') length -= length % 3;  // whole codons, 9 to 120
     const std::size_t first = plan.columns.size();
-    const std::size_t last = std::min(positions, first + static_cast<std::size_t>(length)) - 1;
+    const std::size_t last = std::min(positions, first + static_cast<std::size_t>(random.between(10, 120))) - 1;
     const bool conserved = stretch % 2 == 0;
     for (std::size_t p = first; p <= last; ++p) {
       int share = 0;
       if (conserved) {
         // Mostly above the 85 % that a flank needs, here and there only above the half that a conserved column needs.
-        // The third position of a codon is freer than the other two.
-        const bool freer = type == 'C' ? p % 3 == 2 : random.between(0, 7) == 0;
-        share = freer ? random.between(160, 215) : random.between(232, 255);
+        share = random.between(0, 7) == 0 ? random.between(160, 215) : random.between(232, 255);
       }
       const std::uint64_t bits = random.word();
       plan.columns.push_back({plan.letters[((bits & 0xFFFF) * plan.letters.size()) >> 16],
@@ -140,77 +126,87 @@ void draw(const Plan& plan, std::size_t sequence, Random& random, char* row) {
   }
 }
 
-struct Closer {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 [[noreturn]] void stop(const std::string& message) {
   std::fprintf(stderr, "generate: %s\n", message.c_str());
   std::exit(2);
 }
 
-/// Write one alignment, 60 letters a line, to the file at `path`; "" is the standard output.
-void write(const Kind& kind, std::size_t sequences, std::size_t positions, Random& random, const std::string& path) {
-  std::unique_ptr<std::FILE, Closer> out(path.empty() ? stdout : std::fopen(path.c_str(), "wb"));
-  if (!out) stop("cannot write " + path);
-  const Plan plan = layout(kind.type, sequences, positions, random);
-  std::string row(positions, '-');
-  std::string record;
-  for (std::size_t i = 0; i < sequences; ++i) {
-    draw(plan, i, random, row.data());
-    record.clear();
-    if (kind.pir) record += kind.type == 'P' ? ">P1;" : ">DL;";
-    if (!kind.pir) record += '>';
-    record += "sequence_" + std::to_string(i + 1) + '\n';
-    if (kind.pir) record += "generated\n";
-    for (std::size_t p = 0; p < positions; p += 60) record.append(row, p, 60).append(1, '\n');
-    if (kind.pir) record += "*\n";
-    if (std::fwrite(record.data(), 1, record.size(), out.get()) != record.size()) stop("cannot write " + path);
+/// Write `rows` to the file at `path`, 60 letters a line, in the format that its name ends with.
+void write(const std::vector<std::string>& rows, char type, const std::string& path) {
+  const std::string format = path.substr(path.rfind('.') + 1);
+  const std::string size = std::to_string(rows.size()), width = std::to_string(rows.front().size());
+  const bool pir = format == "pir", interleaved = format == "aln" || format == "sto" || format == "nex";
+  const std::string end_of_line = format == "crlf" ? "\r\n" : "\n";
+  std::ofstream out(path, std::ios::binary);
+  if (format == "phy") out << size << ' ' << width << '\n';
+  if (format == "aln") out << "CLUSTAL W (1.83) multiple sequence alignment\n\n";
+  if (format == "sto") out << "# STOCKHOLM 1.0\n\n";
+  if (format == "nex") {
+    out << "#NEXUS\nbegin data;\ndimensions ntax=" << size << " nchar=" << width << ";\nformat datatype="
+        << (type == 'P' ? "protein" : "dna") << " gap=- interleave;\nmatrix\n";
   }
-  if (std::fflush(out.get()) != 0) stop("cannot write " + path);
+  std::string record;
+  const auto padded = [](std::size_t i) {
+    const std::string name = "sequence_" + std::to_string(i + 1);
+    return name + std::string(18 - name.size(), ' ');
+  };
+  for (std::size_t p = 0; interleaved && p < rows.front().size(); p += 60) {
+    for (std::size_t i = 0; i < rows.size(); ++i) out << padded(i) << std::string_view(rows[i]).substr(p, 60) << '\n';
+    out << '\n';
+  }
+  for (std::size_t i = 0; !interleaved && i < rows.size(); ++i) {
+    record = format == "phy" ? padded(i) : pir ? type == 'P' ? ">P1;" : ">DL;" : ">";
+    if (format != "phy") record += "sequence_" + std::to_string(i + 1) + end_of_line;
+    if (pir) record += "generated\n";
+    for (std::size_t p = 0; p < rows[i].size(); p += 60) record.append(rows[i], p, 60) += end_of_line;
+    if (pir) record += "*\n";
+    out << record;
+  }
+  if (format == "sto") out << "//\n";
+  if (format == "nex") out << ";\nend;\n";
+  if (!out.flush()) stop("cannot write " + path);
 }
 
-/// COUNT protein alignments of 40 sequences in `directory`, and paths.txt, which lists them one a line. The number of
-/// sequences is the same in all of them, since concatenating demands it.
-void writegenes(const std::string& directory, int count, std::uint64_t seed) {
-  ::mkdir(directory.c_str(), 0777);  // may exist; a folder that is missing shows at the first file
-  std::unique_ptr<std::FILE, Closer> paths(std::fopen((directory + "/paths.txt").c_str(), "wb"));
-  if (!paths) stop("cannot write " + directory + "/paths.txt");
-  Random random(seed);
-  for (int k = 1; k <= count; ++k) {
-    const std::string path = directory + "/gene" + std::to_string(k) + ".fas";
-    write(kinds[0], 40, static_cast<std::size_t>(random.between(300, 1500)), random, path);
-    std::fprintf(paths.get(), "%s\n", path.c_str());
+std::vector<std::string> alignment(char type, std::size_t sequences, std::size_t positions, Random& random) {
+  const Plan plan = layout(type, sequences, positions, random);
+  std::vector<std::string> rows(sequences, std::string(positions, '-'));
+  for (std::size_t i = 0; i < sequences; ++i) draw(plan, i, random, rows[i].data());
+  return rows;
+}
+
+/// Protein alignments of 40 sequences, each in a folder of its own, and paths.txt, which lists them one a line.
+void write_genes(const std::string& directory, std::uint64_t count, Random& random) {
+  std::filesystem::create_directory(directory);
+  std::ofstream paths(directory + "/paths.txt");
+  for (std::uint64_t k = 1; k <= count; ++k) {
+    const std::string folder = directory + "/" + std::to_string(k);
+    std::filesystem::create_directory(folder);
+    write(alignment('P', 40, static_cast<std::size_t>(random.between(300, 1500)), random), 'P', folder + "/gene.fas");
+    paths << folder << "/gene.fas\n";
   }
+  if (!paths.flush()) stop("cannot write " + directory + "/paths.txt");
 }
 
 std::uint64_t number(const char* text) {
   char* end = nullptr;
   const std::uint64_t value = std::strtoull(text, &end, 10);
-  if (end == text || *end != '\0') stop(std::string("not a number: ") + text);
+  if (end == text || *end != '\0' || value < 2) stop(std::string("not a number above 1: ") + text);
   return value;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 5 && std::string_view(argv[1]) == "genes") {
-    writegenes(argv[2], static_cast<int>(number(argv[3])), number(argv[4]));
-    return 0;
-  }
-  for (const Kind& kind : kinds) {
-    if ((argc != 5 && argc != 6) || std::string_view(argv[1]) != kind.name) continue;
-    const std::uint64_t sequences = number(argv[2]);
-    const std::uint64_t positions = number(argv[3]);
-    if (sequences < 2 || positions < 2) stop("an alignment has two sequences and two positions at least");
+  const std::string_view what = argc > 1 ? argv[1] : "";
+  if (what == "genes" && argc == 5) {
+    Random random(number(argv[3]));
+    write_genes(argv[4], number(argv[2]), random);
+  } else if ((what == "P" || what == "D") && argc > 5) {
     Random random(number(argv[4]));
-    write(kind, sequences, positions, random, argc == 6 ? argv[5] : "");
-    return 0;
+    const std::vector<std::string> rows = alignment(what.front(), number(argv[2]), number(argv[3]), random);
+    for (int k = 5; k < argc; ++k) write(rows, what.front(), argv[k]);
+  } else {
+    stop("usage: generate P|D SEQUENCES POSITIONS SEED FILE... | generate genes COUNT SEED DIRECTORY");
   }
-  std::fprintf(
-      stderr,
-      "usage: generate KIND SEQUENCES POSITIONS SEED [FILE]\n       generate genes DIRECTORY COUNT SEED\nKIND:");
-  for (const Kind& kind : kinds) std::fprintf(stderr, " %s", kind.name);
-  std::fprintf(stderr, "\n");
-  return 2;
+  return 0;
 }

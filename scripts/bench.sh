@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Build the release and measure whole runs of it against cp and against bench/floor.cpp: scripts/bench.sh [--full|--web]
-# Smaller alignments by default, under two minutes with the build; --full measures the sizes that the goals were set for,
+# Build the release and measure whole runs of it against each other, cp and bench/floor.cpp: scripts/bench.sh [--full|--web]
+# Smaller alignments by default, some three minutes with the build; --full measures the sizes that the goals were set for,
 # --web the engine and the page instead.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
@@ -13,97 +13,78 @@ case "$#$*" in
   *) echo "usage: scripts/bench.sh [--full|--web]" >&2 && exit 2 ;;
 esac
 
-need g++ cmake make libbenchmark-dev
+need g++ cmake make zlib1g-dev
 if $web; then need chromium; fi
 cd "$project"
 folder=$project/build/bench # of its own, so that build/release stays what the user made it
 configure --preset release -B "$folder" -DTRIMORA_BENCHMARKS=ON
-for target in trimora trimora-run floor generate measure stages; do build "$folder" "$target"; done
-trimora=$folder/trimora
-trimora_run=$folder/trimora-run
-floor=$folder/bench/floor
+build "$folder"
+trimora=$folder/trimora run=$folder/trimora-run
+floor=$folder/bench/floor select=$folder/bench/select
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
+mkdir "$work/inputs"
 
-# ---- What a row is made of
-
-# begin: each row has an empty folder, with one for copies in it, and uses short relative names there. Beside it stands
-# ../written, for what the program wrote and cp is to copy.
-begin() {
-  cd "$work"
-  rm -rf row written
-  mkdir -p row/copies written
-  cd row
-}
-
-# generate ARGUMENT...: and let the disk come to rest, since what is still on its way there would disturb the runs.
+# generate ARGUMENT... FILE: unless it is there already; then let the disk come to rest, since what is still on its way there
+# would disturb the runs.
 generate() {
-  "$folder/bench/generate" "$@"
-  sync
+  cd "$work/inputs"
+  [ -e "${!#}" ] || { "$folder/bench/generate" "$@" && sync; }
 }
 
-# keep COMMAND...: run trimora once and move what it leaves to ../written.
-keep() {
-  find . -type f >../before
-  "$@" >../output || true # it ends with 1, always
-  find . -type f | { grep -vxFf ../before || true; } | xargs -r sh -c 'mv "$@" ../written' mv
-  [ -n "$(ls ../written)" ] || { cat ../output >&2; echo "Nothing was written by: $*" >&2; exit 2; }
-}
-
-# measure RUNS LABEL COMMAND... -- LABEL COMMAND...: first what is judged, then what it is compared with.
-measure() {
-  local runs=$1
-  shift
-  "$folder/bench/measure" "$runs" . "$@" >../times
+# row WORK GOAL MEMORY INPUTS COMMAND LABEL COMMAND: a line of the table, from runs of the two commands in turn, in a folder
+# with nothing but the inputs and an empty folder `copies`.
+#   GOAL     the most that the median of the first may be, in medians of the second; with /2ms, or else 2 ms
+#   MEMORY   the most that the first may take in bytes, as awk computes it from i, the bytes of the first input, s, those of
+#            the concatenations, and m = 1048576; - where there is no goal
+#   COMMAND  the second may be "cp input", "cp written" (what the first one writes) or "cp both"
+row() {
+  local inputs command against input runs=$few
+  read -ra inputs <<<"$4"
+  read -ra command <<<"$5"
+  read -ra against <<<"$7"
+  input=${inputs[0]}
+  rm -rf "$work"/{row,written}
+  mkdir -p "$work"/{row/copies,written}
+  cd "$work/row"
+  (cd "$work/inputs" && cp -rl "${inputs[@]}" "$work/row")
+  if [ "$6" = cp ]; then
+    find . -type f >../before
+    "${command[@]}" >../output 2>&1 || true # trimora ends with 1, always
+    find . -type f | { grep -vxFf ../before || true; } >../after
+    xargs -a ../after cp --parents -t ../written
+    xargs -a ../after rm
+    case $7 in
+      *input) against=(cp "$input" copies/) ;;
+      *written) against=(cp -r ../written/. copies/) ;;
+      *both) against=(cp -r "$input" ../written/. copies/) ;;
+    esac
+  fi
+  [ -d "$input" ] || [ "$(wc -c <"$input")" -gt 100000 ] || runs=51 # so short that they vary
+  "$folder/bench/measure" "$runs" . trimora "${command[@]}" -- "$6" "${against[@]}" >../times
   awk '$6 == 0 { print $1 " wrote nothing" > "/dev/stderr"; exit 2 }' ../times
-}
-
-size() { cat -- "$@" | wc -c; }
-
-# judge WORK KIND LIMIT [MEMORY]: one line of the table from ../times. MEMORY is the goal in bytes. The kinds:
-#   ratio, at_most_2ms  medians divided, at most LIMIT; or else, for the latter, at most 2 ms
-#   report              megabytes of report a second, at least LIMIT; their bytes are in $report
-#   tenfold             medians divided by each other and by ten, at most LIMIT
-judge() {
-  awk -v work="$1" -v kind="$2" -v limit="$3" -v memory="${4:-0}" -v report="${report:-0}" '
-    { label[NR] = $1; median[NR] = $2; fastest[NR] = $3; peak[NR] = $5 / 1024 }
+  awk -v work="$1" -v goal="$2" -v i="$([ -d "$input" ] && echo 0 || wc -c <"$input")" \
+    -v s="$(find ../written -name '*.seq' -exec cat {} + | wc -c)" -v m=1048576 '
+    { label[NR] = $1; median[NR] = $2; fastest[NR] = $3; peak[NR] = $5 * 1024 }
     END {
-      unit = label[2]; best = fastest[1] / fastest[2]; value = median[1] / median[2]
-      goal = "<= " limit " " unit
-      if (kind == "tenfold") { value /= 10; best /= 10; goal = "<= " limit " x 10" }
-      if (kind == "report") { value = report / median[1] / 1e3; best = report / fastest[1] / 1e3; goal = ">= " limit " MB/s" }
-      if (kind == "at_most_2ms") goal = goal ", 2 ms"
-      held = kind == "report" ? value >= limit : value <= limit
-      if (kind == "at_most_2ms" && median[1] <= 2) held = 1
-      format = kind == "report" ? "%.0f" : "%.2f"
-      printf "%-34s %9.2f  %-7s %9.2f  %7s %7s  %-14s %-6s", work, median[1], label[2], median[2], sprintf(format, value),
-             sprintf(format, best), goal, held ? "ok" : "MISSED"
-      if (memory > 0) printf "  %7.1f  %-8s %s", peak[1], sprintf("<= %.1f", memory / 1048576),
-             peak[1] <= memory / 1048576 ? "ok" : "MISSED"
+      memory = '"${3/#-/0}"'
+      held = median[1] <= goal * median[2] || (goal ~ /2ms/ && median[1] <= 2)
+      printf "%-38s %9.2f  %-9s %9.2f  %7.2f %7.2f  <= %-9s %-6s", work, median[1], label[2], median[2],
+        median[1] / median[2], fastest[1] / fastest[2], goal, held ? "ok" : "MISSED"
+      if (memory > 0) printf "  %7.1f  <= %-7.1f %s", peak[1] / m, memory / m, peak[1] <= memory ? "ok" : "MISSED"
       print ""
     }' ../times | tee -a "$work/table"
 }
 
-mib8=8388608
-# memory FACTOR FILE: that many times the file and 8 MiB more, in bytes.
-memory() { awk -v factor="$1" -v bytes="$(size "$2")" -v more=$mib8 'BEGIN { printf "%.0f", factor * bytes + more }'; }
-
-# ---- The sizes
-
 if $full; then
-  protein=(500 50000) dna=(2000 100000) wide=(5 10000000) narrow=(100000 500) genes=2000
-  many=101 some=15 few=9
+  protein="500 50000" dna="2000 100000" wide="5 10000000" narrow="100000 500" genes=2000 few=9
 else
-  protein=(500 10000) dna=(500 40000) wide=(5 2000000) narrow=(20000 500) genes=200
-  many=51 some=11 few=7
+  protein="500 10000" dna="500 40000" wide="5 2000000" narrow="20000 500" genes=200 few=7
 fi
-seed=7           # with which half of the 500 positions are selected too, though they have few stretches
-base=(500 20000) # of the growth rows: so much that starting the program does not hide in it
-
-# ---- The table
+seed=7 # with which half of the 500 positions are selected too, though they have few stretches
 
 compiler=$(sed -n 's/^CMAKE_CXX_COMPILER:[A-Z]*=//p' "$folder/CMakeCache.txt")
 cpu=$(sed -n '/^model name/{s/^[^:]*: *//p;q;}' /proc/cpuinfo 2>/dev/null) || true
@@ -121,101 +102,60 @@ verdict() {
 
 if $web; then
   "$project/scripts/web.sh" >&2
-  begin
-  generate protein-fasta 500 50000 $seed in.fas
-  node "$project/web/test/speed.mjs" "$folder/trimora-run" "$project/build/web/package" "$project/build/web/trimora.html" \
-    "$project/examples/globins.fas" "$PWD/in.fas" | tee "$work/table"
+  generate P 500 50000 $seed web.fas
+  node "$project/web/test/speed.mjs" "$run" "$project/build/web/package" "$project/build/web/trimora.html" \
+    "$project/examples/globins.fas" "$PWD/web.fas" | tee "$work/table"
   verdict
   exit
 fi
 
+# shellcheck disable=SC2086 # sequences and positions
+{
+  generate P 20 500 $seed small.fas
+  generate P $protein $seed in.{fas,crlf,pir,phy,aln,sto,nex}
+  generate D $dna $seed dna.fas
+  generate D $wide $seed wide.fas
+  generate P $narrow $seed narrow.fas
+  generate P 500 20000 $seed base.fas
+  generate P 500 200000 $seed positions.fas
+  generate P 5000 20000 $seed sequences.fas
+  generate genes $genes $seed genes
+  generate genes $((10 * genes)) $seed more
+  gzip -k1 in.fas
+}
+printf '#!/bin/sh\nzcat in.fas.gz | %s - -t=P >copies/out\n' "$run" >"$work/zcat"
+chmod +x "$work/zcat"
+
 echo "Whole processes in turn, each into fresh files; medians in milliseconds. \"best\" compares the fastest runs instead"
 echo "and is not judged: far from the ratio, it says that the machine was busy."
 echo
-printf '%-34s %9s  %-7s %9s  %7s %7s  %-14s %-6s  %7s  %-8s\n' work trimora against "" ratio best goal "" "peak MiB" goal
+printf '%-38s %9s  %-9s %9s  %7s %7s  %-12s %-6s  %7s  %-10s\n' work trimora against "" ratio best goal "" "peak MiB" goal
 
-begin
-generate protein-fasta 20 500 $seed in.fas
-measure $many trimora "$trimora" in.fas -p=n -- cp cp in.fas copies/
-judge "20 x 500 protein" at_most_2ms 1.3 $((6 * 1048576))
+# work                      goal     memory        input   command                          against
+row "20 x 500 protein"      1.3/2ms  "6*m"         small.fas "$trimora small.fas -p=n"      cp "cp input"
+row "$protein protein"      1.5      "1.2*i+8*m"   in.fas  "$trimora in.fas -p=n"           floor "$floor in.fas copies/out"
+row "$dna DNA"              1.5      "1.2*i+8*m"   dna.fas "$trimora dna.fas -t=D -p=n"     floor "$floor dna.fas copies/out"
+row "$wide DNA"             2        "2*i+8*m"     wide.fas "$trimora wide.fas -t=D -p=n"   floor "$floor wide.fas copies/out"
+row "$narrow protein"       2        "1.3*i+8*m"   narrow.fas "$trimora narrow.fas -p=n"    floor "$floor narrow.fas copies/out"
+row "$protein as NBRF/PIR"  1.2      "1.2*i+8*m"   "in.pir in.fas" "$trimora in.pir -p=n"           FASTA "$trimora in.fas -p=n"
+row "  the HTML report"     2.5      "1.2*i+8*m"   in.fas  "$trimora in.fas -p=y"           cp "cp written"
+row "  everything on"       2.5      "2.2*i+8*m"   in.fas  "$trimora in.fas -p=t -k=y -d=y -n=y -u=y" cp "cp written"
+row "$genes genes, three concatenations" 1.5 "s+9*m" genes "$trimora genes/paths.txt -a=y -c=y -w=y -p=n" cp "cp both"
+row "tenfold positions"     11.5     -             "positions.fas base.fas" "$trimora positions.fas -p=n" tenth "$trimora base.fas -p=n"
+row "tenfold sequences"     11.5     -             "sequences.fas base.fas" "$trimora sequences.fas -p=n" tenth "$trimora base.fas -p=n"
 
-begin
-generate protein-fasta "${protein[@]}" $seed in.fas
-measure $some trimora "$trimora" in.fas -p=n -- floor "$floor" in.fas copies/out
-judge "${protein[0]} x ${protein[1]} protein" ratio 1.5 "$(memory 1.2 in.fas)"
-
-begin
-generate dna-fasta "${dna[@]}" $seed in.fas
-measure $few trimora "$trimora" in.fas -t=D -p=n -- floor "$floor" in.fas copies/out
-judge "${dna[0]} x ${dna[1]} DNA" ratio 1.5 "$(memory 1.2 in.fas)"
-
-begin
-generate dna-fasta "${wide[@]}" $seed in.fas
-measure $some trimora "$trimora" in.fas -t=D -p=n -- floor "$floor" in.fas copies/out
-judge "${wide[0]} x ${wide[1]} DNA" ratio 2 "$(memory 2 in.fas)"
-
-begin
-generate protein-fasta "${narrow[@]}" $seed in.fas
-measure $some trimora "$trimora" in.fas -p=n -- floor "$floor" in.fas copies/out
-judge "${narrow[0]} x ${narrow[1]} protein" ratio 2 "$(memory 1.3 in.fas)"
-
-begin
-generate protein-fasta "${protein[@]}" $seed in.fas
-generate protein-pir "${protein[@]}" $seed in.pir
-measure $some trimora "$trimora" in.pir -p=n -- FASTA "$trimora" in.fas -p=n
-judge "${protein[0]} x ${protein[1]} as NBRF/PIR" ratio 1.2 "$(memory 1.2 in.pir)"
-
-begin
-generate protein-fasta "${protein[@]}" $seed in.fas
-keep "$trimora" in.fas -p=y
-report=$(size ../written/in.fas-tr.htm)
-measure $few trimora "$trimora" in.fas -p=y -- without "$trimora" in.fas -p=n
-judge "the same, with the HTML report" report 600 "$(awk -v more=$mib8 'NR == 2 { print $5 * 1024 + more }' ../times)"
-
-begin
-generate protein-fasta "${protein[@]}" $seed in.fas
-everything=(-p=t -k=y -d=y -n=y -u=y)
-keep "$trimora" in.fas "${everything[@]}"
-measure $few trimora "$trimora" in.fas "${everything[@]}" -- cp cp ../written/* copies/
-judge "the same, everything on" ratio 2.5 "$(memory 2.2 in.fas)"
-
-# Held at once: the concatenations and one alignment.
-begin
-generate genes genes $genes $seed
-concatenations=(-a=y -c=y -w=y -p=n)
-keep "$trimora" genes/paths.txt "${concatenations[@]}"
-largest=$(find genes -name '*.fas' -size +0 -exec wc -c {} + | awk '$2 != "total" && $1 > most { most = $1 } END { print most }')
-measure $few trimora "$trimora" genes/paths.txt "${concatenations[@]}" -- \
-  cp cp genes/*.fas genes/paths.txt ../written/* copies/
-judge "$genes genes, three concatenations" ratio 1.5 $(($(size ../written/*.seq) + largest + mib8))
-
-# What trimora-run adds, against a batch without it.
-begin
-generate genes genes $genes $seed
-batch=("$trimora_run" genes/paths.txt "${concatenations[@]}")
-measure $few name "${batch[@]}" --match=name -- order "${batch[@]}" --match=order
-judge "the same, matched by name" ratio 1.2
-measure $few fasta "${batch[@]}" --format=fasta -- groups "${batch[@]}"
-judge "the same, as plain FASTA" ratio 1.05
-measure $few tables "${batch[@]}" --columns --table=table.tsv -- without "${batch[@]}"
-judge "the same, with its tables" ratio 1.3
-
-begin
-generate protein-fasta "${protein[@]}" $seed in.fas
-one=("$trimora_run" in.fas -p=n)
-measure $some fasta "${one[@]}" --format=fasta -- groups "${one[@]}"
-judge "${protein[0]} x ${protein[1]} as plain FASTA" ratio 1.05
-measure $some tables "${one[@]}" --columns --table=table.tsv -- without "${one[@]}"
-judge "${protein[0]} x ${protein[1]}, with its tables" ratio 1.3
-
-for growth in positions sequences; do
-  begin
-  ten=("${base[@]}")
-  [ $growth = positions ] && ten[1]=$((10 * base[1])) || ten[0]=$((10 * base[0]))
-  generate protein-fasta "${base[@]}" $seed base.fas
-  generate protein-fasta "${ten[@]}" $seed ten.fas
-  measure $few trimora "$trimora" ten.fas -p=n -- tenth "$trimora" base.fas -p=n
-  judge "${ten[0]} x ${ten[1]}, tenfold $growth" tenfold 1.15
+# trimora-run, and the library
+one="-t=P -p=n"
+row "trimora-run, $protein" 1.5      "1.2*i+8*m"   in.fas  "$run in.fas $one"               floor "$floor in.fas copies/out"
+for format in crlf pir phy aln sto nex; do
+  row "  as .$format"       2        "1.5*i+8*m"   "in.$format in.fas" "$run in.$format $one" FASTA "$run in.fas $one"
 done
-
+row "  as .gz"              1.3      -             in.fas.gz "$run in.fas.gz $one"          zcat "$work/zcat"
+row "  with columns and table" 1.3   -             in.fas  "$run in.fas $one --columns --table=table.tsv" without "$run in.fas $one"
+row "the library"           1.5      "1.2*i+8*m"   in.fas  "$select in.fas out"             floor "$floor in.fas copies/out"
+batch="genes/paths.txt -t=P -p=n -a=y -c=y -w=y"
+row "$genes genes, by name" 1.2      -             genes   "$run $batch --match=name"       order "$run $batch --match=order"
+row "  as trimora writes them" 1.1   -             genes   "$run $batch"                    groups "$run $batch --format=trimora"
+row "  with columns and table" 1.3   -             genes   "$run $batch --columns --table=table.tsv" without "$run $batch"
+row "tenfold genes, one name" 11.5   -             "more genes" "$run more/paths.txt $one -a=y --partitions" tenth "$run genes/paths.txt $one -a=y --partitions"
 verdict

@@ -20,16 +20,16 @@ export SOURCE_DATE_EPOCH
 # pack GENERATOR FOLDER OPTION...
 pack() {
   local log
-  configure -S . -B "$2" -DCMAKE_BUILD_TYPE=Release "${@:3}"
+  configure -B "$2" "${@:3}"
   build "$2"
   log=$(cpack --config "$2/CPackConfig.cmake" -G "$1" -B "$PWD/$packages" 2>&1) || { echo "$log" >&2; exit 2; }
 }
 
-pack TGZ build/package-static
+pack TGZ build/release --preset release
 flags() { # without those that hold paths
   DEB_BUILD_MAINT_OPTIONS="hardening=+all reproducible=-all" DEB_CXXFLAGS_MAINT_STRIP=-g dpkg-buildflags --get "$1"
 }
-pack DEB build/package-debian -DTRIMORA_STATIC=OFF -DCMAKE_INSTALL_PREFIX=/usr \
+pack DEB build/package-debian --preset release -DTRIMORA_STATIC=OFF -DCMAKE_INSTALL_PREFIX=/usr \
   -DCMAKE_CXX_FLAGS="$(flags CXXFLAGS) $(flags CPPFLAGS)" \
   -DCMAKE_EXE_LINKER_FLAGS="$(flags LDFLAGS)" -DCMAKE_SHARED_LINKER_FLAGS="$(flags LDFLAGS)"
 # cpack has a new library made known by scripts, as Debian no longer does.
@@ -40,7 +40,7 @@ for library in $packages/libtrimora[0-9]*.deb; do
   dpkg-deb --root-owner-group -b $packages/library "$library" >/dev/null
   rm -r $packages/library
 done
-pack ZIP build/package-windows --toolchain cmake/windows/toolchain.cmake
+pack ZIP build/windows --preset windows
 bash tests/install/links.sh $packages/_CPack_Packages
 rm -rf $packages/_CPack_Packages
 

@@ -5,7 +5,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
 installing=true
-need g++ cmake make
+need g++ cmake make zlib1g-dev
 echo "Building trimora and trimora-run in build/release: the first time this takes a minute." >&2
 make_preset release
 program=$project/build/release/trimora-run

@@ -86,9 +86,10 @@ in_environment() { # NAME ASSIGNMENT...
 has() { for flag in "$@"; do grep -qw "$flag" /proc/cpuinfo || return 1; done; } # no other processor has the flags of x86
 
 first=gcc-O0 builds=(gcc-O0 gcc-plain) others=()
-has sse2 && builds+=(gcc-native clang-native)
+has sse2 && builds+=(clang-native)
 has fma && builds+=(gcc-fma) others+=(gcc-fused) # GCC fuses at -O2; at -O3 its vectors keep it from doing so, by chance
 if ! $native; then
+  has sse2 && builds+=(gcc-native)
   builds+=(gcc-O3 gcc-Os clang-O0 clang-O3 clang-plain arm-{gcc-{O0,O2,O3,sve},clang-O3} windows)
   others+=(arm-fused clang-fast)
   has sse2 && builds+=(old)

@@ -46,7 +46,7 @@ present() {
     qemu-user-static) command -v qemu-aarch64-static >/dev/null ;;
     libclang-rt-*-dev) [ -e "$(clang -print-resource-dir)/include/fuzzer" ] ;;
     llvm) command -v llvm-cov >/dev/null ;;
-    *) command -v "$1" >/dev/null ;;
+    *) command -v "$1" >/dev/null || dpkg-query -W -f '${Status}' "$1" 2>/dev/null | grep -q 'ok installed' ;;
   esac
 }
 
@@ -71,15 +71,15 @@ build() {
   log=$(cmake --build "$1" --parallel "$(nproc)" ${2:+--target "$2"} 2>&1) || { echo "$log" >&2; exit 2; }
 }
 
-# make_preset PRESET: configure and build it; from any folder.
+# make_preset PRESET [TARGET]: configure and build it; from any folder.
 make_preset() {
-  (cd "$project" && configure --preset "$1" && build "build/$1")
+  (cd "$project" && configure --preset "$1" && build "build/$1" "${2:-}")
 }
 
-# pass PRESET: and pass its tests.
+# pass PRESET [ARGUMENT...]: and pass its tests, or those that the arguments choose, as ctest takes them.
 pass() {
   make_preset "$1" || return
-  ctest --test-dir "$project/build/$1" --output-on-failure --parallel "$(nproc)" --no-tests=error --progress
+  ctest --test-dir "$project/build/$1" --output-on-failure --parallel "$(nproc)" --no-tests=error --progress "${@:2}"
 }
 
 # webassembly COMMAND...: with what CMake and Emscripten need for the preset `web`, also where another node than Debian's

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The stored runs under valgrind: no wrong access, nothing read before it was written, nothing left unfreed.
+# The stored runs under valgrind: nothing is read before it was written. (Wrong access and what is never freed, `dev` finds.)
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 

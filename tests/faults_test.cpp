@@ -18,7 +18,7 @@ namespace {
 
 enum Fault { none, memory, opening, reading, writing, closing, seeking, renaming, every_fault };
 Fault armed = none;
-bool for_good = false;         // once something has failed, it stays so
+bool for_good = false;        // once something has failed, it stays so
 long left = 0;                // calls until it fails
 std::FILE* broken = nullptr;  // the file whose reading has failed
 
@@ -141,7 +141,8 @@ TEST_F(Faults, MemoryRunsOutWithTheNameOfItsBuffer) {
   std::set<std::string> buffers;
   for (const bool always : {false, true}) {
     for (long n = 0;; ++n) {
-      const std::string printed = run("trimora all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y", trimora_main, memory, n, always);
+      const std::string printed =
+          run("trimora all.txt -a=y -c=y -w=y -k=y -d=y -n=y -u=y", trimora_main, memory, n, always);
       if (left >= 0) break;  // nothing failed any more
       const std::size_t message = printed.find("\nMemory allocation failure");
       ASSERT_NE(message, std::string::npos) << "allocation " << n << "\n" << printed;

@@ -29,8 +29,8 @@ def plainly(folder=None):
         yield
     except (Refused, OSError, ValueError) as reason:
         fault = reason.__context__  # of a setting, when the schema does not allow it
-        sentence = ": ".join([*getattr(fault, "path", []), getattr(fault, "message", str(reason))])
-        sentence = f"{reason.filename}: {reason.strerror}" if isinstance(reason, OSError) else sentence
+        sentence = ": ".join(["settings", *fault.path, fault.message]) if hasattr(fault, "path") else str(reason)
+        sentence = f"{reason.filename or folder}: {reason.strerror}" if isinstance(reason, OSError) else sentence
         atexit.register(os.write, 2, os.fsencode(f"{sentence}\n"))
         if folder:
             shutil.rmtree(folder / "part", ignore_errors=True)  # so that a full disk can hold the sentence

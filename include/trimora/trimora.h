@@ -10,10 +10,12 @@
 // Ownership   an Alignment owns its letters and never changes; copies of it share them. Views (std::string_view) live as
 //             long as any copy. Everything else is a plain value.
 // Threads     the library keeps no state: any two calls may run at the same time, also on the same Alignment
-// Errors      every function fails with Error and nothing else, also when memory runs out
+// Errors      every function fails with Error and nothing else, also when memory runs out; what a function of the caller
+//             throws passes through
 #pragma once
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -81,6 +83,9 @@ class TRIMORA_API Error : public std::exception {
   std::string what_;
 };
 
+/// The name of a kind of error, as it is written above: "not_found".
+TRIMORA_API const char* name_of(Error::Kind kind);
+
 /// The type of the sequences.
 enum class Kind { protein, dna, codons };
 
@@ -97,11 +102,18 @@ class TRIMORA_API Alignment {
   /// Error    unequal_lengths; too_few_sequences without any row; bad_argument when there are more names or fewer than rows
   Alignment(const std::vector<std::string>& names, const std::vector<std::string>& rows, std::optional<Kind> kind = {});
 
+  /// The same of letters that are elsewhere. `row` is called once for each sequence, in their order, and its result is copied
+  /// before the next call.
+  static Alignment from_rows(const std::vector<std::string>& names,
+                             const std::function<std::string_view(std::size_t sequence)>& row,
+                             std::optional<Kind> kind = {});
+
   std::size_t size() const;   // sequences
   std::size_t width() const;  // columns
   std::string_view name(std::size_t sequence) const;
   std::string_view row(std::size_t sequence) const;
-  /// The type of the sequences, as the file says it or as it was given; nothing when neither does. Never codons by itself.
+  /// The type of the sequences: as it was given, or as the file says it, or as the letters tell it; nothing when they do not.
+  /// Never codons by itself.
   std::optional<Kind> kind() const;
   /// The format that it was read from, as people call it ("FASTA", "CLUSTAL"); empty when it was made in memory.
   std::string_view format() const;
@@ -159,9 +171,10 @@ struct Selection {
 /// Error    bad_argument; too_few_sequences or too_few_positions (below two); undecided_type
 TRIMORA_API Selection select(const Alignment& ali, const Parameters& parameters = {});
 
-/// Why each column of `ali` is selected or not: the first rule of the method that removes it, in words.
+/// Why each column of `ali` is selected or not: the first rule of the method that removes it, in words. `first`: the number
+/// of the first column, where the words name a column.
 /// Error    as select()
-TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters = {});
+TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters = {}, int first = 0);
 
 /// The columns of `ali` that were selected; the result may have no column.
 /// Needs    a selection made of an alignment of this width.

@@ -76,7 +76,7 @@ Fit fit(std::string_view row, std::string_view coding, std::size_t begins, const
 CodingSequences read_coding_sequences(const std::string& path) {
   CodingSequences found;
   Input input(path);
-  const Format* format = input.format();
+  const InputFormat* format = input.format();
   if (format != nullptr && std::string_view(format->name) != "FASTA") {
     Reading reading = input.read();
     found.names = std::move(reading.names);

@@ -38,7 +38,7 @@ void check_keys(const Table<std::string>& name, const Table<std::string>& keys) 
                 .name = keys[first],
                 .detail = ", sequences " + std::to_string(first) + shown(name[first], keys[first]) + " and " +
                           std::to_string(second) + shown(name[second], keys[second]) +
-                          " (paralogs?), so that it is not certain which one belongs to the species: leave one out, or "
+                          " (paralogs?), and nothing tells which of them belongs to the species: leave one out, or "
                           "say with --name-end= where the name of the species ends"};
 }
 

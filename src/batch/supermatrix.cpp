@@ -46,7 +46,7 @@ void Supermatrix::add(const std::string& path, const Alignment& ali, const Table
 Sheet Supermatrix::sheet(Joined joined, const std::vector<int>& chosen, const Table<std::string>& name) const {
   const Concatenation& all = parts_[static_cast<std::size_t>(joined)];
   const Sheet sheet = {&name, all.columns(), [this, &all, &chosen](int k, const Sheet::Put& put) {
-                         static const std::string missing(4096, '?');
+                         const std::string missing(4096, '?');
                          const int i = chosen[static_cast<std::size_t>(k) - 1];
                          std::size_t alignment = 0;
                          for (const Concatenation::Part& part : all.parts()) {

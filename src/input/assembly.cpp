@@ -20,12 +20,12 @@ constexpr unsigned has_blank = 1, has_dot = 2, has_tilde = 4, has_star = 8, has_
                    has_else = 64;
 
 unsigned contents(const char* text, std::size_t length) {
-  Letters blank{}, dot{}, tilde{}, star{}, bang{}, lower{}, other{};
-  const std::size_t whole = length - length % sizeof(Letters);
-  const auto look = [&](Letters c) {
-    const Letters blanks_here = where(c, ' ') | where(c, '\t');
-    const Letters lower_here = between(c, 'a', 'z');
-    const Letters rare = where(c, '.') | where(c, '~') | where(c, '*') | where(c, '!');
+  LetterVector blank{}, dot{}, tilde{}, star{}, bang{}, lower{}, other{};
+  const std::size_t whole = length - length % sizeof(LetterVector);
+  const auto look = [&](LetterVector c) {
+    const LetterVector blanks_here = where(c, ' ') | where(c, '\t');
+    const LetterVector lower_here = between(c, 'a', 'z');
+    const LetterVector rare = where(c, '.') | where(c, '~') | where(c, '*') | where(c, '!');
     blank |= blanks_here;
     dot |= where(c, '.');
     tilde |= where(c, '~');
@@ -35,12 +35,12 @@ unsigned contents(const char* text, std::size_t length) {
     other |= ~(blanks_here | lower_here | rare | between(c, 'A', 'Z') | where(c, '-') | where(c, '?'));
   };
   for_letters(text, whole, look);
-  char rest[sizeof(Letters)];
+  char rest[sizeof(LetterVector)];
   std::fill_n(rest, sizeof rest, '-');
   std::copy(text + whole, text + length, rest);
   for_letters(rest, sizeof rest, look);
-  const auto flag = [](Letters places, unsigned value) {
-    constexpr Letters none{};
+  const auto flag = [](LetterVector places, unsigned value) {
+    constexpr LetterVector none{};
     return std::memcmp(&places, &none, sizeof none) != 0 ? value : 0;
   };
   return flag(blank, has_blank) | flag(dot, has_dot) | flag(tilde, has_tilde) | flag(star, has_star) |
@@ -266,11 +266,11 @@ LetterFacts letter_facts(std::string_view text) {
   const unsigned seen = contents(text.data(), text.size());
   LetterFacts facts{text.size(), (seen & has_else) == 0};
   if ((seen & has_blank) == 0) return facts;
-  constexpr std::size_t at_once = 255 * sizeof(Letters);  // each place counts up to 255
+  constexpr std::size_t at_once = 255 * sizeof(LetterVector);  // each place counts up to 255
   for (; !text.empty(); text.remove_prefix(std::min(text.size(), at_once))) {
-    Letters found{};
+    LetterVector found{};
     for_letters(text.data(), std::min(text.size(), at_once),
-                [&](Letters c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
+                [&](LetterVector c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
     for (std::size_t k = 0; k < sizeof found; ++k) facts.letters -= found[k];
   }
   return facts;

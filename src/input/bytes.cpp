@@ -107,7 +107,7 @@ class InflatedBytes : public Bytes {
     state_.avail_out = static_cast<uInt>(bytesatatime);
     while (state_.avail_out > 0) {
       if (left_.empty() && (left_ = packed_->next()).empty()) {
-        if (inside_) throw Failure{.kind = Failure::Kind::damaged, .detail = "gzip: it is cut off"};
+        if (inside_) throw Failure{.kind = Failure::Kind::damaged, .detail = "its gzip data are cut off"};
         break;
       }
       if (!inside_ && inflateReset(&state_) != Z_OK) throw std::bad_alloc();
@@ -124,7 +124,7 @@ class InflatedBytes : public Bytes {
         first_ = false;
       } else if (result != Z_OK && result != Z_BUF_ERROR) {
         const char* cause =
-            first_ || state_.total_out > 0 ? "gzip: its bytes are wrong" : "gzip: something else follows it";
+            first_ || state_.total_out > 0 ? "its gzip data are wrong" : "something else follows its gzip data";
         throw Failure{.kind = Failure::Kind::damaged, .detail = cause};
       }
     }
@@ -160,7 +160,7 @@ class DecodedBytes : public Bytes {
       const std::string_view bytes = coded_->next();
       for (const char byte : bytes) take(static_cast<unsigned char>(byte));
       ended_ = bytes.empty();
-      if (ended_ && half_ >= 0) throw Failure{.kind = Failure::Kind::damaged, .detail = "UTF-16: it is cut off"};
+      if (ended_ && half_ >= 0) throw Failure{.kind = Failure::Kind::damaged, .detail = "its UTF-16 text is cut off"};
       if (ended_ && lead_ != 0) put(replacement);
     }
     return text_;

@@ -8,15 +8,15 @@
 
 namespace trimora::rooms {
 
-struct Format {
+struct InputFormat {
   std::string_view name;                  // as people call it
   bool (*begins)(std::string_view head);  // whether a text that begins with `head` is in it
   Reading (*read)(Lines& in);             // unset: it is refused by its name
 };
-std::span<const Format> formats();
+std::span<const InputFormat> formats();
 
 /// The format of a text that begins with `head`, nothing when it is none of the table.
-const Format* format_of(std::string_view head);
+const InputFormat* format_of(std::string_view head);
 
 bool begins_fasta(std::string_view head);
 bool begins_pir(std::string_view head);

@@ -25,12 +25,12 @@ struct LetterCounts {
 };
 
 LetterCounts counts_of(const char* text, std::size_t length) {
-  constexpr std::size_t at_once = 255 * sizeof(Letters);  // each place counts up to 255
+  constexpr std::size_t at_once = 255 * sizeof(LetterVector);  // each place counts up to 255
   LetterCounts counts;
   for (std::size_t start = 0; start < length; start += at_once) {
-    Letters all{}, t{}, u{}, acg{}, amino{}, other{};
-    for_letters(text + start, std::min(length - start, at_once), [&](Letters letters) {
-      const Letters c = letters | 0x20;
+    LetterVector all{}, t{}, u{}, acg{}, amino{}, other{};
+    for_letters(text + start, std::min(length - start, at_once), [&](LetterVector letters) {
+      const LetterVector c = letters | 0x20;
       all -= between(c, 'a', 'z') & ~where(c, 'n') & ~where(c, 'x');  // 255 is -1
       t -= where(c, 't');
       u -= where(c, 'u');
@@ -38,7 +38,7 @@ LetterCounts counts_of(const char* text, std::size_t length) {
       amino -= where(c, 'e') | where(c, 'f') | where(c, 'i') | where(c, 'l') | where(c, 'p') | where(c, 'q');
       other -= where(c, 'j') | where(c, 'o') | where(c, 'z');
     });
-    for (std::size_t k = 0; k < sizeof(Letters); ++k) {
+    for (std::size_t k = 0; k < sizeof(LetterVector); ++k) {
       counts.add({{all[k], t[k], u[k], acg[k], amino[k], other[k]}});
     }
   }

@@ -6,29 +6,29 @@
 namespace trimora::rooms {
 
 /// A letter in each place; of a comparison, 255 where it holds and 0 where not.
-using Letters [[gnu::vector_size(16)]] = unsigned char;
+using LetterVector [[gnu::vector_size(16)]] = unsigned char;
 
 /// Where `letters` is `wanted`.
-inline Letters where(Letters letters, char wanted) {
-  return reinterpret_cast<Letters>(letters == static_cast<unsigned char>(wanted));
+inline LetterVector where(LetterVector letters, char wanted) {
+  return reinterpret_cast<LetterVector>(letters == static_cast<unsigned char>(wanted));
 }
 
 /// Where `letters` is between `first` and `last`, both included.
-inline Letters between(Letters letters, char first, char last) {
+inline LetterVector between(LetterVector letters, char first, char last) {
   const auto span = static_cast<unsigned char>(last - first);
-  return reinterpret_cast<Letters>(letters - static_cast<unsigned char>(first) <= span);
+  return reinterpret_cast<LetterVector>(letters - static_cast<unsigned char>(first) <= span);
 }
 
 /// Hand `text` to `use`, the last letters with NULs after them.
 template <typename Use>
 [[gnu::always_inline]] inline void for_letters(const char* text, std::size_t length, Use use) {
-  Letters letters;
+  LetterVector letters;
   for (; length >= sizeof letters; text += sizeof letters, length -= sizeof letters) {
     std::memcpy(&letters, text, sizeof letters);
     use(letters);
   }
   if (length == 0) return;
-  letters = Letters{};
+  letters = LetterVector{};
   std::memcpy(&letters, text, length);
   use(letters);
 }

@@ -18,6 +18,10 @@ constexpr bool is_letter(char c) {
   return capital(c) >= 'A' && capital(c) <= 'Z';
 }
 
+constexpr bool is_digit(char c) {
+  return c >= '0' && c <= '9';
+}
+
 /// Blank, tab, line end and the like.
 constexpr bool whitespace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');

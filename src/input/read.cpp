@@ -33,7 +33,7 @@ Input Input::memory(std::string_view text) {
   return Input(bytes_of_memory, text);
 }
 
-const Format* Input::format() {
+const InputFormat* Input::format() {
   return guarded([&] { return format_of(lines_->head()); });
 }
 
@@ -41,7 +41,7 @@ Reading Input::read() {
   return guarded([&] {
     const std::string_view head = lines_->head();
     if (blank(head)) throw Failure{.kind = Failure::Kind::empty};
-    const Format* format = format_of(head);
+    const InputFormat* format = format_of(head);
     if (format == nullptr) {
       throw Failure{.kind = Failure::Kind::unknown_format, .detail = excerpt(first_line(head))};
     }

@@ -24,7 +24,7 @@ class Input {
   static Input memory(std::string_view text);
 
   /// The format that it begins like, which may be one that is refused; nothing when it begins like no known format.
-  const Format* format();
+  const InputFormat* format();
 
   Reading read();
 

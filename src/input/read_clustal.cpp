@@ -16,7 +16,7 @@ bool contains(std::string_view line, std::string_view phrase) {
 }
 
 bool clustal_marks(std::string_view line) {
-  return all_are(line, [](char c) { return isblank(c) || c == '*' || c == ':' || c == '.'; });
+  return all_are(line, [](char c) { return is_blank(c) || c == '*' || c == ':' || c == '.'; });
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ std::string_view word_after(std::string_view line, std::string_view key) {
 
 /// Whether a line counts columns.
 bool msf_ruler(std::string_view line) {
-  return all_are(line, [](char c) { return isdigit(c) || isblank(c); });
+  return all_are(line, [](char c) { return is_digit(c) || is_blank(c); });
 }
 
 }  // namespace

@@ -25,13 +25,13 @@ struct PhylipHeader {
 
 std::optional<PhylipHeader> phylip_header(std::string_view line) {
   line = without_indent(line);
-  if (line.empty() || !isdigit(line.front())) return std::nullopt;  // as most lines
+  if (line.empty() || !is_digit(line.front())) return std::nullopt;  // as most lines
   const auto numseq = number_in(take_word(line));
   const auto nupo = number_in(take_word(line));
   if (!numseq || !nupo) return std::nullopt;
   PhylipHeader header{*numseq, *nupo, {}};
   for (const char c : line) {
-    if (!is_letter(c) && !isblank(c)) return std::nullopt;
+    if (!is_letter(c) && !is_blank(c)) return std::nullopt;
     if (is_letter(c)) header.options += capital(c);
   }
   return header;
@@ -120,12 +120,13 @@ struct PhylipReading {
   const PhylipLayout* layout = nullptr;
   std::vector<PhylipStart> starts;
   std::size_t line = 0;  // that was come to
+  std::size_t row = 0;   // that is being read, from 1
   std::optional<Failure> failure;
 
   bool fail(Failure::Kind kind, long long length, long long expected, std::string detail = {}) {
     failure = Failure{.kind = kind,
-                      .sequence = static_cast<int>(starts.size()),
-                      .name = starts.empty() ? std::string() : std::string(starts.back().name),
+                      .sequence = static_cast<int>(row),
+                      .name = row == 0 ? std::string() : std::string(starts[row - 1].name),
                       .detail = std::move(detail),
                       .length = length,
                       .expected = expected};
@@ -146,6 +147,7 @@ std::optional<long long> begin_row(PhylipReading& way, const PhylipLines& lines,
     return std::nullopt;
   }
   way.starts.push_back(phylip_start(lines[way.line].text(), way.line, way.layout->names));
+  way.row = way.starts.size();
   const PhylipStart& start = way.starts.back();
   const LetterFacts facts = letter_facts(start.letters);
   if (start.name.empty() || !facts.pure) {
@@ -201,6 +203,7 @@ bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const Phylip
   }
   for (length = width; length < header.nupo; length += width) {
     for (int i = 1; i <= header.numseq; ++i) {
+      way.row = static_cast<std::size_t>(i);
       const auto more = continue_row(way, lines, header, length);
       if (!more) return false;
       if (i == 1) width = *more;
@@ -282,7 +285,7 @@ bool option_line(std::string_view line, const PhylipHeader& header, int& marks) 
     return true;
   }
   const bool marked =
-      marks > 0 && marks <= header.nupo && all_are(line, [](char c) { return isdigit(c) || isblank(c); });
+      marks > 0 && marks <= header.nupo && all_are(line, [](char c) { return is_digit(c) || is_blank(c); });
   if (marked) marks += static_cast<int>(letters_in(line));
   return marked;
 }

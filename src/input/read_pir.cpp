@@ -159,7 +159,7 @@ std::vector<PirRecord> pir_records(Lines& in, std::optional<Kind>& kind) {
 }  // namespace
 
 bool begins_pir(std::string_view head) {
-  return pir_code(head) != nullptr;
+  return pir_code(first_line(head)) != nullptr;
 }
 
 Reading read_pir(Lines& in) {

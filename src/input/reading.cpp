@@ -25,14 +25,15 @@ std::string words(const Remark& remark) {
     case Remark::What::hyphens_unknown:
       return counted(number, "'-' is missing data", "'-' are missing data") + ", as the file says: read as '?'";
     case Remark::What::sets_of_letters:
-      return counted(number, "set of letters such as {AC} is", "sets of letters such as {AC} are") +
-             " read as one ambiguous letter each";
+      return counted(number, "set of letters such as {AC} is read as one ambiguous letter",
+                     "sets of letters such as {AC} are read as one ambiguous letter each");
     case Remark::What::insert_columns:
       return counted(number, "column is an insert", "columns are inserts") + " and not aligned, as " + remark.detail +
              " says: never selected";
     case Remark::What::last_column_of_stars: return "the last column holds only '*' and gaps: dropped";
     case Remark::What::stars_at_ends:
-      return counted(number, "'*' at the end of a sequence is", "'*' at the ends of sequences are") + " read as gaps";
+      return counted(number, "'*' at the end of a sequence is read as a gap",
+                     "'*' at the ends of sequences are read as gaps");
     case Remark::What::stars_inside:
       return counted(number, "'*' inside a sequence is an unknown residue",
                      "'*' inside sequences are unknown residues");

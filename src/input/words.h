@@ -9,7 +9,7 @@
 
 namespace trimora::rooms {
 
-constexpr bool isblank(char c) {
+constexpr bool is_blank(char c) {
   return c == ' ' || c == '\t';
 }
 
@@ -21,19 +21,19 @@ constexpr bool all_are(std::string_view text, Member member) {
 
 /// Whether nothing but blanks and tabs.
 inline bool blank(std::string_view text) {
-  return all_are(text, isblank);
+  return all_are(text, is_blank);
 }
 
 /// `text` from its first character that is neither blank nor tab.
 inline std::string_view without_indent(std::string_view text) {
-  const auto first = std::find_if_not(text.begin(), text.end(), isblank);
+  const auto first = std::find_if_not(text.begin(), text.end(), is_blank);
   return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
 /// `text` without blanks and tabs at either end.
 inline std::string_view trimmed(std::string_view text) {
   text = without_indent(text);
-  while (!text.empty() && isblank(text.back())) text.remove_suffix(1);
+  while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
   return text;
 }
 
@@ -57,12 +57,8 @@ inline std::string_view take_word(std::string_view& text) {
   return word;
 }
 
-constexpr bool isdigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 inline bool digits(std::string_view word) {
-  return !word.empty() && all_are(word, isdigit);
+  return !word.empty() && all_are(word, is_digit);
 }
 
 /// A whole number of at most nine digits.

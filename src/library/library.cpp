@@ -104,6 +104,24 @@ rooms::SelectionState state_of(const Parameters& p, Kind kind, int numseq) {
   return run;
 }
 
+/// What select() and reasons() are made from.
+struct Found {
+  Kind kind;
+  rooms::SelectionState run;
+  rooms::Alignment work;
+  rooms::Selection in_work;
+};
+
+Found found_in(const Alignment& ali, const Parameters& parameters) {
+  const Alignment::Data& data = ali.data();
+  if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
+  const std::optional<Kind> kind = parameters.kind ? parameters.kind : ali.kind();
+  if (!kind) throw Failure{.kind = Failure::Kind::undecided_type, .detail = ": set the kind"};
+  Found found{*kind, state_of(parameters, *kind, data.numseq()), for_selection(data, *kind), {}};
+  found.in_work = rooms::find_blocks(found.work, found.run, false);
+  return found;
+}
+
 char class_of(float score, const rooms::SelectionState& run) {
   if (score == 0) return '-';
   if (score < static_cast<float>(run.negval)) return '.';
@@ -133,6 +151,38 @@ const char* version() {
   return rooms::version_text;
 }
 
+const char* name_of(Error::Kind kind) {
+  using enum Error::Kind;
+  switch (kind) {
+    case not_found: return "not_found";
+    case not_readable: return "not_readable";
+    case not_writable: return "not_writable";
+    case changed: return "changed";
+    case empty: return "empty";
+    case unknown_format: return "unknown_format";
+    case refused_format: return "refused_format";
+    case ambiguous_format: return "ambiguous_format";
+    case damaged: return "damaged";
+    case bad_record: return "bad_record";
+    case unfinished_record: return "unfinished_record";
+    case name_too_long: return "name_too_long";
+    case bad_character: return "bad_character";
+    case unequal_lengths: return "unequal_lengths";
+    case too_long: return "too_long";
+    case too_few_sequences: return "too_few_sequences";
+    case too_few_positions: return "too_few_positions";
+    case undecided_type: return "undecided_type";
+    case contrary_type: return "contrary_type";
+    case other_sequences: return "other_sequences";
+    case unfit_name: return "unfit_name";
+    case same_name: return "same_name";
+    case bad_argument: return "bad_argument";
+    case would_overwrite: return "would_overwrite";
+    case out_of_memory: return "out_of_memory";
+  }
+  return "";  // no other value is ever made
+}
+
 Error::Error(Kind error_kind, std::string what, int which, std::string whose)
     : kind(error_kind), sequence(which), name(std::move(whose)), what_(std::move(what)) {}
 
@@ -140,13 +190,25 @@ Error::~Error() = default;
 
 Alignment::Alignment(const std::vector<std::string>& names, const std::vector<std::string>& rows,
                      std::optional<Kind> kind) {
-  data_ = told([&] {
-    if (names.size() != rows.size()) {
-      refuse(std::to_string(names.size()) + " names for " + std::to_string(rows.size()) + " rows");
+  if (names.size() != rows.size()) {
+    told([&] { refuse(std::to_string(names.size()) + " names for " + std::to_string(rows.size()) + " rows"); });
+  }
+  const auto row = [&](std::size_t sequence) { return std::string_view(rows[sequence]); };
+  data_ = from_rows(names, row, kind).data_;
+}
+
+Alignment Alignment::from_rows(const std::vector<std::string>& names,
+                               const std::function<std::string_view(std::size_t sequence)>& row,
+                               std::optional<Kind> kind) {
+  return told([&] {
+    std::optional<rooms::Assembly> assembly;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      const std::string_view letters = row(i);
+      if (!assembly) assembly.emplace(names.size() * letters.size());
+      assembly->add(names[i], letters);
     }
-    rooms::Assembly assembly(rows.empty() ? 0 : rows.size() * rows.front().size());
-    for (std::size_t i = 0; i < rows.size(); ++i) assembly.add(names[i], rows[i]);
-    return made_of(assembly.finish(), kind).data_;
+    if (!assembly) assembly.emplace();
+    return made_of(assembly->finish(), kind);
   });
 }
 
@@ -168,7 +230,7 @@ std::string_view Alignment::row(std::size_t sequence) const {
 }
 
 std::optional<Kind> Alignment::kind() const {
-  return data_->kind;
+  return data_->kind ? data_->kind : data_->by_letters;
 }
 
 std::string_view Alignment::format() const {
@@ -186,17 +248,12 @@ Alignment read_text(std::string_view text) {
 Selection select(const Alignment& ali, const Parameters& parameters) {
   return told([&] {
     const Alignment::Data& data = ali.data();
-    if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
-    const std::optional<Kind> kind = parameters.kind ? parameters.kind : data.kind ? data.kind : data.by_letters;
-    if (!kind) throw Failure{.kind = Failure::Kind::undecided_type, .detail = ": set the kind"};
-    const rooms::SelectionState run = state_of(parameters, *kind, data.numseq());
-    const rooms::Alignment work = for_selection(data, *kind);
-    const rooms::Selection found = rooms::find_blocks(work, run, false);
+    const auto [kind, run, work, found] = found_in(ali, parameters);
 
     Selection selection;
     selection.b1 = run.negval;
     selection.b2 = run.flankval;
-    selection.kind = *kind;
+    selection.kind = kind;
     const rooms::ColumnNumbers column_of(work);
     const auto from_0 = [&](int p) { return static_cast<int>(column_of(p)) - 1; };
     const auto width = static_cast<std::size_t>(data.nupo);
@@ -220,23 +277,20 @@ Selection select(const Alignment& ali, const Parameters& parameters) {
   });
 }
 
-std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters) {
+std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters, int first) {
   return told([&] {
     const Alignment::Data& data = ali.data();
-    const Selection selection = select(ali, parameters);
-    const rooms::SelectionState run = state_of(parameters, selection.kind, data.numseq());
-    const rooms::Alignment work = for_selection(data, selection.kind);
-    const rooms::Selection found = rooms::find_blocks(work, run, false);
+    const auto [kind, run, work, found] = found_in(ali, parameters);
     const rooms::Table<rooms::Verdict> verdicts = rooms::verdicts(work, found.scores, found.blocks, run);
     const rooms::ColumnNumbers column_of(work);
-    const auto from_0 = [&](int p) { return column_of(p) - 1; };
+    const auto number = [&](int p) { return column_of(p) - 1 + first; };
     std::vector<std::string> all(static_cast<std::size_t>(data.nupo),
-                                 rooms::words({rooms::Reason::all_gap}, run, from_0));
+                                 rooms::words({rooms::Reason::all_gap}, run, number));
     for (const rooms::Stretch& insert : data.inserts) {
-      std::fill_n(all.begin() + insert.first - 1, insert.length(), rooms::words({rooms::Reason::insert}, run, from_0));
+      std::fill_n(all.begin() + insert.first - 1, insert.length(), rooms::words({rooms::Reason::insert}, run, number));
     }
     for (int p = 1; p <= work.nupo; ++p) {
-      all[static_cast<std::size_t>(from_0(p))] = rooms::words(verdicts[p], run, from_0);
+      all[static_cast<std::size_t>(column_of(p)) - 1] = rooms::words(verdicts[p], run, number);
     }
     return all;
   });

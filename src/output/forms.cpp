@@ -226,7 +226,12 @@ FormNames names_for(Form form, const Table<std::string>& name, Unique unique) {
       number(names.name);
       twice.clear();
     }
-    if (!twice.empty()) throw Failure{.kind = Failure::Kind::same_name, .name = twice};
+    if (!twice.empty()) {
+      throw Failure{.kind = Failure::Kind::same_name,
+                    .name = twice,
+                    .detail = std::string(" in ") + (form == Form::phylip ? "PHYLIP" : "NEXUS") +
+                              ", which cannot hold all characters of their names: rename one"};
+    }
   }
   for (int i = 1; i <= name.size(); ++i) names.changed += names.name[i] != plain_name(name[i]) ? 1 : 0;
   return names;

@@ -26,7 +26,6 @@ constexpr int tile = 4096;         // positions looked at together: what is know
 constexpr std::uint8_t gap = 1;
 constexpr std::uint8_t unknown_mark = 2;    // '?'
 constexpr std::uint8_t unknown_letter = 4;  // X or N
-constexpr std::uint8_t odd = 8;             // neither a letter nor one of the above
 
 /// Whether any of `width` characters is more than a known letter or a gap; `unknown` is the small letter for unknown ones.
 TRIMORA_VECTOR_CLONES
@@ -50,9 +49,7 @@ std::uint8_t classify(const char* text, int width, char unknown, std::uint8_t* k
     const std::uint8_t is_gap = text[c] == '-' ? gap : std::uint8_t{0};
     const std::uint8_t is_mark = text[c] == '?' ? unknown_mark : std::uint8_t{0};
     const std::uint8_t is_unknown = small == static_cast<std::uint8_t>(unknown) ? unknown_letter : std::uint8_t{0};
-    const std::uint8_t is_odd =
-        static_cast<std::uint8_t>(small - 'a') < 26 || is_gap != 0 || is_mark != 0 ? std::uint8_t{0} : odd;
-    const auto what = static_cast<std::uint8_t>(is_gap | is_mark | is_unknown | is_odd);
+    const auto what = static_cast<std::uint8_t>(is_gap | is_mark | is_unknown);
     known[c] |= what;
     all |= what;
   }
@@ -75,9 +72,8 @@ bool empty(const char* text, std::ptrdiff_t count, char unknown) {
 
 /// What else than known letters and gaps an alignment holds.
 struct Characters {
-  std::array<int, 256> first_in{};  // the first sequence that holds the odd character, 0: none does
-  std::uint8_t all = 0;             // what there is
-  long long unknowns = 0;           // positions without a gap in which a residue is unknown
+  std::uint8_t all = 0;    // what there is
+  long long unknowns = 0;  // positions without a gap in which a residue is unknown
 };
 
 Characters characters(const Alignment& ali, const OutputState& run) {
@@ -91,14 +87,7 @@ Characters characters(const Alignment& ali, const OutputState& run) {
     if (!any) continue;
     std::fill_n(known, width, std::uint8_t{0});
     for (int i = 1; i <= ali.numseq; ++i) {
-      const char* text = ali.let[i].from(start);
-      const std::uint8_t all = classify(text, width, unknown, known);
-      found.all |= all;
-      if ((all & odd) == 0) continue;
-      std::for_each(text, text + width, [&](char c) {
-        int& first = found.first_in[static_cast<unsigned char>(c)];
-        first = first == 0 ? i : std::min(first, i);
-      });
+      found.all |= classify(ali.let[i].from(start), width, unknown, known);
     }
     found.unknowns += std::count_if(known, known + width, [](std::uint8_t what) {
       return (what & gap) == 0 && (what & (unknown_mark | unknown_letter)) != 0;
@@ -131,7 +120,7 @@ void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const 
   for (const Remark& remark : remarks) {
     if (remark.what != Remark::What::exclamation_marks) continue;
     book.note(words_of_run::stops_readers,
-              {std::to_string(remark.number), "!", "IQ-TREE and RAxML", protein ? "X" : "N"});
+              {"!", std::to_string(remark.number), "IQ-TREE and RAxML", protein ? "X" : "N"});
   }
   if (!protein) return;
   long long count = 0;
@@ -139,38 +128,22 @@ void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const 
     const char* text = book.ali.let[i].from(1);
     count += std::count_if(text, text + book.ali.nupo, [](char c) { return capital(c) == 'U' || capital(c) == 'J'; });
   }
-  if (count > 0) book.note(words_of_run::stops_readers, {std::to_string(count), "U and J", "RAxML", "X"});
+  if (count > 0) book.note(words_of_run::stops_readers, {"U or J", std::to_string(count), "RAxML", "X"});
 }
 
 /// `as_read`: the type of sequence is the one that it seems to be, so that X or N is an unknown residue.
 void note_characters(const Notebook& book, bool as_read) {
   const Alignment& ali = book.ali;
   const Characters found = characters(ali, book.run);
-  std::string list;
-  int first = 0;
-  for (int c = 0; c < 256; ++c) {
-    const char byte = static_cast<char>(c);
-    const int i = found.first_in[static_cast<std::size_t>(c)];
-    if (i == 0 || is_letter(byte) || std::string_view("*!-?").find(byte) != std::string_view::npos) continue;
-    first = first == 0 ? i : std::min(first, i);
-    char code[16];
-    std::snprintf(code, sizeof code, c > ' ' && c < 127 ? " %c" : " (byte %d)", c);
-    list += code;
-  }
-  if (first != 0) {
-    book.note(words_of_run::odd_characters,
-              {std::string_view(list).substr(1), std::to_string(first), name_at(ali, first)});
-  }
-
   const bool many = found.unknowns * 100 >= static_cast<long long>(share) * ali.nupo;
   if (!as_read || !many || book.run.tog_gaps == all_gaps) return;
   const bool mark = (found.all & unknown_mark) != 0;
   const bool letters = (found.all & unknown_letter) != 0;
   const std::string letter(1, capital(unknown_of(book.run)));
-  book.note(words_of_run::unknown_letters, {mark && letters ? letter + " and ?"
-                                            : mark          ? "?"
-                                                            : letter,
-                                            std::to_string(found.unknowns * 100 / ali.nupo)});
+  book.note(words_of_run::unknown_letters,
+            {std::to_string(found.unknowns * 100 / ali.nupo), mark && letters ? letter + " or ?"
+                                                              : mark          ? "?"
+                                                                              : letter});
 }
 
 /// Whether the file writes '.' for the letter of the first sequence: that one has none of them, and the others many.
@@ -317,12 +290,13 @@ std::vector<std::string> notes_on_selection(const Alignment& ali, const Selectio
     }
     const std::string sequences = gaps * 4LL >= ali.nupo ? emptiest(ali, run) : "";
     if (!sequences.empty()) {
-      const char* advice = run.tog_gaps == no_gaps     ? "try -b5=h"
-                           : run.tog_gaps == with_half ? "try -b5=a"
-                                                       : "try a lower -b2";
+      const char* advice = run.tog_gaps == no_gaps ? "-b5=h" : run.tog_gaps == with_half ? "-b5=a" : "a lower -b2";
       book.note(words_of_run::nothing_by_gaps, {sequences, advice});
     } else if (flanks == 0) {
-      book.note(words_of_run::nothing_by_flanks, {std::to_string(run.flankval)});
+      const char* advice = run.flankval > run.initnegval ? ": try a lower -b2" : "";
+      book.note(words_of_run::nothing_by_flanks, {std::to_string(run.flankval), advice});
+    } else if (!found.blocks.newpos.empty()) {  // of codons
+      book.note(words_of_run::nothing_by_frame, {});
     } else {
       const std::string parameter = found.blocks.pos.empty() ? "b0" : "b4";
       const bool together = run.posblen == run.posblen2;  // b0 follows b4

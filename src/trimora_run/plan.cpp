@@ -117,7 +117,7 @@ void add_folder(const std::string& folder, Named& named) {
     const std::string path = in_folder(folder, name);
     bool alignment = false;
     try {
-      const Format* format = Input(path).format();
+      const InputFormat* format = Input(path).format();
       alignment = format != nullptr && format->read != nullptr;
     } catch (const Failure&) {
     }
@@ -424,7 +424,7 @@ Plan plan_of(const Settings& settings) {
   if (settings.filter()) return plan;
   for (const Job& job : plan.jobs) {
     if (!settings.into.empty() || is_file(job.path)) continue;
-    throw Failure{.kind = Failure::Kind::not_readable, .file = job.path, .detail = std::string(words_of_run::no_place)};
+    throw Failure{.kind = Failure::Kind::not_writable, .file = job.path, .detail = std::string(words_of_run::no_place)};
   }
 
   if (named.several) leave_out_results(plan, settings);

@@ -82,7 +82,7 @@ std::string why_not_joined(const Alignment& ali, const Settings& settings, const
   const std::string_view outcome = settings.keep_going ? "it is left out" : "nothing was concatenated";
   if (ali.numseq != names.size()) {
     const bool numbers = (settings.b1 && !settings.b1->percent) || (settings.b2 && !settings.b2->percent);
-    return filled(words_of_run::other_count, {std::to_string(ali.numseq), first, std::to_string(names.size()),
+    return filled(words_of_run::other_count, {std::to_string(ali.numseq), first, std::to_string(names.size()), outcome,
                                               numbers ? ", with -b1 and -b2 in per cent" : ""});
   }
   if (settings.match == Match::order) return "";
@@ -227,7 +227,7 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   if (coding.wanted()) {
     if (outcome.run.seq_type != 'P') {
       throw Failure{.kind = Failure::Kind::contrary_type,
-                    .detail = name_of(outcome.run.seq_type) + std::string(": --codons goes with proteins")};
+                    .detail = filled(words_of_run::no_protein, {name_of(outcome.run.seq_type)})};
     }
     codons = coding.codons_of(job, reading, outcome.chosen);
     outcome.decided.insert(outcome.decided.end(), codons.decided.begin(), codons.decided.end());

@@ -28,33 +28,34 @@ using W = std::string_view;
 // clang-format off
 
 // Notes on an alignment.
-inline constexpr W unknown_letters = "{letters} are in {percent} % of the columns and are no gaps, so that these columns can be selected; where they mean missing data, write - instead";
-inline constexpr W points = "'.' is read as a gap, but here it seems to mean 'as in the first sequence': write the letters in full with the program that made the file";
-inline constexpr W odd_characters = "{characters}: characters that agree with nothing, first in sequence {number} ({name})";
-inline constexpr W stops_readers = "{count} of {characters} in the letters, at which {programs} stop: --unknown=x writes {letter} instead";
+inline constexpr W unknown_letters = "{percent} % of the columns hold {letters} and no gap, and can be selected: where data are missing, write - instead";
+inline constexpr W points = "'.' is read as a gap, but seems to mean 'as in the first sequence' here: write the letters in full with the program that made the file";
+inline constexpr W stops_readers = "holds {characters} ({count} in all), at which {programs} stop: --unknown=x writes {letter} instead";
 inline constexpr W looks_nucleotide = "is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons";
 inline constexpr W looks_protein = "is read as nucleotides, but looks like protein: -t=P";
-inline constexpr W codon_length = "has {number} positions, which is no multiple of three: does its first column begin a codon?";
-inline constexpr W codon_stops = "stop codons inside {number} of the sequences, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? In mitochondria and some others codes differ: --code=";
-inline constexpr W codon_gaps = "gaps that are no whole codons in {number} of the sequences, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
+inline constexpr W codon_length = "has {number} positions, which is not a multiple of three: does its first column begin a codon?";
+inline constexpr W codon_stops = "{number} of the sequences hold stop codons before their end, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? Codes differ, in mitochondria above all: --code=";
+inline constexpr W codon_gaps = "{number} of the sequences hold gaps that are not whole codons, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
 inline constexpr W same_names = "sequences {first} and {second} have the same name, {name}, and tree programs refuse them: rename one";
 inline constexpr W same_words = "sequences {first} and {second} have the same name up to the first blank, {name}, where many tree programs cut it: --format=phylip or nexus writes whole names";
 inline constexpr W breaks_trees = "names with ( ) [ ] , : ; or ' break trees (first in sequence {number}, {name}): --format=phylip or nexus writes _ instead";
 
 // Notes on what was selected.
-inline constexpr W nothing_by_gaps = "nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: {sequences}: leave these out, or {advice}";
-inline constexpr W nothing_by_flanks = "nothing was selected, and tree programs stop at an empty alignment: no position has the {number} sequences in agreement that b2 asks for: try a lower -b2";
+inline constexpr W nothing_by_gaps = "nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: {sequences}: leave these out, or try {advice}";
+inline constexpr W nothing_by_flanks = "nothing was selected, and tree programs stop at an empty alignment: in no position do as many as {number} sequences agree, as b2 asks for{advice}";
 inline constexpr W nothing_by_length = "nothing was selected, and tree programs stop at an empty alignment: no block is as long as {parameter} asks for: try a lower -{parameter}";
-inline constexpr W empty_row = "sequence {number} ({name}) is nothing but gaps and unknown letters in the selected positions, and tree programs stop at it: leave it out";
-inline constexpr W empty_species = "sequence {number} ({name}) is nothing but gaps and unknown letters in the concatenation, and tree programs stop at it: leave it out";
+inline constexpr W nothing_by_frame = "nothing was selected, and tree programs stop at an empty alignment: no block holds a whole codon: does the first column begin a codon?";
+inline constexpr W empty_row = "sequence {number} ({name}) has nothing but gaps and unknown letters in the selected positions, and tree programs stop at it: leave it out";
+inline constexpr W empty_species = "sequence {number} ({name}) has nothing but gaps and unknown letters in the concatenation, and tree programs stop at it: leave it out";
 
 // Alignments that do not go together.
-inline constexpr W other_order = "has the sequences of {first} in another order, so that species would be mixed up: {outcome}: --match=name puts them together by name, --match=order by their order all the same";
+inline constexpr W other_order = "has the sequences of {first} in another order, which would mix up the species: {outcome}: --match=name puts them together by name, --match=order by their order all the same";
 inline constexpr W other_names = "sequence {number} is {name}, but {other} in {first}: {outcome}: --match=name puts sequences together by name, --match=order by their order all the same";
-inline constexpr W other_count = "has {number} sequences, the first alignment, {first}, has {other}: --match=name puts them together by name, with ? where a species is missing{shares}";
+inline constexpr W other_count = "has {number} sequences, {first} has {other}: {outcome}: --match=name puts them together by name, with ? where a species is missing{shares}";
 inline constexpr W other_type = "is {type}, the first alignment is {other}: -t= says what all of them are";
 
 // Coding sequences.
+inline constexpr W no_protein = "is {type}: --codons goes with proteins";
 inline constexpr W no_coding = "has no coding sequences in {path}: their files are matched by name up to the first dot";
 inline constexpr W no_coding_row = "has no coding sequence for sequence {number} ({name}) in {path}";
 inline constexpr W coding_count = "has {number} sequences, but {path} has {other}: --match=order takes them in their order";
@@ -81,11 +82,8 @@ inline constexpr W listed_twice = "{first} and {second} are the same file: list 
 inline constexpr W written_twice = "the result {result} would be written twice, and the first one lost: name each alignment once, or choose another suffix (-e=)";
 inline constexpr W same_base_name = "{first} and {second} would have results of the same name in {folder}: rename one, or trim them into two folders";
 inline constexpr W no_folder = "the folder {folder} could not be made: {reason}";
-inline constexpr W listed_missing = "lists {path}, but there is no such file, neither from here nor from the folder of the list";
-inline constexpr W list_inside = "is a list of alignments, where an alignment is expected: name a list alone, and list alignments only";
-inline constexpr W nothing_listed = "holds no alignment";
-inline constexpr W no_place = "it is no file in a folder, where results could go: name a folder with --into=";
-inline constexpr W not_joined = "nothing was concatenated, since not all alignments go together";
+inline constexpr W nothing_listed = "contains no alignment";
+inline constexpr W no_place = "is not a file, so that its results have no place: name a folder for them, --into=FOLDER";
 
 // clang-format on
 

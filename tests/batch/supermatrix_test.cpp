@@ -1,5 +1,8 @@
 #include "batch/supermatrix.h"
 
+#include <numeric>
+
+#include "batch/name_keys.h"
 #include "batch/names.h"
 #include "ground/failure.h"
 #include "support.h"
@@ -7,19 +10,26 @@
 namespace trimora::rooms {
 namespace {
 
+/// The keys of names, with a rule that ends them at one of `ends`.
+Table<std::string> keys(const Table<std::string>& name, const std::string& ends) {
+  Table<std::string> all;
+  for (int i = 1; i <= name.size(); ++i) all.append(std::string(key_of(name[i], KeyRule{.end = ends})));
+  return all;
+}
+
 TEST(Species, KeysOfNames) {
   const char* const cases[][3] = {
       {"Mus_musculus gene1\n", "", "Mus_musculus"},
       {"Mus\tgene1\n", "", "Mus"},
       {" Mus \r\n", "", "Mus"},
       {"Mus\n", "|@", "Mus"},
-      {"Mus musculus|g1\n", "|@", "Mus musculus"},
+      {"Mus musculus|g1\n", "|@", "Mus_musculus"},
       {"Mus @g1|x\n", "|@", "Mus"},
       {"|Mus\n", "|", ""},
       {"Mus", "", "Mus"},
       {"\n", "", ""},
   };
-  for (const auto& [name, ends, key] : cases) EXPECT_EQ(key_of(name, ends), key) << name;
+  for (const auto& [name, ends, key] : cases) EXPECT_EQ(key_of(name, KeyRule{.end = ends}), key) << name;
 }
 
 TEST(Species, KeysThatDoNotTellThemApart) {
@@ -29,13 +39,13 @@ TEST(Species, KeysThatDoNotTellThemApart) {
   } cases[] = {
       {{"a 1\n", "b 1\n"}, "", ""},
       {{"a|1\n", "a|2\n"}, "", ""},
-      {{"c\n", "a|1\n", "a|2\n"}, "|", "two sequences are called a, sequences 2 and 3 "},
+      {{"c\n", "a|1\n", "a|2\n"}, "|", "two sequences are called a, sequences 2 (a|1) and 3 (a|2) (paralogs?), "},
       {{"c\n", "|2\n"}, "|", "the name of sequence 2 (|2) does not tell its species"},
   };
   for (const auto& [name, ends, expected] : cases) {
     std::string found;
     try {
-      check_keys(names(name), ends);
+      check_keys(names(name), keys(names(name), ends));
     } catch (const Failure& failure) {
       found = words(failure);
     }
@@ -58,13 +68,15 @@ Supermatrix together(const std::vector<Gene>& genes, bool by_name, char seq_type
     Selection found;
     found.blocks.newpos = gene.blocks;
     found.ungapped = ungap(ali);
-    all.add("gene", ali, found, seq_type);
+    all.add("gene", ali, keys(ali.name, ""), found, seq_type);
   }
   return all;
 }
 
 std::string text(const Supermatrix& all, Joined joined) {
-  return written_by([&](OutputFile& out) { write_form(out, all.sheet(joined), Form::phylip, {}); });
+  std::vector<int> chosen(static_cast<std::size_t>(all.name().size()));
+  std::iota(chosen.begin(), chosen.end(), 1);
+  return written_by([&](OutputFile& out) { write_form(out, all.sheet(joined, chosen, all.name()), Form::phylip, {}); });
 }
 
 TEST(Supermatrix, SpeciesAreWhereTheyFirstAppear) {
@@ -75,7 +87,7 @@ TEST(Supermatrix, SpeciesAreWhereTheyFirstAppear) {
   EXPECT_EQ(text(all, Joined::blocks), "4 5\nb  ACCG?\na  ADCH?\nc  ??CFK\nd  ????I\n");
   EXPECT_EQ(text(all, Joined::input), "4 8\nb  AACCEG??\na  A-DCEH??\nc  ???CEFKU\nd  ??????IT\n");
   EXPECT_EQ(text(all, Joined::ungapped), "4 7\nb  ACCEG??\na  ADCEH??\nc  ??CEFKU\nd  ?????IT\n");
-  EXPECT_EQ(written_by([&](OutputFile& out) { all.partitions(Joined::ungapped).write_raxml(out, "LG", false); }),
+  EXPECT_EQ(written_by([&](OutputFile& out) { all.partitions(Joined::ungapped).write_raxml(out, "LG", Division::genes); }),
             "LG, gene = 1-2\nLG, gene_2 = 3-5\nLG, gene_3 = 6-7\n");
 }
 

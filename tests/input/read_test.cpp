@@ -94,14 +94,14 @@ TEST(Read, Fasta) {
     {"byte_order_mark",    "\xEF\xBB\xBF>a\nAC\n>b\nAC\n",      "a=AC;b=AC;"},
     {"utf_16",             "\xFF\xFE>\0\xE9\0\n\0A\0C\0\r\0\n\0>\0=\xD8\0\xDE\n\0A\0C\0"s, "\xC3\xA9=AC;\xF0\x9F\x98\x80=AC;"},
     {"utf_16_big_endian",  "\xFE\xFF\0>\0a\0\n\0A\0C\0\n\0>\0b\0\n\0A\0C"s, "a=AC;b=AC;"},
-    {"utf_16_cut",         "\xFF\xFE>\0a\0\n\0A\0C\0\n\0>\0b\0\n\0A\0C"s,   "[damaged 'UTF-16: it is cut off']"},
-    {"gaps",               ">a\nA.~-C\n>b\nA---C\n",            "a=A---C;b=A---C; dots:1"},
+    {"utf_16_cut",         "\xFF\xFE>\0a\0\n\0A\0C\0\n\0>\0b\0\n\0A\0C"s,   "[damaged 'its UTF-16 text is cut off']"},
+    {"gaps",               ">a\nA.~-C\n>b\nA---C\n",            "a=A---C;b=A---C; dots@1:1"},
     {"unknown_residues",   ">a\nA*!?C\n>b\nACUOJ\n",            "a=A*!?C;b=ACUOJ; stars:1 bangs:1"},
     {"column_of_stars",    ">a\nAC*\n>b\nA*-\n",                "a=AC-;b=A--; last_stars:1 end_stars:1"},
     {"stars_after_the_end", ">a\nAC**-\n>b\nA*GTC\n",           "a=AC---;b=A*GTC; end_stars:2 stars:1"},
     {"a2m",                ">a\nAC.g-T\n>b\nACat-T\n",          "a=AC-g-T;b=ACat-T; 3..4 inserts:2"},
-    {"soft_masked",        ">a\nACcg-T\n>b\nAC.t-T\n>c\nac.GTT\n", "a=ACcg-T;b=AC-t-T;c=ac-GTT; dots:2"},
-    {"lower_case_alone",   ">a\nac.g\n>b\nac.g\n",              "a=ac-g;b=ac-g; dots:2"},
+    {"soft_masked",        ">a\nACcg-T\n>b\nAC.t-T\n>c\nac.GTT\n", "a=ACcg-T;b=AC-t-T;c=ac-GTT; dots@2:2"},
+    {"lower_case_alone",   ">a\nac.g\n>b\nac.g\n",              "a=ac-g;b=ac-g; dots@1:2"},
     {"digit",              ">a\nAC\n>b b\nA C\nG7T\n",          "[bad_character 2 b b '7' 4]"},
     {"nul",                ">a\nA\0C\n>b\nAC\n"s,               "[bad_character 1 a 'NUL' 2]"},
     {"nul_in_a_name",      ">a\0b\nAC\n>b\nAC\n"s,              "[bad_character 1 a 'NUL']"},
@@ -142,7 +142,7 @@ TEST(Read, Clustal) {
     {"kalign",      "Kalign (2.0) alignment in ClustalW format\n\na AC\nb AC",            "a=AC;b=AC;"},
     {"probcons",    "PROBCONS version 1.12 multiple sequence alignment\n\na AC\nb AC\n",  "a=AC;b=AC;"},
     {"t_coffee",    "CLUSTAL FORMAT for T-COFFEE Version_11 [http://www] [MODE:  ], CPU=0.0 sec, SCORE=9, Nseq=2, Len=2 \n\na AC\nb AC\n  **", "a=AC;b=AC;"},
-    {"dots",        "CLUSTAL\n\na AC.\nb ACG\n",                                          "a=AC-;b=ACG; dots:1"},
+    {"dots",        "CLUSTAL\n\na AC.\nb ACG\n",                                          "a=AC-;b=ACG; dots@1:1"},
     {"same_names",  "CLUSTAL\n\na AC\na GT\nb CC\n\na A\na G\nb C\n",                     "a=ACA;a=GTG;b=CCC;"},
     {"other_order", "CLUSTAL\n\na AC\nb GT\n\nb G\na A\n",                                "a=ACA;b=GTG;"},
     {"empty_lines", "CLUSTAL\n\n\na AC\n\nb GT\n\na A\n\nb G\n",                          "a=ACA;b=GTG;"},
@@ -168,7 +168,7 @@ TEST(Read, Phylip) {
     {"paml_lengths",       "2 4 G\nG 2 2 2\na ACGT\nb ACGT\n",                "a=ACGT;b=ACGT;"},
     {"name_of_digits",     "2 4 G\nG2 2 2\n1\nACGT\n2\nACGT\n",               "1=ACGT;2=ACGT;"},
     {"dots",               "2 4\na ACGT\nb ..-A\n",                           "a=ACGT;b=AC-A; resolved:2"},
-    {"dots_that_are_gaps", "2 4\na A.GT\nb ..-A\n",                           "a=A-GT;b=---A; dots:3"},
+    {"dots_that_are_gaps", "2 4\na A.GT\nb ..-A\n",                           "a=A-GT;b=---A; dots@1:3"},
     {"several",            "2 4\na ACGT\nb ACGT\n2 4\na AAAA\nb AAAA\n",      "a=ACGT;b=ACGT; more"},
     {"ambiguous",          "2 30\nACGTACGTACACGTACGTAC\nACGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\n", "[ambiguous_format 'PHYLIP: sequential, names of ten columns; or interleaved, names of ten columns']"},
     {"digit",              "2 4\na ACGT\nb AC7T\n",                           "[bad_character 2 b '7' 3]"},
@@ -357,14 +357,14 @@ TEST(Read, Gzip) {
   const std::string one = packed(">a\nAC"), two = packed("GT\n>b\nACGT\n");
   EXPECT_EQ(outcome(one + two), "a=ACGT;b=ACGT;");
   EXPECT_EQ(outcome(one + packed("") + two + packed("")), "a=ACGT;b=ACGT;");
-  EXPECT_EQ(outcome(one + two + "more"), "[damaged 'gzip: something else follows it']");
+  EXPECT_EQ(outcome(one + two + "more"), "[damaged 'something else follows its gzip data']");
   EXPECT_EQ(outcome(packed("\xFF\xFE>\0a\0\n\0A\0\n\0>\0b\0\n\0C\0"s)), "a=A;b=C;");
   for (std::size_t size = 2; size < one.size(); ++size) {
-    EXPECT_EQ(outcome(one.substr(0, size)), "[damaged 'gzip: it is cut off']");
+    EXPECT_EQ(outcome(one.substr(0, size)), "[damaged 'its gzip data are cut off']");
   }
   std::string wrong = one + two;
   wrong[one.size() - 8] ^= 1;  // of the checksum
-  EXPECT_EQ(outcome(wrong), "[damaged 'gzip: its bytes are wrong']");
+  EXPECT_EQ(outcome(wrong), "[damaged 'its gzip data are wrong']");
 }
 #endif
 
@@ -396,7 +396,7 @@ TEST(Read, CutOffAnywhere) {
         ++read;
         EXPECT_NE(std::find(c.widths.begin(), c.widths.end(), part.nupo), c.widths.end()) << c.text.substr(0, size);
         ASSERT_LE(part.numseq(), whole.numseq());
-        if (!c.fewer) EXPECT_EQ(part.numseq(), whole.numseq()) << c.text.substr(0, size);
+        EXPECT_TRUE(c.fewer || part.numseq() == whole.numseq()) << c.text.substr(0, size);
         EXPECT_EQ(part.inserts.size(), whole.inserts.size());
         for (int i = 1; i <= part.numseq(); ++i) {
           const auto k = static_cast<std::size_t>(i) - 1;

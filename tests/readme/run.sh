@@ -13,7 +13,7 @@ bash "$project/tests/install/links.sh" "$project"/{*.md,docs,examples,workflow,c
 for package in $(grep -oE '\btrimora[-_][0-9.]+[-_][a-z0-9_]+\.(deb|tar\.gz|zip)' "$project/README.md"); do
   [ -e "$project/build/packages/$package" ] || { echo "README.md names $package, which scripts/package.sh did not make"; exit 1; }
 done
-dpkg-deb -x "$project"/build/packages/*.deb "$folder/system" # as if it were installed
+dpkg-deb -x "$project"/build/packages/trimora_*.deb "$folder/system" # as if it were installed
 export PATH=$folder/system/usr/bin:$PATH OMPI_ALLOW_RUN_AS_ROOT=1 OMPI_ALLOW_RUN_AS_ROOT_CONFIRM=1
 mkdir "$folder/work"
 cd "$folder/work"

@@ -10,7 +10,7 @@ export PROGRAM=$2
 command -v snakemake >/dev/null || { echo "Skipped: snakemake is not installed"; exit 77; }
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-export XDG_CACHE_HOME=$scratch/cache QUEUE=$scratch/queue HAPPENS=
+export XDG_CACHE_HOME=$scratch/cache QUEUE=$scratch/queue HAPPENS= CI=true # with which the engine looks every second
 mkdir "$scratch/a clone" "$scratch/the {work}" "$QUEUE"
 cp -R "$project/workflow" "$project/config" "$scratch/a clone"
 cp -R "$project/tests/workflow/slurm" "$scratch/bin"
@@ -19,14 +19,15 @@ sed -i 's/^retries: .*/retries: 0/; s/^latency-wait: .*/latency-wait: 5/; /^show
 export PATH=$scratch/bin:$PATH
 cd "$scratch/the {work}"
 
-engine() { # engine PROFILE LIST OPTIONS [TARGET OR SETTING...]
-  local targets=() settings=() word
+engine() ( # engine PROFILE LIST OPTIONS [TARGET OR SETTING...]
+  targets=() settings=()
   for word in "${@:4}"; do
     if [[ $word == *=* ]]; then settings+=("$word"); else targets+=("$word"); fi
   done
-  snakemake ${targets[@]+"${targets[@]}"} --snakefile "$scratch/a clone/workflow/Snakefile" --profile "$1" --cores 2 \
+  echo "$BASHPID" >pid
+  exec snakemake ${targets[@]+"${targets[@]}"} --snakefile "$scratch/a clone/workflow/Snakefile" --profile "$1" --cores 2 \
     --config program="$scratch/bin/program" paths="$2" options="$3" group_size=3 ${settings[@]+"${settings[@]}"}
-}
+)
 here="$scratch/a clone/workflow/profiles/local" cluster=$scratch/profile
 flow() { # flow PROFILE LIST OPTIONS [TARGET OR SETTING...]: exit status in $status, what was said in log
   status=0
@@ -70,7 +71,7 @@ cut_genes() { # cut_genes GENES AWK: seven of them, of 100 positions each, by th
 }
 gene() { echo "$1/it's {$2} \"q\".fas"; }
 until_there() { # until_there COUNT FILES...: as many of these files
-  for _ in $(seq 300); do
+  for _ in $(seq 900); do
     [ "$(find "$QUEUE" -name "$2" | wc -l)" -ge "$1" ] && return
     sleep 0.1
   done
@@ -79,7 +80,7 @@ until_there() { # until_there COUNT FILES...: as many of these files
 interrupt() { # interrupt PROFILE GENES OPTIONS COUNT FILES: the main process is killed once there are as many of these files
   engine "$1" "$2.txt" "$3" >log 2>&1 &
   until_there "$4" "$5"
-  kill -9 $!
+  kill -9 "$(<pid)"
   wait $! 2>/dev/null || true
   rm -rf .snakemake/locks
 }
@@ -151,8 +152,8 @@ same fasta "$options -b4=7"
 
 # An alignment that changes before its job begins.
 touch "$QUEUE/hold"
-{ until_there 1 'script-*'; sleep 3; touch "$(gene fasta 2)"; rm "$QUEUE/hold"; } &
 rm -f "$QUEUE"/script-*
+{ until_there 1 'script-*'; touch "$(gene fasta 2)"; rm "$QUEUE/hold"; } &
 flow "$cluster" fasta.txt "$options -b4=8"
 ended 1 "$(gene fasta 2) has changed since the workflow was started: start it again" "changed meanwhile"
 flow "$cluster" fasta.txt "$options -b4=8"
@@ -175,7 +176,8 @@ mkdir full
 if mount -t tmpfs -o size=100k none full 2>/dev/null; then
   flow "$here" fasta.txt "-t=D -p=y -a=y" results=full
   umount full
-  [[ $status -eq 1 && $(tail -n 1 log) != *"Complete log"* ]] || fail "a full disk: status $status"
+  ended 1 full/ "a full disk"
+  [[ $(tail -n 1 log) != *"alignments failed"* ]] || fail "a full disk is no fault of an alignment"
 fi
 
 # Two runs at once: the results are those of one of them.
@@ -217,7 +219,6 @@ rule all:
     input: rules.trimora_all.input
     output: "size"
     shell: "wc -c < results/list.txt/list.txt-tr.seq.fasta > {output}"
-    default_target: True
 EOT
 status=0
 (cd module && snakemake --cores 2 all) >log 2>&1 || status=$?
@@ -246,5 +247,6 @@ $(gene fasta/link 1)\n||are the same file
 |options=-t=D --table=x|which the workflow decides
 |options=-a=y|they have to say -t=P, -t=D or -t=C
 EOT
-snakemake --lint --snakefile "$project/workflow/Snakefile" --config paths=fasta.txt options=-t=D program="$PROGRAM" >log 2>&1 ||
-  fail "lint"
+snakemake --lint --snakefile "$project/workflow/Snakefile" --config paths=fasta.txt options=-t=D program="$PROGRAM" >log 2>&1 || true
+differences=$(grep '^    \*' log | grep -vE 'Specify a conda environment|No log directive defined') || true # as README.md explains
+[ -z "$differences" ] || fail "lint: $differences"

@@ -5,7 +5,7 @@ export interface Run {
   stdout: Uint8Array;
   /** Notes and failures, one a line. */
   stderr: Uint8Array;
-  /** Every file that was written, by name. A file that you gave is here only if the run wrote it anew. */
+  /** Every file that was written, by name. A file that you gave is here only if the run wrote it again. */
   files: Record<string, Uint8Array>;
 }
 

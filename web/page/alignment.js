@@ -2,6 +2,7 @@
 
 import { classColours, codonPositions, isCodons, layers, signs } from "./layers.js";
 import { extent, letterAt, positionAt, sequenceAt } from "./sight.js";
+import { isNucleic } from "./state.js";
 import { colour } from "./theme.js";
 
 /** @typedef {import("./state.js").State} State */
@@ -25,10 +26,9 @@ const palettes = { report: [proteins, nucleotides], classes: [softProteins, soft
 
 /** Colours by the code of a residue. @param {State} now */
 function coloursOf(now) {
-  const nucleic = now.values.t ? now.values.t !== "P" : now.letters?.nucleotides;
   /** @type {string[]} */
   const colours = [];
-  for (const [residues, name] of palettes[now.palette][nucleic ? 1 : 0]) for (const c of residues) colours[c.charCodeAt(0)] = name;
+  for (const [residues, name] of palettes[now.palette][isNucleic(now) ? 1 : 0]) for (const c of residues) colours[c.charCodeAt(0)] = name;
   return colours;
 }
 

@@ -4,7 +4,7 @@
 import { background, Dropped } from "./engine.js";
 import { inForce, share } from "./parameters.js";
 import { rowText } from "./sight.js";
-import { element, isBatch, make, numseq, refill, shares, showWhen, state, update } from "./state.js";
+import { element, isBatch, isNucleic, make, numseq, refill, shares, showWhen, state, update } from "./state.js";
 
 const sample = 20; // sequences that tell of which type they are
 const enough = 20; // letters: a protein of that length is not made of the letters of nucleotides alone
@@ -38,12 +38,11 @@ function nucleotides({ letters, columns }) {
 
 /** @param {import("./state.js").State} now */
 function ofType(now) {
-  const found = nucleotides(now), { t } = now.values;
+  const found = nucleotides(now), { t } = now.values, nucleic = isNucleic(now);
   const set = (/** @type {string} */ value) => () => update({ values: { ...state.values, t: value } });
-  const protein = t === "P" || (!t && !now.letters?.nucleotides);
-  if (found === null || (found ? !protein && t !== "C" && !now.letters?.nucleotides && t !== "D" : protein)) return [];
+  if (found === null || (!found && !nucleic)) return [];
   const question = found ? "These letters look like nucleotides. Trim them as" : "These letters look like protein. Trim them as";
-  return [row(question, choice("t-D", "DNA", t === "D", set("D")), choice("t-C", "codons", t === "C", set("C")), choice("t-P", "protein", protein, set("P")))];
+  return [row(question, choice("t-D", "DNA", nucleic && t !== "C", set("D")), choice("t-C", "codons", t === "C", set("C")), choice("t-P", "protein", !nucleic, set("P")))];
 }
 
 /** b1 and b2 as numbers, in a batch whose alignments differ in size. @param {import("./state.js").State} now */
@@ -89,7 +88,7 @@ function ofMatching({ names, outputs }) {
 
 export function connect() {
   const box = element("choices", HTMLElement);
-  showWhen((now) => [now.letters, now.columns, now.values, now.outputs, now.table, now.names], (now) => {
+  showWhen((now) => [now.letters, now.columns, now.values, now.outputs, now.table, now.names, now.kind], (now) => {
     refill(box, ...ofType(now), ...ofSize(now), ...ofMatching(now));
   });
   showWhen((now) => [now.opened], async (now) => {

@@ -6,8 +6,8 @@ import { element, invalid, numseq, shares, showWhen, shownRow, state } from "./s
 
 const rest = 400; // milliseconds without a change before a curve is computed
 const most = 40; // values
-const large = 4e6; // letters, from which on there are fewer of these
-const tooLarge = 6e7; // letters, from which on there is no curve
+const large = 4e6; // letters; an alignment with more gets fewer values
+const tooLarge = 6e7; // letters; an alignment with more gets no curve
 const height = 44;
 
 /** Values of a parameter over its slider's range. @param {string} name */
@@ -26,6 +26,7 @@ function drawn(name, points, nupo) {
   const now = inForce(state.values, name, numseq(state)), counts = points.map(([, kept]) => kept);
   const svg = document.createElementNS("http://www.w3.org/2000/svg", "svg");
   svg.setAttribute("viewBox", `0 0 200 ${height}`);
+  svg.setAttribute("preserveAspectRatio", "none");
   svg.setAttribute("role", "img");
   svg.setAttribute("aria-label", `Positions kept: ${points[0][1]} at ${least}, ${points[points.length - 1][1]} at ${largest}`);
   const part = (/** @type {string} */ tag, /** @type {Record<string, string | number>} */ attributes) => {

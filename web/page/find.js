@@ -6,7 +6,7 @@ import { choose } from "./viewer.js";
 
 const newest = { text: "", row: 0, position: 0 }; // where the last one was found
 
-/** Gaps may be inside of a motif; x, . and ? stand for any residue. @param {string} motif */
+/** A motif may have gaps inside; x, . and ? match any residue. @param {string} motif */
 export const motifPattern = (motif) => new RegExp(Array.from(motif, (c) => (/[x.?]/i.test(c) ? "[^-]" : c.replace(/[^A-Za-z]/g, "\\$&"))).join("-*"), "gi");
 
 /** Go to the next one. @param {string} text @returns {string} what was found, in words */

@@ -17,9 +17,9 @@ export const classColours = ["class-gap", "class-nonconserved", "class-conserved
 
 /** Reasons, by the step that gives them, as the program words them. */
 const steps = /** @type {const} */ ([
-  ["gaps", /gaps? \(|too many gaps|no known residue|beside a (cut )?gap/i],
-  ["rest", /shorter than b4/i],
-  ["frame", /codon/i],
+  ["gaps", /^too many gaps|^no known residue|beside a cut gap/],
+  ["rest", /shorter than b4/],
+  ["frame", /^codon frame/],
 ]);
 
 /**

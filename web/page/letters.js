@@ -1,4 +1,4 @@
-// The letters of an alignment as the program reads them; of a large one, those of its first sequences.
+// Reads the letters of an alignment as the program does; for a large alignment, those of its first sequences.
 
 import { readLetters, readTable } from "./tables.js";
 
@@ -6,15 +6,15 @@ const newline = 10, mark = 62; // ">", with which records begin
 const text = new TextDecoder();
 
 /**
- * Which part of an alignment is enough.
+ * The part of an alignment that is enough.
  * @typedef {object} Part
- * @property {number} bytes of the file at most, but for the first sequence
- * @property {Uint32Array} column of the file in which each position of the whole alignment stands
+ * @property {number} bytes of the file at most; the first sequence is read whole
+ * @property {Uint32Array} column of the file that holds each position of the whole alignment
  * @property {number} width columns of the file
  * @property {number} numseq sequences of the whole alignment
  */
 
-/** Where the last record begins that begins up to `limit`, or the second one, if later. @param {Uint8Array} bytes @param {number} limit */
+/** Where the last record up to `limit` begins, or the second one, if that is later. @param {Uint8Array} bytes @param {number} limit */
 function cut(bytes, limit) {
   const first = bytes.indexOf(mark), begins = (/** @type {number} */ at) => bytes[at - 1] === newline;
   let at = bytes.lastIndexOf(mark, limit);
@@ -26,8 +26,8 @@ function cut(bytes, limit) {
 }
 
 /**
- * The first records, and behind them one that has a residue in each position of the whole alignment: so the program drops
- * the same columns from this part as from the whole.
+ * The first records, and after them one that has a residue in each position of the whole alignment, so that the program
+ * drops the same columns from this part as from the whole.
  * @param {Uint8Array} bytes @param {Part} part
  */
 function firstRecords(bytes, { bytes: limit, column, width }) {
@@ -46,7 +46,7 @@ function firstRecords(bytes, { bytes: limit, column, width }) {
 }
 
 /**
- * Read the letters: a batch of this one alignment whose input is concatenated.
+ * Read the letters. The program writes them when it concatenates the input of a batch, here of this one alignment.
  * @param {(files: Record<string, Uint8Array>, args: string[]) => Promise<{files: Record<string, Uint8Array>}>} run the program
  * @param {Uint8Array} bytes of the file @param {Part} [part] without it, all sequences
  * @returns {Promise<import("./state.js").Letters | null>} null when the program reads no alignment, or another one in the part

@@ -22,7 +22,7 @@ const rest = 200; // and those without a change before a whole batch is run
 const mostShown = 3e8; // bytes of an alignment whose letters are all shown
 const firstBytes = 2e8; // bytes of a larger one whose letters are
 const wrongUsage = 2; // a value of the address that no sequence of this alignment allows: the form then says why
-const large = 1e8; // bytes from which on the page says beforehand what a run needs
+const large = 1e8; // bytes; for more, the page says first what a run needs
 
 let started = 0; // when the run under way was started; 0: none is
 let again = false;
@@ -31,7 +31,10 @@ let reading = false; // whether letters are being read: these can wait
 /** What the program wrote on standard error, line by line, in the page's words. @param {string} stderr */
 const linesOf = (stderr) => stderr.split("\n").filter((line) => line)
   .map((line) => line.replace(/^trimora-run: /, "").replace(" in /here", "") // the engine's own folder
-    .replace("the memory of this machine is not enough", noMemory));
+    .replace(/the memory (of this machine )?is not enough( \(.*\))?/, noMemory));
+
+/** The kind of sequences that the program took the alignment for, where it says so. @param {string} printed */
+const kindOf = (printed) => printed.match(/; (protein|DNA|codons), by /)?.[1] ?? "";
 
 /** @param {unknown} error */
 const wordsOf = (error) => (error instanceof Error ? error.message : String(error));
@@ -57,11 +60,11 @@ async function select() {
     const lines = linesOf(made.stderr), [row] = made.rows;
     if (isBatch(state)) {
       const rows = state.table.map((one) => (one.alignment === shown ? row ?? one : one));
-      update({ table: rows.length > 0 ? rows : made.rows, columns: made.columns, failure: "" });
+      update({ table: rows.length > 0 ? rows : made.rows, columns: made.columns, failure: "", kind: kindOf(made.stdout) });
     } else {
       const failed = row?.status !== "ok";
       update({
-        table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout,
+        table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout, kind: kindOf(made.stdout),
         failure: failed ? lines.join("\n") || "The program found no alignment." : "",
       });
     }
@@ -130,5 +133,8 @@ for (const part of [history, form, opening, choices, summary, plot, map, viewer,
 showWhen((now) => [now.opened, now.values, now.shown], select);
 showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"]], selectBatch);
 showWhen((now) => [now.running], ({ running }) => document.body.classList.toggle("running", running));
-showWhen((now) => [invalid(now)], (now) => document.body.classList.toggle("invalid", invalid(now)));
+showWhen((now) => [invalid(now)], (now) => {
+  document.body.classList.toggle("invalid", invalid(now));
+  for (const old of document.querySelectorAll(".drawn, #said, #batch, #compare")) old.toggleAttribute("inert", invalid(now));
+});
 update({});

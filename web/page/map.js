@@ -14,19 +14,21 @@ const tall = () => Math.min(tallest, Math.max(24, (state.letters?.names.length ?
 /** @type {HTMLCanvasElement | null} */
 let picture = null; // of the letters, drawn once for an alignment and a width
 
-/** One letter stands for all of its pixel. @param {number} width @param {number} height */
+/** Each pixel shows one letter. @param {number} width @param {number} height */
 function paint(width, height) {
   const { columns, letters } = state;
   picture = null;
   if (!columns || !letters || width < 1) return;
   const made = Object.assign(document.createElement("canvas"), { width, height }), ctx = made.getContext("2d");
   const image = /** @type {CanvasRenderingContext2D} */ (ctx).createImageData(width, height), n = letters.names.length, nupo = columns.score.length;
-  const shades = [colour("paper"), colour("faint"), colour("line")].map((hex) => [1, 3, 5].map((k) => parseInt(hex.slice(k, k + 2), 16)));
+  const [empty, plain, agreeing] = [colour("paper"), colour("faint"), colour("line")] // opaque, in the byte order of the picture
+    .map((hex) => [5, 3, 1].reduce((all, k) => all * 256 + parseInt(hex.slice(k, k + 2), 16), 255));
+  const dots = new Uint32Array(image.data.buffer), at = Uint32Array.from({ length: width }, (_, x) => 1 + Math.floor((x / width) * nupo));
   for (let y = 0; y < height; ++y) {
     const i = sequenceAt(state, 1 + Math.floor((y / height) * n));
     for (let x = 0; x < width; ++x) {
-      const p = 1 + Math.floor((x / width) * nupo), c = letterAt(letters, i, p), at = 4 * (y * width + x);
-      image.data.set([...shades[c === gap ? 0 : (c & 0xdf) === columns.residue[p - 1] && columns.kind[p - 1] >= 2 ? 2 : 1], 255], at);
+      const p = at[x], c = letterAt(letters, i, p);
+      dots[y * width + x] = c === gap ? empty : (c & 0xdf) === columns.residue[p - 1] && columns.kind[p - 1] >= 2 ? agreeing : plain;
     }
   }
   ctx?.putImageData(image, 0, 0);

@@ -283,11 +283,14 @@ export function connect() {
   showWhen((now) => [now.notice], (now) => {
     notice.textContent = now.notice;
   });
+  // Only where the program does not take the line ends out by itself.
+  showWhen((now) => [now.opened, now.notes], (now) => {
+    unix.hidden = !now.opened?.windows.length || !now.notes.some((line) => line.includes("Windows line ends"));
+  });
   showWhen((now) => [now.opened], (now) => {
     document.body.classList.toggle("opened", now.opened !== null);
     const inside = details.contains(document.activeElement); // the focus stays in sight
     details.open = now.opened === null;
     if (inside && !details.open) details.querySelector("summary")?.focus({ preventScroll: true });
-    unix.hidden = !now.opened?.windows.length;
   });
 }

@@ -43,6 +43,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {string} failure why there is no result, in a sentence; "" when there is one
  * @property {string} notice what became of the last action
  * @property {string} printed standard output of the last run
+ * @property {string} kind that the program took the alignment shown for: protein, DNA, codons; "" where it does not say
  * @property {Columns | null} columns of the alignment shown
  * @property {Letters | null} letters of the alignment shown
  * @property {number} first column at the left of the alignment's window
@@ -65,7 +66,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
 /** @type {State} */
 export const state = {
   opened: null, shown: "", values: {}, asShares: null, outputs: { s: "Y", p: "Y" },
-  running: false, table: [], notes: [], failure: "", notice: "", printed: "", columns: null, letters: null,
+  running: false, table: [], notes: [], failure: "", notice: "", printed: "", kind: "", columns: null, letters: null,
   first: 1, width: 1, top: 1, height: 1, at: 0, layer: "", marked: null,
   order: "file", palette: "report", trimmed: false, translated: false, pinned: null, focused: "", names: null,
 };
@@ -118,6 +119,9 @@ export function shares(now) {
   const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences));
   return now.asShares ?? sizes.size > 1;
 }
+
+/** Whether the alignment shown is read as nucleotides. @param {State} now */
+export const isNucleic = ({ values: { t }, kind, letters }) => (t ? t !== "P" : kind ? kind !== "protein" : letters?.nucleotides ?? false);
 
 /** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
 export const matching = (now) => [

@@ -62,6 +62,7 @@ function draw() {
 /** Bring the scroll bars to where the state is, and the size of what they scroll over. */
 function align() {
   const box = scroller(), { letters, columns, first, top } = state, names = nameWidth();
+  box.setAttribute("aria-busy", String(!letters));
   if (!letters || !columns) return;
   const whole = ruler + letters.names.length * cell.height + layersHeight();
   box.style.height = `${Math.min(whole + 18, Math.max(innerHeight * 0.6, 200))}px`;
@@ -224,8 +225,7 @@ export function connect() {
     part.textContent = letters && letters.names.length < letters.numseq
       ? `Of so large an alignment the first ${letters.names.length} of ${letters.numseq} sequences are shown, in all their positions; numbers, plot and blocks are those of the whole.` : "";
   });
-  showWhen((now) => [now.letters, now.columns, now.first, now.top, now.trimmed, now.order], align);
-  showWhen((now) => [now.at, now.marked, now.values, now.table, now.palette, now.translated], draw);
+  showWhen((now) => [now.letters, now.columns, now.first, now.top, now.trimmed, now.order, now.at, now.marked, now.values.t, now.palette, now.translated], align);
   watchTheme(draw);
   new ResizeObserver(align).observe(box);
 }

@@ -1,6 +1,6 @@
-// Runs a program that was built as WebAssembly on the files of the folder it is called in, so that what tests the native
-// programs tests these as well: node emulator.mjs PACKAGE PROGRAM ARGUMENT ... with the engine's package folder and the
-// JavaScript of the program, beside which its trimora.wasm stands.
+// Runs a program that was built as WebAssembly on the files of the current folder, so that the tests of the native
+// programs test it as well: node emulator.mjs PACKAGE PROGRAM ARGUMENT ... with the engine's package folder and the
+// JavaScript of the program, which has its trimora.wasm beside it.
 import { mkdirSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { dirname, relative } from "node:path";
 import { pathToFileURL } from "node:url";
@@ -19,7 +19,7 @@ for (const name of Object.keys(files)) {
   writeFileSync(name, files[name]);
 }
 writeFileSync(1, stdout);
-// Why a file cannot be opened stands there in the system's words, and folders in this one are called otherwise.
+// It gives the system's reason why a file cannot be opened, and this system has other words and folders.
 const words = new TextDecoder("latin1").decode(stderr).replace(/: Permission denied$/m, ": Not a directory").replaceAll("/here", process.cwd());
 writeFileSync(2, words, "latin1");
 process.exitCode = status;

@@ -2,21 +2,24 @@
 
 import assert from "node:assert/strict";
 import { test } from "node:test";
+import { layers } from "../page/layers.js";
 import { letters } from "../page/letters.js";
+import { state } from "../page/state.js";
+import { readColumns } from "../page/tables.js";
 import { bytes, globins, run } from "./harness.mjs";
 
 test("what was written is handed out as bytes from 0 to 255, and what was only read is not", async () => {
   const given = { "Übung.fas": bytes(">Blåbær\nACDEFGHIKLMN\n>b\nACDEFGHIKLMN\n"), "list": bytes("Übung.fas\n") };
-  const { status, stdout, stderr, files } = await run(given, ["list", "-p=N"]);
+  const { status, stdout, stderr, files } = await run(given, ["list", "-p=N", "--format=fasta"]);
   assert.equal(status, 0);
-  assert.deepEqual(Object.keys(files), ["Übung.fas-tr"]);
+  assert.deepEqual(Object.keys(files), ["Übung.fas-tr.fasta"]);
   for (const content of [stdout, stderr, ...Object.values(files)]) assert.equal(content.constructor, Uint8Array);
-  assert.match(Buffer.from(files["Übung.fas-tr"]).toString(), /^>Blåbær\nACDEFGHIKL MN\n/);
+  assert.match(Buffer.from(files["Übung.fas-tr.fasta"]).toString(), /^>Blåbær\nACDEFGHIKLMN\n/);
 });
 
-test("a file that the run writes anew is among its files", async () => {
-  const { files } = await run({ ...globins, "globins.fas-tr": bytes("of an earlier run") }, ["globins.fas", "-p=N"]);
-  assert.match(Buffer.from(files["globins.fas-tr"]).toString(), /^>MYG_ESCGI/);
+test("a file that the run writes again is among its files", async () => {
+  const { files } = await run({ ...globins, "globins.fas-tr.fasta": bytes("of an earlier run") }, ["globins.fas", "-p=N", "--format=fasta"]);
+  assert.match(Buffer.from(files["globins.fas-tr.fasta"]).toString(), /^>MYG_ESCGI/);
 });
 
 test("a program that cannot be loaded is an error, and the next run works", async () => {
@@ -42,4 +45,22 @@ test("of a large alignment the first sequences are read, in the positions of the
       assert.deepEqual(await read(limit), whole?.slice(0, shown), `${format}, ${limit} bytes`);
     }
   }
+});
+
+test("columns are found by their names, and the layers follow from reason and initial", () => {
+  // class, initial, block, reason; a line of the file each, the third one dropped
+  const rows = [
+    ["flank", "1", "1", "selected"], ["gap", "1", "", "too many gaps (2 of 6, b5 allows 0)"], null, ["nonconserved", "1", "", "nonconserved beside a cut gap (column 2)"],
+    ["conserved", "1", "", "rest shorter than b4 (3)"], ["conserved", "1", "", "codon frame"], ["flank", "1", "2", "selected"],
+    ["gap", "", "", "too many gaps (1 of 6, b5 allows 0)"], ["flank", "", "", "initial block shorter than b0 (1)"],
+  ];
+  let p = 0;
+  const lines = rows.map((row, k) => (row ? [row[1], row[3], k + 1, ++p, "5.25", "A", row[0], row[2]] : ["", "all gap, dropped", k + 1, "", "", "", "dropped", ""]).join("\t"));
+  const columns = readColumns(bytes(`initial\treason\tcolumn\tposition\tscore\tresidue\tclass\tblock\n${lines.join("\n")}\n`), p);
+  const shown = (/** @type {string} */ t) => layers({ ...state, columns, values: { t } })
+    .map(({ key, holds }) => `${key} ${Array.from({ length: p }, (_, k) => (holds(k + 1) ? "#" : ".")).join("")}`);
+  assert.deepEqual([...columns.column], [1, 2, 4, 5, 6, 7, 8, 9]);
+  assert.deepEqual([columns.score[7], columns.blocks], [5.25, [{ first: 1, last: 1 }, { first: 6, last: 6 }]]);
+  assert.deepEqual(shown("P").slice(1), ["initial ######..", "gaps #..###..", "rest #...##..", "selected #....#.."]);
+  assert.deepEqual(shown("C").slice(3), ["rest #...##..", "frame #....#..", "selected #....#.."]);
 });

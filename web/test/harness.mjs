@@ -117,17 +117,22 @@ export async function openPage(name, flags = [], hash = "") {
       await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
     },
 
-    /** The content of the zip that the page saves. @returns {Promise<Files>} */
-    async zip() {
-      await page.$eval("button#zip", (button) => button.click());
+    /** The file that the page saves when a button is clicked. @param {string} button @param {string} ending of its name */
+    async saved(button, ending) {
+      await page.$eval(button, (element) => /** @type {HTMLElement} */ (element).click());
       /** @type {string[]} */
       let found = [];
-      for (let k = 0; k < 200 && !(found.length === 1 && found[0].endsWith("-tr.zip")); ++k) { // browsers begin under another name
+      for (let k = 0; k < 200 && !(found.length === 1 && found[0].endsWith(ending)); ++k) { // browsers begin under another name
         await new Promise((done) => setTimeout(done, 50));
         found = readdirSync(downloads);
       }
-      const contents = unzipSync(readFileSync(`${downloads}/${found[0]}`));
+      const content = readFileSync(`${downloads}/${found[0]}`);
       rmSync(`${downloads}/${found[0]}`);
+      return content;
+    },
+    /** The content of the zip that the page saves. @returns {Promise<Files>} */
+    async zip() {
+      const contents = unzipSync(await this.saved("#zip", "-tr.zip"));
       return Object.fromEntries(Object.keys(contents).sort().map((file) => [file, Buffer.from(contents[file])]));
     },
   };

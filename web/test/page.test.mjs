@@ -9,11 +9,28 @@ import axe from "axe-core";
 import { browsers } from "./browsers.mjs";
 import { bytes, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
 
+/** Positions that the native program selects in the globins. @param {string[]} args */
+function selected(...args) {
+  const [table] = Object.values(native(globins, ["globins.fas", "-s=N", "-p=N", "--table=t", ...args]));
+  const [header, row] = Buffer.from(table).toString().split("\n").map((line) => line.split("\t"));
+  return Number(row[header.indexOf("selected")]);
+}
+
 for (const name of Object.keys(browsers)) describe(name, () => {
   /** @type {Awaited<ReturnType<typeof openPage>>} */
   let on;
   before(async () => { on = await openPage(name); });
   after(() => on.close());
+
+  /** The globins with the defaults. */
+  async function asOpened() {
+    await on.drop(globins);
+    await on.press("#defaults");
+    await on.says("openh", "globins.fas, 45 sequences");
+    await on.says("said", "114 of 154 positions");
+    await on.settled();
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+  }
 
   test("globins: what is saved is what the program writes", async () => {
     await on.drop(globins);
@@ -40,9 +57,9 @@ for (const name of Object.keys(browsers)) describe(name, () => {
         return row[at + 2] > row[at] + 20 && row[at + 3] === 255 ? "#" : ".";
       }).join("");
     });
-    const selected = Array.from(found, (_, k) => (blocks.some(([a, b]) => a <= k + 1 && k + 1 <= b) ? "#" : ".")).join("");
-    assert.equal(found, selected);
-    assert.match(selected, /#\.+#/);
+    const wanted = Array.from(found, (_, k) => (blocks.some(([a, b]) => a <= k + 1 && k + 1 <= b) ? "#" : ".")).join("");
+    assert.equal(found, wanted);
+    assert.match(wanted, /#\.+#/);
   });
 
   test("a value out of range says why, and the defaults come back", async () => {
@@ -59,7 +76,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.page.focus("#viewer");
     for (const key of /** @type {const} */ (["End", "ArrowDown"])) await on.page.keyboard.press(key);
     await on.settled();
-    assert.match(await on.text("why"), /^Position 154: .*not selected$/);
+    assert.match(await on.text("why"), /^Position 154: .*not selected($|:)/);
     await on.page.keyboard.down("Shift");
     for (let k = 0; k < 2; ++k) await on.page.keyboard.press("ArrowLeft");
     await on.page.keyboard.up("Shift");
@@ -88,7 +105,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.deepEqual(saved, native(files, ["paths.txt", "-t=D", "-p=N", "-a=Y"]));
   });
 
-  test("a batch goes on behind an alignment that fails", async () => {
+  test("a batch goes on after an alignment that fails", async () => {
     await on.drop({ ...genes, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
     await on.says("batchTable", "sequence 2 (b)");
     await on.says("failure", "bad.fas");
@@ -101,16 +118,21 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const two = Buffer.from(genes["primates_mt_2.fas"]).toString().split(">").slice(0, 11).join(">"); // ten of the twelve species
     const windows = { "primates_mt_1.fas": genes["primates_mt_1.fas"], "two.fas": bytes(two.replaceAll("\n", "\r\n")) };
     await on.drop(windows);
-    await on.says("notes", "two.fas: has Windows line ends");
-    await on.press("#unix");
-    await on.says("batchTable", "two.unix.fas");
+    await on.says("said", "in all 2 alignments");
+    await on.settled();
+    const takesOut = await on.page.$eval("#unix", (button) => !button.hasAttribute("hidden"));
+    if (takesOut) await on.press("#unix");
+    await on.says("batchTable", takesOut ? "two.unix.fas" : "two.fas");
+    await on.says("choices", "different names");
     await on.enter("b2", "92");
     await on.says("b2-effect", "In force here: 11 of 12 sequences");
     await on.tick("s");
     await on.settled();
     const command = String(await on.text("command"));
-    assert.match(command, /^tr -d .* < two\.fas > two\.unix\.fas\nprintf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
-    const files = { "primates_mt_1.fas": windows["primates_mt_1.fas"], "two.unix.fas": bytes(two), "paths.txt": listOf("primates_mt_1.fas", "two.unix.fas") };
+    assert.match(command, /printf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
+    assert.equal(/^tr -d .* < two\.fas > two\.unix\.fas\n/.test(command), takesOut);
+    const name = takesOut ? "two.unix.fas" : "two.fas";
+    const files = { "primates_mt_1.fas": windows["primates_mt_1.fas"], [name]: bytes(two), "paths.txt": listOf("primates_mt_1.fas", name) };
     assert.deepEqual(await on.zip(), { "paths.txt": files["paths.txt"], ...native(files, command.split("trimora-run ")[1].split(" ")) });
     await on.press("#defaults");
   });
@@ -190,9 +212,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   });
 
   test("a value that is not possible greys the old result and is in no command", async () => {
-    await on.drop(globins);
-    await on.press("#defaults");
-    await on.says("said", "114 of 154 positions");
+    await asOpened();
     await on.enter("b1", "99");
     await on.settled();
     assert.doesNotMatch(String(await on.text("command")), /trimora-run/);
@@ -244,6 +264,84 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.press("#closeReport");
   });
 
+  test("why: the program's own reason, or class and block where it gives none", async () => {
+    await asOpened();
+    const table = Buffer.from(Object.values(native(globins, ["globins.fas", "-s=N", "-p=N", "--columns"]))[0]).toString();
+    const [header, ...lines] = table.trimEnd().split("\n").map((line) => line.split("\t"));
+    for (const p of [1, 20, 24, 30, 50, 150]) {
+      const row = Object.fromEntries(header.map((name, k) => [name, lines[p - 1][k] ?? ""]));
+      await on.page.$eval("input#find", (field, p) => { field.value = String(p); }, p);
+      await on.page.$eval("form#finding", (form) => form.requestSubmit());
+      const reason = row.reason && row.reason !== "selected" ? `: ${row.reason}` : "";
+      await on.says("why", `Position ${p}: `);
+      await on.says("why", `${row.class}${row.class === "gap" ? " position" : ""}`);
+      await on.says("why", `; ${row.block ? `selected, in block ${row.block}` : "not selected"}${reason}`);
+    }
+  });
+
+  test("the trimmed alignment in place is the one that the program writes", async () => {
+    await on.press("#trimmed");
+    await on.settled();
+    await on.page.evaluate(() => {
+      navigator.clipboard.writeText = async (copied) => void Object.assign(window, { copied });
+    });
+    await on.page.focus("#viewer");
+    await on.page.keyboard.press("Escape");
+    await on.settled();
+    await on.press("#copy");
+    await on.says("copied", "Copied 45");
+    const written = Object.values(native(globins, ["globins.fas", "-p=N", "--format=fasta"]))[0];
+    const plain = Buffer.from(written).toString().replace(/^(>.*)\n|\n/gm, (_, name) => (name ? `\n${name}\n` : "")).trim();
+    assert.equal(String(await on.page.evaluate("copied")).trim(), plain);
+    await on.press("#trimmed");
+  });
+
+  test("two settings side by side, undone and done again, in the address", async () => {
+    await asOpened();
+    await on.press("#pin");
+    await on.enter("b3", "3");
+    await on.says("compare", "0 positions only now");
+    const count = selected("-b3=3");
+    await on.says("compare", `${114 - count} positions only with the pinned`);
+    await on.says("compare", `${count} of 154`);
+    await on.page.waitForFunction(() => location.hash === "#b3=3");
+    await on.press("#undo");
+    await on.says("said", "114 of 154");
+    await on.press("#redo");
+    await on.says("said", `${count} of 154`);
+    await on.page.evaluate(() => { location.hash = "#example=globins&b3=4"; });
+    await on.says("said", `${selected("-b3=4")} of 154`);
+    assert.equal(await on.page.$eval("#compare", (box) => box.checkVisibility()), false);
+    await on.press("#defaults");
+  });
+
+  test("the curve of the focused field has the program's numbers", async () => {
+    await asOpened();
+    await on.page.focus("#b4");
+    await on.says("b4-curve", "from 2 to 60");
+    await on.says("b4-curve", `${selected("-b4=60")} to ${selected("-b4=2")} of 154 positions`);
+  });
+
+  test("a motif is found across gaps, and the picture holds it", async () => {
+    const find = async (/** @type {string} */ what) => {
+      await on.page.$eval("input#find", (field, what) => { field.value = what; }, what);
+      await on.page.$eval("form#finding", (form) => form.requestSubmit());
+    };
+    await on.drop({ "a&b.fas": bytes(`>one<1>\nMKVL--AACDEFGHIKLMNPQRSTVWY\n>two\nMKVLWWAACDEFGHIKLMNPQRSTVWY\n`) });
+    await on.says("openh", "a&b.fas");
+    await on.settled();
+    await find("vlaxc");
+    await on.says("found", "one<1>, positions 3 to 9");
+    await find("TWO");
+    await on.says("found", "two.");
+    const svg = (await on.saved("#asSvg", ".svg")).toString();
+    assert.match(svg, /one&lt;1&gt;/);
+    const told = await on.page.evaluate((svg) => new DOMParser().parseFromString(svg, "image/svg+xml").querySelector("parsererror")?.textContent, svg);
+    assert.equal(told, undefined);
+    const png = await on.saved("#asPng", ".png");
+    assert.equal(png.toString("latin1", 1, 4), "PNG");
+  });
+
   test("every canvas stays within the window, whatever the alignment", async () => {
     const row = (/** @type {number} */ k) => `>sequence_${k}\n${"ACDEFGHIKL".repeat(3000)}\n`;
     await on.drop({ "wide.fas": bytes(Array.from({ length: 50 }, (_, k) => row(k)).join("")) });
@@ -255,21 +353,36 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.equal(sizes.length, 3);
   });
 
-  test("accessible, wide and narrow, dark and light", async () => {
-    await on.drop(genes);
-    await on.says("said", "in all 2 alignments");
+  test("accessible, wide and narrow, dark and light, in all states", async () => {
     await on.page.evaluate(axe.source);
+    const check = async (/** @type {string} */ what) => {
+      await on.settled();
+      /** @type {import("axe-core").AxeResults} */
+      const { violations } = JSON.parse(String(await on.page.evaluate("axe.run().then(JSON.stringify)")));
+      assert.deepEqual(violations.map(({ id, nodes }) => `${what}, ${id}: ${nodes[0].html}`), []);
+      assert(await on.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `${what}: scrolls sideways`);
+    };
+    await on.drop(genes);
+    await on.enter("t", "C");
+    await on.press("#pin");
+    await on.enter("b3", "2");
+    await on.says("said", "in all 2 alignments");
+    await on.press("#translated");
     /** @type {[number, string][]} */
     const windows = [[1200, "light"], [360, name === "chromium" ? "dark" : "light"], [195, "light"]]; // the last: 390 at 200 %
     for (const [width, scheme] of windows) {
       if (name === "chromium") await on.page.emulateMediaFeatures([{ name: "prefers-color-scheme", value: scheme }]);
       await on.page.setViewport({ width, height: 800 });
-      await on.settled();
-      /** @type {import("axe-core").AxeResults} */
-      const { violations } = JSON.parse(String(await on.page.evaluate("axe.run().then(JSON.stringify)")));
-      assert.deepEqual(violations.map(({ id, nodes }) => `${id}: ${nodes[0].html}`), []);
-      assert(await on.page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `${width}: scrolls sideways`);
+      await check(`${width}`);
     }
+    await on.enter("b1", "99");
+    await check("a value that is not possible");
+    await on.press("#defaults");
+    await on.drop({ "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
+    await on.says("failure", "bad.fas");
+    await check("a failure");
+    await on.page.$eval("#opening", (details) => details.setAttribute("open", ""));
+    await check("opening");
   });
 
   test("no connection leaves the page, and nothing went wrong", async () => {

@@ -1,0 +1,341 @@
+// What trimora-run says of real files, by its exit status, its standard error and its account. docs/messages.md lists each
+// message, and this has to hear each of them and no other.
+#include <algorithm>
+#include <regex>
+#include <set>
+
+#include "ground/failure.h"
+#include "input/reading.h"
+#include "support.h"
+#include "trimora_run/entry.h"
+
+namespace trimora::rooms {
+namespace {
+
+namespace fs = std::filesystem;
+using std::string_literals::operator""s;
+
+/// The messages in docs/messages.md, as the program's words with places in braces.
+std::vector<std::string> documented() {
+  std::istringstream lines(text_of(TRIMORA_SOURCE "/docs/messages.md"));
+  std::vector<std::string> all;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("| `")) continue;
+    all.push_back(std::regex_replace(line.substr(3, line.find("` |") - 3), std::regex("\\\\\\|"), "|"));
+  }
+  return all;
+}
+
+/// Whether `said` is `words` with its places filled.
+bool is_said(const std::string& said, const std::string& words) {
+  const std::string literal = std::regex_replace(words, std::regex(R"([.^$|()\[\]{}*+?\\])"), "\\$&");
+  return std::regex_match(said, std::regex(std::regex_replace(literal, std::regex(R"(\\\{[a-z ]+\\\})"), "(.*)")));
+}
+
+std::string first_of(const std::vector<std::string>& messages, const std::string& said) {
+  const auto found = std::find_if(messages.begin(), messages.end(), [&](const auto& m) { return is_said(said, m); });
+  return found == messages.end() ? "" : *found;
+}
+
+struct Said {
+  int status = -1;
+  std::string account, notes;  // on standard output, on standard error
+};
+
+Said run(const std::string& arguments) {
+  Said said;
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  said.status = with_words("trimora-run " + arguments, trimora_run_main);
+  said.account = testing::internal::GetCapturedStdout();
+  said.notes = testing::internal::GetCapturedStderr();
+  return said;
+}
+
+class Messages : public FolderTest {};
+
+TEST_F(Messages, OfRealFiles) {
+  // clang-format off
+  const std::pair<const char*, std::string> files[] = {
+    {"a.fas",      ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"b.fas",      ">b\nACDEF\n>a\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"c.fas",      ">a\nACDEF\n>x\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"two.fas",    ">a\nACDEF\n>b\nACDEF\n"},
+    {"ab",         "a.fas\nb.fas\n"},
+    {"twice",      "a.fas\n\na.fas\n"},
+    {"bare",       ""},
+    {"blank",      " \n\n"},
+    {"text",       "about this\n"},
+    {"nested",     "a.fas\nab\n"},
+    {"folders",    "a.fas\nsub\n"},
+    {"x.meg",      "#mega\n!Title x;\n#a\nAC\n"},
+    {"x.a3m",      ">a\nACDE\n>b\nACfDE\n"},
+    {"mixed.nex",  "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=2;\nformat datatype=mixed(dna:1-2);\nmatrix\na AC\nb AC\n;\nend;\n"},
+    {"empty.nex",  "#NEXUS\nbegin trees;\nend;\n"},
+    {"cut.nex",    "#NEXUS\nbegin data;\ndimensions ntax=3 nchar=2;\nformat datatype=dna;\nmatrix\na AC\nb AC\n;\nend;\n"},
+    {"long.nex",   "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=2;\nformat datatype=dna;\nmatrix\na ACG\nb AC\n;\nend;\n"},
+    {"sets.nex",   "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=9;\nformat datatype=dna missing=- gap=? matchchar=.;\nmatrix\na AC{AC}G-TTTT\nb ..(GT)G-TTTT\n;\nend;\nbegin sets;\ncharset one=1-3;\nend;\nbegin data;\ndimensions ntax=2 nchar=2;\nformat datatype=dna;\nmatrix\na AC\nb AC\n;\nend;\n"},
+    {"two.phy",    "2 30\nACGTACGTACACGTACGTAC\nACGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\n"},
+    {"cut.phy",    "2 4\nHomo ACGT\nMus AC\n"},
+    {"ten.phy",    "2 12\nHomo sapieACGT ACGT ACGT\nMus muscu ACGT ACGT ACGT\n"},
+    {"bad.phy",    "2 4\nHomo ACGT\nMus ACGT\nmore text\n"},
+    {"odd.phy",    "2 4 X\nHomo ACGT\nMus ACGT\n"},
+    {"again.aln",  "CLUSTAL W\n\na AC\nb AC\na AC\nb AC\n"},
+    {"line.aln",   "CLUSTAL W\n\na AC 2 more\nb AC 2\n"},
+    {"cut.sto",    "# STOCKHOLM 1.0\na AC\nb AC\n"},
+    {"rf.sto",     "# STOCKHOLM 1.0\na AC\nb AC\n#=GC RF xxx\n//\n"},
+    {"insert.sto", "# STOCKHOLM 1.0\na ACggDEFGHIKLMN\nb AC..DEFGHIKLMN\n#=GC RF xx..xxxxxxxxxx\n//\n# STOCKHOLM 1.0\n"},
+    {"cut.pir",    ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF\n"},
+    {"none.aln",   "CLUSTAL W\n\n"},
+    {"one.fas",    ">a\nACDEF\n"},
+    {"last.fas",   ">a\nACDEF\n>b\nACDEF\n>c"},
+    {"digit.fas",  ">a\nACDEF\n>b\nAC7EF\n"},
+    {"nul.fas",    ">a\0b\nACDEF\n>b\nACDEF\n"s},
+    {"uneven.fas", ">a\nACDEF\n>b\nACDE\n"},
+    {"gaps.fas",   ">a\nA---\n>b\nC---\n"},
+    {"few.fas",    ">a\nACTT\n>b\nACTT\n"},
+    {"gap.fas",    ">a\nACG-TAACG\n>b\nACGTTAACG\n"},
+    {"short.fas",  ">a\nACGT\n>b\nACGT\n"},
+    {"both.fas",   ">a\nACGTACGTACGT\n>b\nEFILPQEFILPQ\n"},
+    {"either.fas", ">a\nACGTRYRYRYRYRYRYKMKM\n>b\nACGTRYRYRYRYRYRYKMKM\n"},
+    {"dna.fas",    ">a\nACGTTACGTTACGTTACGTTAC\n>b\nACGTTACGTTACGTTACGTTAC\n"},
+    {"u.fas",      ">a\nACGUUACGTTACGTTACGTTAC\n>b\nACGTTACGTTACGTTACGTTAC\n"},
+    {"points.fas", ">a\nACDEFGHIKLMN\n>b\n.....G......\n>c\n..........A.\n"},
+    {"marks.fas",  ">a\nAC!EF*GHUKL*\n>b\nACD*F-GHIKL-\n>c\nAC!EF-GHIKL*\n"},
+    {"end.fas",    ">a\nACDEF*-\n>b\nACDEF*-\n>c\nACDEFGH\n"},
+    {"x.fas",      ">a\nXC?EF\n>b\nACDEF\n>c\nACDEF\n"},
+    {"frame.fas",  ">a\nACG--TAAACG\n>b\nACG--TTTACG\n"},
+    {"noframe.fas", ">a\nAACGAC\n>b\nTACGTT\n>c\nGACGTG\n"},
+    {"same.fas",   ">a\nACDEF\n>a\nACDEF\n"},
+    {"words.fas",  ">a b\nACDEF\n>a c\nACDEF\n"},
+    {"tree.fas",   ">a:b\nACDEF\n>b\nACDEF\n"},
+    {"fit.fas",    ">a:\nACDEF\n>a;\nACDEF\n"},
+    {"hollow.fas", ">a\nACDEFGHI\n>b\n--------\n>c\nACDEFGHI\n"},
+    {"differ.fas", ">a\nACDE\n>b\nFGHI\n>c\nKLMN\n"},
+    {"two.pir",    ">P1;a\nACDEFGHIKLMNPQRSTVWYACDE\nACDEFGHIKLMNPQRSTVWYACDE\nACDE*\n>P1;b\nACDEFGHIKLMNPQRSTVWYACDE\nACDEFGHIKLMNPQRSTVWYACDE\nACDE*\n"},
+    {"star.pir",   ">P1;a\nx\nACDEF*\n>P1;b\nx\nACD*EF\n"},
+    {"cut.gz",     "\x1f\x8b\x08"s},
+    {"half.txt",   "\xff\xfe>\0a"s},
+    {"sub/a.fas",  ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"list/text",  "about this\n"},
+    {"m1.fas",     ">Aus_bus|1\nACDEF\n>Cus_dus|1\nACDEF\n>Eus_fus|1\nACDEF\n>Gus_hus|1\nACDEF\n"},
+    {"m2.fas",     ">Aus_bus|2\nACDEF\n>Cus_dus|2\nACDEF\n>Eus_fus|2\nACDEF\n>Gus_hus|2\nACDEF\n"},
+    {"q.fas",      ">q\nACDEF\n>r\nACDEF\n>s\nACDEF\n>t\nACDEF\n"},
+    {"few4.fas",   ">a\nACDEF\n>x\nACDEF\n>y\nACDEF\n>z\nACDEF\n"},
+    {"five.fas",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n>e\nACDEF\n"},
+    {"big.fas",    ">A\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"l1.fas",     ">Macaca_mulatta\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"l2.fas",     ">Macaca_mulatta\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"l3.fas",     ">Macaca_mulata\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"h1.fas",     ">Homo sapiens\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"h2.fas",     ">Homo erectus\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"R.fas",      ">_R_a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"list/names", "a\nb\nzz\n"},
+    {"c1",         ">a\nGCTTGTGATGAATTT\n"},
+    {"c2",         ">a\nGCTTGTGATGAATTT\n>b\nGCTTGTGATGAAAAA\n"},
+    {"c3",         ">a\nTAATGTGATGAATTTTA\n>b\nAGCTTGTGATGAATTT\n>c\nGCTTGTGATGAATTTTAA\n>e\nGCT\n"},
+    {"sub/two/a.fas", ">a\nGCT\n"},
+    {"sub/two/a.txt", ">a\nGCT\n"},
+  };
+  const struct { const char* arguments; int status; const char* said; /* on standard error, without the program */ } cases[] = {
+    // what was named
+    {"absent.fas",                  1, "absent.fas: there is no such file"},
+    {"absent/a.fas",                1, "absent/a.fas: there is no such file"},
+    {"folders -t=P --into=made",    1, "sub: could not be read: Is a directory"},
+    {"loop.fas",                    1, "loop.fas: could not be read: Too many levels of symbolic links"},
+    {"list",                        1, "list: contains no alignment"},
+    {"bare",                        1, "bare: is empty"},
+    {"blank",                       1, "blank: is empty"},
+    {"text",                        1, "text: is not an alignment in any known format: it begins with 'about this'"},
+    {"nested -s=n -p=n -b4=2",      1, "ab: is not an alignment in any known format: it begins with 'a.fas'"},
+    {"x.meg",                       1, "x.meg: is MEGA, which is not read"},
+    {"x.a3m",                       1, "x.a3m: is A3M, which is not read"},
+    {"mixed.nex",                   1, "mixed.nex: is NEXUS with datatype=mixed, which is not read"},
+    {"cut.gz",                      1, "cut.gz: is damaged: its gzip data are cut off"},
+    {"half.txt",                    1, "half.txt: is damaged: its UTF-16 text is cut off"},
+    // what is in it
+    {"two.phy",                     1, "two.phy: can be read in two ways: PHYLIP: "},
+    {"again.aln",                   1, "again.aln: can be read in two ways: the same names again "},
+    {"line.aln",                    1, "line.aln: line 3 does not fit the format: a AC 2 more"},
+    {"star.pir",                    1, "star.pir: line 6 does not fit the format: *EF"},
+    {"bad.phy",                     1, "bad.phy: a line near sequence 2 (Mus) does not fit the format: more text"},
+    {"odd.phy",                     1, "odd.phy: line 1 does not fit the format: 2 4 X"},
+    {"rf.sto",                      1, "rf.sto: its line #=GC RF has 3 characters, where 2 are expected"},
+    {"last.fas",                    1, "last.fas: sequence 3 (c) has a name but no letters"},
+    {"cut.pir",                     1, "cut.pir: sequence 2 (b) lacks '*' at its end: was the file cut off?"},
+    {"cut.sto",                     1, "cut.sto: lacks // at its end: was the file cut off?"},
+    {"empty.nex",                   1, "empty.nex: lacks a matrix of characters: was the file cut off?"},
+    {"cut.nex",                     1, "cut.nex: ends too early, with 2 of 3 sequences: was the file cut off?"},
+    {"cut.phy",                     1, "cut.phy: sequence 2 (Mus) ends too early, with 2 of 4 letters: was the file cut off?"},
+    {"digit.fas",                   1, "digit.fas: letter 3 of sequence 2 (b) is 7, which is neither a residue nor a gap"},
+    {"nul.fas",                     1, "nul.fas: the name of sequence 1 (a) contains NUL"},
+    {"uneven.fas",                  1, "uneven.fas: sequence 2 (b) has 4 letters, the first one 5: is the file aligned?"},
+    {"long.nex",                    1, "long.nex: sequence 1 (a) has 3 letters, where the file says 2"},
+    {"one.fas",                     1, "one.fas: contains only one sequence: an alignment has two or more"},
+    {"none.aln",                    1, "none.aln: contains no sequence"},
+    {"gaps.fas -t=P",               1, "gaps.fas: has too few columns that are not gaps in every sequence: 1, at least 2 are needed"},
+    {"short.fas",                   1, "short.fas: its letters do not tell whether it is protein or DNA, since they are only 8: -t=P"},
+    {"both.fas",                    1, "both.fas: its letters do not tell whether it is protein or DNA: sequence 1 looks like DNA, sequence 2 like protein: -t=P"},
+    {"either.fas",                  1, "either.fas: its letters do not tell whether it is protein or DNA: -t=P"},
+    {"a.fas -t=P -b1=2",            2, "a.fas: b1 is 2, and has to be from 3 to 4 of the 4 sequences (half of them + 1, up to b2)"},
+    {"absent.fas -b1=99",           1, "absent.fas: there is no such file"},
+    // what goes together
+    {"ab -t=P -s=n -p=n -b4=2 -a=y", 1, "b.fas: has the sequences of a.fas in another order, which would mix up the species: nothing was concatenated: --match="},
+    {"a.fas c.fas -t=P -s=n -p=n -b4=2 -a=y", 1, "c.fas: sequence 2 is x, but b in a.fas: nothing was concatenated: --match="},
+    {"a.fas two.fas -t=P -s=n -p=n -b4=2 -a=y -b2=90%", 1, "two.fas: has 2 sequences, a.fas has 4: nothing was concatenated: --match=name puts them together by name, with ? where a species is missing\n"},
+    {"a.fas two.fas -t=P -s=n -p=n -b4=2 -a=y -b2=4 --keep-going --match=order", 1, "two.fas: b2 is 4, and has to be from 2 to 2 of the 2 sequences"},
+    {"dna.fas few.fas -p=n -s=n -c=y -b4=2", 0, "supermatrix: 2 alignments with fewer than four species, which tell no tree program anything: dna.fas, few.fas"},
+    {"h1.fas h2.fas -t=P -s=n -p=n -b4=2 -a=y", 1, "h2.fas: sequence 1 is Homo erectus, but Homo sapiens in h1.fas: nothing"},
+    {"h1.fas h2.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: only the first word of a name counts, so that names which seem to be different species count as one: Homo sapiens in h1.fas and Homo erectus in h2.fas are Homo\n"},
+    {"m1.fas m2.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 8 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Aus_bus|1 as Aus_bus\n"},
+    {"m1.fas m2.fas -t=P -s=n -p=n -b4=2 -a=y --match=name --name-end=|", 0, ""},
+    {"a.fas q.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 8 species are in one of the 2 alignments each, so that no name"},
+    {"a.fas few4.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: only 1 of the 7 species are in two alignments or more. In one only: b, c, d, x, y, z. Do"},
+    {"a.fas b.fas five.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: 1 species is in one alignment only, nearly all others in several: e\n"},
+    {"a.fas big.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: these names differ only in capitals or signs, and count as different species: a (1 alignment) and A (1 alignment)\n"},
+    {"l1.fas l2.fas l3.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: Macaca_mulata (1 alignment) and Macaca_mulatta (2 alignments). Misspelt?"},
+    {"a.fas b.fas -t=P -s=n -p=n -b4=2 -a=y --match=name --min-genes=3", 1, "supermatrix: nothing was concatenated: --min-genes leaves no species"},
+    {"a.fas -t=P -s=n -p=n -b4=2 --species=list/names", 0, "list/names: 1 name in no alignment: zz"},
+    // coding sequences
+    {"a.fas b.fas -t=P -s=n -p=n --codons=list", 1, "a.fas: has no coding sequences in list: their files"},
+    {"dna.fas -s=n -p=n --codons=c1", 1, "dna.fas: is DNA: --codons goes with proteins"},
+    {"two.fas -t=P -s=n -p=n -b4=2 --codons=c1", 1, "two.fas: has no coding sequence for sequence 2 (b) in c1"},
+    {"two.fas -t=P -s=n -p=n -b4=2 --codons=c1 --match=order", 1, "two.fas: has 2 sequences, but c1 has 1: --match=order"},
+    {"two.fas -t=P -s=n -p=n -b4=2 --codons=c2", 1, "two.fas: sequence 2 (b) in c2: residue 5, F, is not encoded by its codon, AAA, at nucleotide 13. Another"},
+    {"x.fas -t=P -s=n -p=n -b4=2 --codons=c3", 0, "x.fas: stop codons inside 1 of the coding sequences, the first in that of a, are written NNN, since"},
+    {"x.fas -t=P -s=n -p=n -b4=2 --codons=c3", 0, "x.fas: 1 sequence in c3 without a protein: e\n"},
+    {"a.fas b.fas -t=P -s=n -p=n -b4=2 --codons=sub/two", 1, "sub/two: sub/two/a.fas and sub/two/a.txt have the same name up to the first dot"},
+    {"dna.fas x.pir -p=n -s=n -a=y", 1, "x.pir: is protein, the first alignment is DNA: -t= says what all of them are"},
+    {"same.fas -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "same.fas: two sequences are called a, sequences 1 and 2 (paralogs?), and nothing tells"},
+    {"a.fas -t=P -p=n -s=n -b4=2 -a=y --match=name --name-end=a", 1, "a.fas: the name of sequence 1 (a) does not tell its species"},
+    {"fit.fas -t=P -p=n --format=phylip", 1, "fit.fas: two sequences are called a_ in PHYLIP, which cannot hold all characters of their names: rename one"},
+    // where results go
+    {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
+    {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
+    {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
+    {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
+    {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
+    {"a.fas -t=P --table=a.fas-tr.fasta", 1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
+    {"a.fas sub/a.fas --into=out",  1, "a.fas: a.fas and sub/a.fas would have results of the same name in out: rename"},
+    {"a.fas --into=bare",           1, "a.fas: the folder bare could not be made: "},
+    {"/dev/null",                   1, "/dev/null: is not a file, so that its results have no place: name a folder for them, --into=FOLDER"},
+    {"a.fas -t=P -p=n -b4=2 -e=full", 1, "a.fas: a.fasfull.fasta could not be written: No space left on device"},
+    {"a.fas -t=P -p=n -s=n -b4=2 --table=/nowhere/t", 1, "/nowhere/t: could not be written: No such file or directory"},
+    // notes on the letters
+    {"x.fas -t=P -s=n -p=n -b4=2",  0, "x.fas: 40 % of the columns hold X or ? and no gap, and can be selected: where data are missing, write - instead"},
+    {"points.fas -p=n -s=n -b4=2",  0, "points.fas: '.' is read as a gap, but seems to mean 'as in the first sequence' here: write"},
+    {"marks.fas -t=P -p=n -s=n -b4=2", 0, "marks.fas: holds ! (2 in all), at which IQ-TREE and RAxML stop: --unknown=x writes X instead\ntrimora-run: marks.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
+    {"marks.fas -t=P -p=n -s=n -b4=2 --unknown=x", 0, ""},
+    {"dna.fas -p=n -s=n -t=P",      0, "dna.fas: is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons"},
+    {"points.fas -p=n -s=n -t=D -b4=2", 0, "points.fas: is read as nucleotides, but looks like protein: -t=P"},
+    {"dna.fas -p=n -s=n -t=C",      0, "dna.fas: has 22 positions, which is not a multiple of three: does its first column begin a codon?"},
+    {"frame.fas -p=n -s=n -t=C -b4=2", 0, "frame.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 6 of sequence 1 (a): does"},
+    {"gap.fas -p=n -s=n -t=C -b4=2", 0, "gap.fas: 1 of the sequences hold gaps that are not whole codons, the first at column 4 of sequence 1 (a): what follows in them may be out of frame"},
+    {"hollow.fas -t=P -p=n -s=n -b4=2 -b5=h", 0, "hollow.fas: sequence 2 (b) has nothing but gaps and unknown letters in the selected positions, and tree programs stop at it: leave it out"},
+    {"hollow.fas -t=P -p=n -s=n -b4=2 -b5=h -c=y --into=made", 0, "made/hollow.fas.seq: sequence 2 (b) has nothing but gaps and unknown letters in the concatenation, and tree"},
+    // on names
+    {"same.fas -t=P -p=n -s=n -b4=2", 0, "same.fas: sequences 1 and 2 have the same name, a, and tree programs refuse them: rename one"},
+    {"words.fas -t=P -p=n -s=n -b4=2", 0, "words.fas: sequences 1 and 2 have the same name up to the first blank, a, where many"},
+    {"tree.fas -t=P -p=n -s=n -b4=2", 0, "tree.fas: names with ( ) [ ] , : ; or ' break trees (first in sequence 1, a:b): --format=phylip or nexus writes _ instead"},
+    {"tree.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, ""},
+    // on the selection
+    {"hollow.fas -t=P -p=n -s=n",   0, "hollow.fas: nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: 2 (b, 100 %): leave these out, or try -b5=h"},
+    {"hollow.fas -t=P -p=n -s=n -b5=h", 0, "hollow.fas: nothing was selected, and tree programs stop at an empty alignment: no block is as long as b4 asks for: try a lower -b4"},
+    {"a.fas -t=P -p=n -s=n -b4=2 -b0=6", 0, "a.fas: nothing was selected, and tree programs stop at an empty alignment: no block is as long as b0 asks for: try a lower -b0"},
+    {"differ.fas -t=P -p=n -s=n -b2=3", 0, "differ.fas: nothing was selected, and tree programs stop at an empty alignment: in no position do as many as 3 sequences agree, as b2 asks for: try a lower -b2"},
+    {"differ.fas -t=P -p=n -s=n",   0, "differ.fas: nothing was selected, and tree programs stop at an empty alignment: in no position do as many as 2 sequences agree, as b2 asks for\n"},
+    {"noframe.fas -t=C -p=n -s=n -b4=2", 0, "noframe.fas: nothing was selected, and tree programs stop at an empty alignment: no block holds a whole codon: does"},
+    {"noframe.fas -t=C -p=n -s=n -b4=2 --strict", 1, "noframe.fas: nothing"},
+    {"--odd -t=P",                  2, "--odd is not an option"},
+    {"-- --odd -t=P",               1, "--odd: there is no such file"},
+  };
+  // Beside what was read: what the account says of it.
+  const std::pair<const char*, const char*> accounts[] = {
+    {"a.fas -t=P -s=n -p=n -b4=2",      "a.fas: 4 sequences, 5 positions, 5 kept (100 %) in 1 block\n"},
+    {"ten.phy -s=n -p=n",               "; read as PHYLIP; DNA, by its letters; read as PHYLIP, "},
+    {"sets.nex -s=n -p=n",              "; only the first alignment of the file is read; the character sets in the file no longer hold"},
+    {"insert.sto -s=n -p=n",            "; 2 columns are inserts and not aligned, as #=GC RF says: never selected\n"},
+    {"two.pir -s=n -p=n",               "; 2 records have no description line (the first: sequence 1): the line after the name is read as sequence\n"},
+    {"points.fas -s=n -p=n",            "; 22 dots are read as gaps\n"},
+    {"marks.fas -t=P -s=n -p=n -b4=2",  "; the last column holds only '*' and gaps: dropped; "},
+    {"end.fas -t=P -s=n -p=n -b4=2",    "; 2 '*' at the ends of sequences are read as gaps\n"},
+    {"u.fas -s=n -p=n",                 "; 2 U are read as T, which occurs as well\n"},
+    {"frame.fas -t=D -s=n -p=n",        "; 2 columns dropped as gaps in every sequence\n"},
+    {"list/../a.fas -t=P -s=n -p=n --quiet", ""},
+    {"dna.fas few.fas -s=n -p=n -b4=2 -c=y --into=made", "few.fas: 2 sequences, 4 positions, 4 kept (100 %) in 1 block; DNA, as the first alignment\n"},
+    {"R.fas -t=P -s=n -p=n -b4=2",      "; _R_, with which mafft marks sequences that it has turned, taken from 1 name\n"},
+    {"x.fas -t=P -s=n -p=n -b4=2 --codons=c3", "; of the coding sequences, dropped the final stop codon of 1, one or two letters at the end of 1, the first letters of b\n"},
+    {"--version", "trimora-run "},
+  };
+  // clang-format on
+  fs::create_directories("sub/two");
+  fs::create_directory("list");
+  for (const auto& [path, text] : files) write(path, text);
+  write("x.pir", ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF*\n");
+  fs::create_symlink("loop.fas", "loop.fas");
+  fs::create_hard_link("a.fas", "hard.fas");
+  fs::create_symlink("/dev/full", "a.fasfull.fasta");
+
+  const std::vector<std::string> messages = documented();
+  std::set<std::string> heard;
+  const std::string name = "trimora-run: ";
+  for (const auto& c : cases) {
+    const Said said = run(c.arguments);
+    EXPECT_EQ(said.status, c.status) << c.arguments << said.notes;
+    EXPECT_TRUE(*c.said == '\0' ? said.notes.empty() : said.notes.find(name + c.said) != std::string::npos)
+        << c.arguments << ": " << said.notes;
+    if (said.status == 2) continue;  // wrong usage has its own words
+    std::istringstream lines(said.notes);
+    for (std::string line; std::getline(lines, line);) {
+      const std::string message = first_of(messages, line.substr(line.find(": ", name.size()) + 2));
+      EXPECT_FALSE(message.empty()) << "docs/messages.md lacks " << line;
+      heard.insert(message);
+    }
+  }
+  for (const auto& [arguments, said] : accounts) {
+    const std::string account = run(arguments).account;
+    EXPECT_NE(account.find(said), std::string::npos) << arguments << ": " << account;
+    for (std::size_t at = account.find("; "); at != std::string::npos; at = account.find("; ", at + 1)) {
+      heard.insert(first_of(messages, account.substr(at + 2, account.find_first_of(";\n", at + 2) - at - 2)));
+    }
+  }
+  for (const std::string& message : messages) {
+    const bool of_memory =
+        message.starts_with("there is not enough memory");  // heard when it runs out, in another test
+    EXPECT_TRUE(of_memory || heard.contains(message)) << "never heard: " << message;
+  }
+}
+
+// The sources have no words that are not documented: those of notes and refusals, of failures, and of what was mended.
+TEST_F(Messages, OfTheSources) {
+  const std::vector<std::string> messages = documented();
+  const std::string header = text_of(TRIMORA_SOURCE "/src/trimora_run/words.h");
+  const std::regex constant("constexpr W \\w+ = \"(.*)\";");
+  int constants = 0;
+  for (std::sregex_iterator it(header.begin(), header.end(), constant), end; it != end; ++it, ++constants) {
+    const std::string words = (*it)[1];
+    EXPECT_EQ(first_of(messages, words), words);
+  }
+  EXPECT_GT(constants, 20);
+
+  // In trimora-run nothing fails with the first three; to be too long takes more memory than a test has; the words for the
+  // last three go on.
+  const std::set<Failure::Kind> not_said = {Failure::Kind::changed,         Failure::Kind::name_too_long,
+                                            Failure::Kind::other_sequences, Failure::Kind::too_long,
+                                            Failure::Kind::undecided_type,  Failure::Kind::unfit_name,
+                                            Failure::Kind::same_name};
+  for (int k = 0; k <= static_cast<int>(Failure::Kind::out_of_memory); ++k) {
+    const auto kind = static_cast<Failure::Kind>(k);
+    const Failure failure{.kind = kind, .sequence = 2, .name = "n", .detail = "d", .length = 3, .error = ENOENT};
+    const std::string said = words(failure);
+    EXPECT_TRUE(not_said.contains(kind) || said == failure.detail || !first_of(messages, said).empty()) << said;
+  }
+  for (int what = 0; what <= static_cast<int>(Remark::What::charsets_void); ++what) {
+    const std::string said =
+        words(Remark{.what = static_cast<Remark::What>(what), .sequence = 2, .number = 2, .detail = "d"});
+    EXPECT_FALSE(first_of(messages, said).empty()) << said;
+  }
+}
+
+}  // namespace
+}  // namespace trimora::rooms
