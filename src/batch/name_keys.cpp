@@ -6,7 +6,6 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "batch/ascii.h"
 #include "input/letters.h"
 #include "output/forms.h"  // plain_name
 
