@@ -54,6 +54,9 @@ struct Option {
 /// All of them, in the order of the documents.
 std::span<const Option> all_options();
 
+/// The whole number that `text` is, nothing when it is none; one too large for an int becomes the nearest that fits.
+std::optional<int> whole_number(std::string_view text);
+
 /// The choices of an option, each with its words, the first of which is the one that is shown; none when it has none.
 std::vector<std::vector<std::string>> choices(const Option& option);
 
