@@ -181,6 +181,27 @@ TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Paramet
 /// Error    bad_argument when a column is not one of `ali`
 TRIMORA_API Alignment trim(const Alignment& ali, const Selection& selection);
 
+/// Alignments put together: the columns of one after those of the other.
+struct Supermatrix {
+  Alignment alignment;
+  std::vector<std::pair<std::size_t, std::size_t>> parts;  // of each alignment, its first column and one past its last
+};
+
+/// Put alignments together by the names of their sequences, up to the first blank. Species come in the order in which they
+/// first appear, with '?' where an alignment lacks one.
+/// Error    bad_argument without any alignment; unfit_name for an empty name, same_name for two that are one in an
+///          alignment, contrary_type where proteins and nucleotides meet
+TRIMORA_API Supermatrix supermatrix(const std::vector<Alignment>& alignments);
+
+/// The codons of a protein alignment, three columns for each of its own: '-' for a gap, N for a stop codon inside.
+/// `sequences` are the coding sequences called `names`, whose gaps do not count; they are matched with the proteins by
+/// name, whole or up to the first blank. A final stop codon and one or two letters after it are dropped, and those before
+/// the first codon where only that frame fits. `code` is the genetic code under its number at NCBI.
+/// Error    bad_argument when there is no such code; other_sequences when a protein has no coding sequence, or one that
+///          does not encode it
+TRIMORA_API Alignment codons(const Alignment& proteins, const std::vector<std::string>& names,
+                             const std::vector<std::string>& sequences, int code = 1);
+
 /// The text of an alignment file.
 /// Error    unfit_name or same_name when the form cannot hold a name
 TRIMORA_API std::string write(const Alignment& ali, Form form);
