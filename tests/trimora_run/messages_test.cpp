@@ -71,6 +71,17 @@ TEST_F(Messages, OfRealFiles) {
     {"f1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n>Homo-sapiens\nACDEF\n>Bos taurus\nACDEF\n"},
     {"f2",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculos\nACDEF\n>Homo_sapiens\nACDEF\n>Bos indicus\nACDEF\n"},
     {"s1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n>Zea\nACDEF\n"},
+    {"f3",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>M_musculus\nACDEF\n"},
+    {"f4",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n"},
+    {"p.fas",      ">a\nMX-L\n>b\nMKWL\n"},
+    {"k.fas",      ">a\nMX-L\n>b\nMKWL\n"},
+    {"three.cds",  ">a\nATGTAACTG\n>b\nATGAAATGGCTG\n>c\nATG\n"},
+    {"other.cds",  ">x\nATGTAACTG\n>b\nATGAAATGGCTG\n"},
+    {"wrong.cds",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"cds/x.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"cds/y.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"dup/p.1.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"dup/p.2.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"species",    "a\nPan\n"},
     {"bare",       ""},
     {"blank",      " \n\n"},
@@ -125,6 +136,7 @@ TEST_F(Messages, OfRealFiles) {
     {"star.pir",   ">P1;a\nx\nACDEF*\n>P1;b\nx\nACD*EF\n"},
     {"cut.gz",     "\x1f\x8b\x08"s},
     {"half.txt",   "\xff\xfe>\0a"s},
+    {"sub2.fas",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
     {"sub/a.fas",  ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
     {"list/text",  "about this\n"},
     {"m1.fas",     ">Aus_bus|1\nACDEF\n>Cus_dus|1\nACDEF\n>Eus_fus|1\nACDEF\n>Gus_hus|1\nACDEF\n"},
@@ -221,12 +233,20 @@ TEST_F(Messages, OfRealFiles) {
     {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
     {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
     {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
-    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/single", 0, "1 species is in one alignment only, nearly all others in several: Zea. Misspelt?"},
+    {"a.fas sub2.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/single", 0, "1 species is in one alignment only, nearly all others in several: Zea"},
     {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ only in capitals or signs, and count as different species: "},
-    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: "},
+    {"f1 f4 f3 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/abbreviated", 0, "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: "},
     {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "only the first word of a name counts, so that names which seem to be different species count as one: "},
-    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 1, "species: 1 name in no alignment: Pan"},
+    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 0, "species: 1 name in no alignment: Pan"},
     {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few --min-genes=3", 1, "nothing was concatenated: --min-genes leaves no species"},
+    // coding sequences
+    {"p.fas k.fas -t=P -p=n -s=n -b4=2 --codons=cds", 1, "p.fas: has no coding sequences in cds: their files are matched by name up to the first dot"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=other.cds", 1, "p.fas: has no coding sequence for sequence 1 (a) in other.cds"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=three.cds --match=order", 1, "p.fas: has 2 sequences, but three.cds has 3: --match=order takes them in their order"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=wrong.cds", 1, "p.fas: sequence 2 (b) in wrong.cds: "},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=three.cds --into=made/codons", 0, "p.fas: stop codons inside 1 of the coding sequences, the first in that of a, are written NNN, since codon models refuse them"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=three.cds --into=made/codons", 0, "p.fas: 1 sequence in three.cds without a protein: c"},
+    {"p.fas k.fas -t=P -p=n -s=n -b4=2 --codons=dup", 1, "dup: dup/p.1.fna and dup/p.2.fna have the same name up to the first dot, "},
     // where results go
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
@@ -289,6 +309,8 @@ TEST_F(Messages, OfRealFiles) {
   // clang-format on
   fs::create_directories("sub/two");
   fs::create_directory("list");
+  fs::create_directory("cds");
+  fs::create_directory("dup");
   for (const auto& [path, text] : files) write(path, text);
   write("x.pir", ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF*\n");
   fs::create_symlink("loop.fas", "loop.fas");
