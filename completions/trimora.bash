@@ -31,6 +31,9 @@ _trimora() {
     --name-end=
     --name-begin=
     --name-parts=
+    --codons=
+    --codon-names=FILE
+    --code=
     --join
     --occupancy=FILE
     --species=FILE

@@ -176,9 +176,10 @@ def make(log):
 def run(part, program, options, paths, name="list"):
     """A batch over links in part/alignments, so that what it writes beside an alignment is there. Returns {path: its line}."""
     places = {path.lstrip("/").replace("../", "__/"): path for path in paths}
+    for folder in set(map(os.path.dirname, places)):
+        (part / "alignments" / folder).mkdir(parents=True, exist_ok=True)
     for place, path in places.items():
-        (part / "alignments" / place).parent.mkdir(parents=True, exist_ok=True)
-        (part / "alignments" / place).symlink_to(os.path.abspath(path))
+        os.symlink(os.path.abspath(path), f"{part}/alignments/{place}")
     (part.parent / "list").mkdir(exist_ok=True)
     write(part.parent / "list" / name, [[place] for place in places])
     command = [program, f"../../list/{name}", *options, "--keep-going", "--table=../table.tsv"]
@@ -226,10 +227,11 @@ def join(part, program, options, members):
         table.update(refused)
     write_table(part, [table.get(path, {**none, "alignment": path}) for path in paths])
     for group in groups_of(part.parent):
-        for file in filter(Path.is_file, (group / "made" / "alignments").rglob("*")):
-            link = part / file.relative_to(group / "made")
-            link.parent.mkdir(parents=True, exist_ok=True)
-            link.symlink_to(os.path.relpath(file, link.parent))
+        for folder, _, files in os.walk(group / "made" / "alignments"):
+            links = part / os.path.relpath(folder, group / "made")
+            links.mkdir(parents=True, exist_ok=True)
+            for file in files:
+                os.symlink(os.path.join(os.path.relpath(folder, links), file), f"{links}/{file}")
 
 
 def show(folder):

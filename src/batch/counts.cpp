@@ -92,7 +92,7 @@ void add_states(const char* text, int width, const Bits& bits, std::uint32_t* on
 
 /// The same for nucleotides, in vector code.
 TRIMORA_VECTOR_CLONES
-void add_nucleotides(const char* text, int width, std::uint8_t* once, std::uint8_t* twice) {
+void add_nucleotide_states(const char* text, int width, std::uint8_t* once, std::uint8_t* twice) {
   for (int k = 0; k < width; ++k) {
     const char c = static_cast<char>(text[k] | 0x20);
     const int state = (c == 'a' ? 1 : 0) | (c == 'c' ? 2 : 0) | (c == 'g' ? 4 : 0) | (c == 't' || c == 'u' ? 8 : 0);
@@ -144,7 +144,7 @@ Counts sum(const Table<RowCounts>& rows) {
 }
 
 Variation variation(const Alignment& ali, const std::vector<Stretch>& stretches, char seq_type) {
-  if (seq_type != 'P') return variation_of<std::uint8_t>(ali, stretches, add_nucleotides);
+  if (seq_type != 'P') return variation_of<std::uint8_t>(ali, stretches, add_nucleotide_states);
   return variation_of<std::uint32_t>(ali, stretches, [](const char* text, int width, auto* once, auto* twice) {
     add_states(text, width, amino_acids, once, twice);
   });

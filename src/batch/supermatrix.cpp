@@ -19,19 +19,20 @@ void look_for(const Alignment& ali, bool& has_t, bool& has_u) {
 }  // namespace
 
 void Supermatrix::add(const std::string& path, const Alignment& ali, const Table<std::string>& keys,
-                      const Selection& found, char seq_type) {
+                      const Selection& found, char seq_type, const Alignment& codons) {
   if (!wanted() || !whole_) return;
   whole_ = false;
   const std::string name = partition_names_.take(path);
-  const auto append = [&](Joined joined, const std::vector<Stretch>& stretches) {
+  const auto append = [&](Joined joined, const std::vector<Stretch>& stretches, const Alignment& from) {
     if (!wanted(joined)) return;
     const auto k = static_cast<std::size_t>(joined);
-    parts_[k].append(ali, stretches);
+    parts_[k].append(from, stretches);
     partitions_[k].add(name, stretches);
   };
-  append(Joined::blocks, found.blocks.newpos);
-  append(Joined::input, {{1, ali.nupo}});
-  append(Joined::ungapped, found.ungapped.newlet);
+  append(Joined::blocks, found.blocks.newpos, ali);
+  append(Joined::input, {{1, ali.nupo}}, ali);
+  append(Joined::ungapped, found.ungapped.newlet, ali);
+  append(Joined::codons, {{1, codons.nupo}}, codons);
   if (choice_.by_name) {
     species_.add(keys);
   } else {

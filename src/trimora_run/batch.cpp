@@ -63,7 +63,7 @@ void Batch::add(const Outcome& outcome) {
   const std::string& path = outcome.row.alignment;
   const Alignment& ali = outcome.ali;
   if (!all_.wanted()) return;
-  all_.add(path, ali, outcome.chosen.keys, outcome.found, outcome.run.seq_type);
+  all_.add(path, ali, outcome.chosen.keys, outcome.found, outcome.run.seq_type, outcome.codons);
   const int width = settings_.all_blocks  ? outcome.found.blocks.nupo3
                     : settings_.all_input ? ali.nupo
                                           : outcome.found.ungapped.nupoung;
@@ -89,8 +89,8 @@ void Batch::note_identity(Voice& voice) const {
     }
   }
   if (!small_.empty()) {
-    voice.note(plan_.joined_stem, filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"),
-                                                                     listed_names(small_)}));
+    voice.note(plan_.joined_stem,
+               filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"), listed_names(small_)}));
   }
 }
 
@@ -112,30 +112,31 @@ void Batch::write_joined(const InputState& run, Voice& voice) {
   for (const LeftOut& each : species_out) left_out("", each);
   for (const int s : chosen_) name_.append(all_.name()[s]);
   if (chosen_.empty()) return voice.error(plan_.joined_stem, words_of_run::nobody_left);
-  for (const Joined joined : {Joined::blocks, Joined::input, Joined::ungapped}) {
+  for (const Joined joined : {Joined::blocks, Joined::input, Joined::ungapped, Joined::codons}) {
     if (all_.wanted(joined)) write_one(joined, run, voice);
   }
   write_files_of_batch(voice);
   say_summary(voice);
 }
 
-void Batch::write_one(Joined joined, const InputState& run, Voice& voice) const {
+void Batch::write_one(Joined joined, const InputState& first, Voice& voice) const {
+  InputState run = first;
+  if (joined == Joined::codons) run.seq_type = 'C';
   const char seq_type = run.seq_type;
   const std::string path = joined_path(plan_, settings_, joined);
   Sheet sheet = all_.sheet(joined, chosen_, name_);
   if (settings_.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings_, seq_type));
   std::vector<std::string> written;
-  std::vector<std::string> decided = {number_of(all_.size(), "alignment") + ", " +
-                                      number_of(name_.size(), "sequence") + ", " +
-                                      std::to_string(sheet.width) + " positions put together"};
+  std::vector<std::string> decided = {number_of(all_.size(), "alignment") + ", " + number_of(name_.size(), "sequence") +
+                                      ", " + std::to_string(sheet.width) + " positions put together"};
   write_forms(path, sheet, settings_.forms, run, path + ".names.tsv", decided, written);
   if (sheet.width > 0) {
     for (const std::string& note : notes_on_species(sheet, seq_type)) voice.note(path, note);
   }
   if (settings_.partitions) {
-    const std::string model = !settings_.model.empty() ? settings_.model : seq_type == 'P' ? "LG" : "DNA";
-    const Division division =
-        settings_.division.value_or(seq_type == 'C' ? Division::positions : Division::genes);
+    const bool given = !settings_.model.empty() && joined != Joined::codons;
+    const std::string model = given ? settings_.model : seq_type == 'P' ? "LG" : "DNA";
+    const Division division = seq_type == 'C' ? settings_.division.value_or(Division::positions) : Division::genes;
     const Partitions& parts = all_.partitions(joined);
     write_whole(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, division); });
     write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, division); });
@@ -167,11 +168,11 @@ void Batch::say_summary(Voice& voice) const {
   const Counts& c = all.counts;
   const long long cells = c.cells();
   const long long columns = chosen_.empty() ? 0 : cells / std::ssize(chosen_);
-  voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " + number_of(std::ssize(chosen_), "species") +
-                ", " + number_of(columns, "column") + ": " + share_of(c.letters, cells) + " letters, " +
-                share_of(c.unknown, cells) + " unknown, " + share_of(c.gaps, cells) + " gaps (" + share_of(c.end_gaps, cells) +
-                " at the ends), " + share_of(c.absent, cells) + " absent; " + share_of(all.present, all.pairs) +
-                " of the alignments have a species");
+  voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " +
+                number_of(std::ssize(chosen_), "species") + ", " + number_of(columns, "column") + ": " +
+                share_of(c.letters, cells) + " letters, " + share_of(c.unknown, cells) + " unknown, " +
+                share_of(c.gaps, cells) + " gaps (" + share_of(c.end_gaps, cells) + " at the ends), " +
+                share_of(c.absent, cells) + " absent; gene occupancy " + share_of(all.present, all.pairs));
   voice.account("  fewest letters, species: " + emptiest(all.species));
   voice.account("  fewest letters, alignments: " + emptiest(all.genes));
 }
@@ -179,8 +180,8 @@ void Batch::say_summary(Voice& voice) const {
 void Batch::finish(Voice& voice) {
   const std::vector<std::string> in_vain = filters_.listed_in_vain(listed_);
   if (!in_vain.empty()) {
-    voice.note(settings_.species, filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"),
-                                                                        listed_names(in_vain)}));
+    voice.note(settings_.species,
+               filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"), listed_names(in_vain)}));
   }
   if (!left_out_) return;
   left_out_->commit();

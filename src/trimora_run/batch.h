@@ -40,7 +40,7 @@ class Batch {
  private:
   void left_out(const std::string& path, const LeftOut& each);
   void note_identity(Voice& voice) const;
-  void write_one(Joined joined, const InputState& run, Voice& voice) const;
+  void write_one(Joined joined, const InputState& first, Voice& voice) const;
   void write_files_of_batch(Voice& voice) const;
   void say_summary(Voice& voice) const;
   int row(std::size_t gene, int species) const { return all_.row(gene, species); }

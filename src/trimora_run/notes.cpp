@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "batch/genetic_code.h"
 #include "batch/names.h"
 #include "ground/vector_clones.h"
 #include "input/letters.h"
@@ -167,12 +168,7 @@ std::array<char, 3> codon_at(const Row& row, int p) {
   return codon;
 }
 
-bool is_stop(const std::array<char, 3>& codon) {
-  return codon[0] == 'T' &&
-         ((codon[1] == 'A' && (codon[2] == 'A' || codon[2] == 'G')) || (codon[1] == 'G' && codon[2] == 'A'));
-}
-
-void note_codons(const Notebook& book) {
+void note_codons(const Notebook& book, const GeneticCode& code) {
   const Alignment& ali = book.ali;
   const ColumnNumbers column_of(ali);
   const auto columnof = [&](int p) { return std::to_string(column_of(p)); };
@@ -187,7 +183,7 @@ void note_codons(const Notebook& book) {
     const int end = last - last % 3;  // of the last whole codon, which may be a stop
     bool stop = false;
     for (int p = 1; p + 2 < end && !stop; p += 3) {
-      stop = capital(row[p]) >= 'T' && is_stop(codon_at(row, p));
+      stop = code.stops({row.from(p), 3});
       if (stop && with_stops++ == 0) stop_in = i, stop_at = p;
     }
     int length = 0;   // of the run of gaps that ends here
@@ -277,7 +273,7 @@ std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vec
   if (points_at_first(ali, remarks)) book.note(words_of_run::points, {});
   if (protein && looks_dna) book.note(words_of_run::looks_nucleotide, {});
   if (!protein && looks_protein) book.note(words_of_run::looks_protein, {});
-  if (run.seq_type == 'C') note_codons(book);
+  if (run.seq_type == 'C') note_codons(book, *GeneticCode::numbered(settings.code.value_or(1)));
   note_names(book, settings);
   return notes;
 }
@@ -311,9 +307,9 @@ std::vector<std::string> notes_on_selection(const Alignment& ali, const Selectio
   const char unknown = unknown_of(run);
   for (int i = 1; i <= ali.numseq; ++i) {
     const Row row = ali.let[i];
-    const bool nothing = std::all_of(
-        found.blocks.newpos.begin(), found.blocks.newpos.end(),
-        [&](const Stretch& block) { return empty(row.from(block.first), block.length(), unknown); });
+    const bool nothing = std::all_of(found.blocks.newpos.begin(), found.blocks.newpos.end(), [&](const Stretch& block) {
+      return empty(row.from(block.first), block.length(), unknown);
+    });
     if (nothing) book.note(words_of_run::empty_row, {std::to_string(i), name_at(ali, i)});
   }
   return notes;

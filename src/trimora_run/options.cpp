@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "batch/genetic_code.h"
 #include "ground/path.h"
 #include "input/letters.h"
 #include "trimora_run/wildcards.h"
@@ -73,6 +74,13 @@ std::string_view model(std::string_view value, Settings& settings) {
 std::string_view name(std::string_view value, Settings& settings) {
   settings.name = value;
   return has_separator(value) ? "without a folder: that is --into=" : "";
+}
+
+std::string_view genetic_code(std::string_view value, Settings& settings) {
+  const auto number = whole_number(value);
+  if (!number || !GeneticCode::numbered(*number)) return "the number of a code: 1 to 6, 9 to 16 or 21 to 33";
+  settings.code = *number;
+  return "";
 }
 
 /// An optional word.
@@ -208,6 +216,13 @@ constexpr Option options[] = {
   {batch,      "--name-parts", "FIELDS",                         "",            name_parts,
    "the name of a species is these fields between _, | and blanks: one, as 2, or several, as 1-2", {},
    "`--name-parts=1-2` takes `Homo_sapiens_XP_000.1` as `Homo_sapiens`. `OS` takes what follows `OS=`, `brackets` what is in the last `[ ]`, `letters` the letters before the first digit, as in the identifiers of Ensembl."},
+  {batch,      "--codons",     "PATH",                           "",            &S::codons,
+   "coding sequences of protein alignments, aligned or not, a folder, list or file: writes the codons of the selected columns, FILE-tr.codons.fasta", {},
+   "Files are matched by name up to the first dot, sequences by name; see [codons](files.md#codons)."},
+  {batch,      "--codon-names", "FILE",                          "",            &S::codon_names,
+   "two columns: names of proteins, and names of their coding sequences"},
+  {batch,      "--code",       "NUMBER",                         "1",           genetic_code,
+   "genetic code, under its number at NCBI, for --codons and -t=C", {0, 0, "1 to 6, 9 to 16 or 21 to 33"}},
   {batch,      "--join",       "",                               "",            &S::join,
    "put alignments together that were trimmed before: nothing is selected, dropped or written for each", {},
    "It writes the concatenation of the alignments as they are, as -c=y does; with one column or none they are taken, too."},
@@ -471,6 +486,7 @@ void check_filter(const CommandLine& line) {
       {"--partitions", true},
       {"--table", true},
       {"--join", true},
+      {"--codons", true},
       {"--min-species", true},
       {"--min-columns", true},
   };
@@ -508,8 +524,8 @@ void check(const CommandLine& line) {
       if (line.has(option)) refuse(std::string(option) + " goes with a concatenation: -a=y, -c=y or -w=y");
     }
   }
-  if (s.division && *s.division != Division::genes && s.kind != trimora::Kind::codons) {
-    refuse(line.given.at("--partitions") + " goes with -t=C");
+  if (s.division && *s.division != Division::genes && s.kind != trimora::Kind::codons && s.codons.empty()) {
+    refuse(line.given.at("--partitions") + " goes with -t=C or --codons");
   }
   if (!s.model.empty() && !s.partitions) refuse("--model goes with --partitions");
   for (const char* option : {"--name-begin", "--name-end", "--name-parts"}) {
@@ -520,9 +536,15 @@ void check(const CommandLine& line) {
     }
   }
   if (s.min_genes && s.match != Match::name) refuse("--min-genes goes with --match=name");
+  if (!s.codon_names.empty() && s.codons.empty()) refuse("--codon-names goes with --codons");
+  if (s.code && s.codons.empty() && s.kind != trimora::Kind::codons) refuse("--code goes with --codons or -t=C");
+  if (!s.codons.empty() && s.kind && s.kind != trimora::Kind::protein)
+    refuse("--codons goes with proteins, not with " + line.given.at("-t"));
   if (s.join) {
-    for (const char* option : {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns"}) {
-      const bool on = line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
+    for (const char* option :
+         {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns", "--codons"}) {
+      const bool on =
+          line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
       if (on) refuse(line.given.at(option) + " does not go with --join, which selects nothing");
     }
   }

@@ -154,6 +154,67 @@ Named named_files(const Settings& settings) {
   return named;
 }
 
+// ---- The coding sequences
+
+/// The name of a file up to its first dot.
+std::string first_name(const std::string& path) {
+  const std::string name = getpath(path).name_file;
+  return name.substr(0, name.find('.'));
+}
+
+/// The files of a folder, a list, or the one file.
+std::vector<std::string> coding_files(const std::string& path, bool& list) {
+  list = false;
+  if (is_folder(path)) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(system_path(path), error), end; !error && entry != end; entry.increment(error)) {
+      std::error_code unknown;
+      const std::string name = plain_path(entry->path().filename());
+      if (entry->is_regular_file(unknown) && !name.starts_with('.')) files.push_back(in_folder(path, name));
+    }
+    if (error) throw Failure{.kind = Failure::Kind::not_readable, .file = path, .error = error.value()};
+    std::sort(files.begin(), files.end());
+    return files;
+  }
+  if (auto named = read_list(path)) {
+    list = true;
+    return named->paths;
+  }
+  return {path};
+}
+
+/// Find the coding sequences of each alignment: by name up to the first dot; by order where that finds none and both are
+/// lists; the one file for the one alignment.
+void find_coding(Plan& plan, const Settings& settings, bool from_list) {
+  bool list = false;
+  const std::vector<std::string> files = coding_files(settings.codons, list);
+  if (files.size() == 1 && plan.jobs.size() == 1) {
+    plan.jobs[0].coding = files[0];
+    return;
+  }
+  std::unordered_map<std::string, const std::string*> by_name;
+  std::unordered_map<std::string, const std::string*> twice;
+  for (const std::string& file : files) {
+    const auto [entry, fresh] = by_name.try_emplace(first_name(file), &file);
+    if (!fresh) twice.try_emplace(entry->first, &file);
+  }
+  bool any = false;
+  for (Job& job : plan.jobs) {
+    const auto found = by_name.find(first_name(job.path));
+    if (found == by_name.end()) continue;
+    any = true;
+    if (const auto other = twice.find(found->first); other != twice.end()) {
+      throw Failure{.kind = Failure::Kind::bad_argument,
+                    .file = settings.codons,
+                    .detail = filled(words_of_run::same_coding_name, {*found->second, *other->second})};
+    }
+    job.coding = *found->second;
+  }
+  if (any || !list || !from_list || files.size() != plan.jobs.size()) return;
+  for (std::size_t k = 0; k < files.size(); ++k) plan.jobs[k].coding = files[k];
+}
+
 // ---- The results
 
 std::vector<std::string> in_forms(const std::string& path, const Settings& settings) {
@@ -175,10 +236,13 @@ std::vector<std::string> results_of(const Job& job, const Settings& settings) {
     }
   }
   if (settings.columns) all.push_back(columns_file(run));
+  if (!settings.codons.empty()) {
+    for (std::string& path : in_forms(codons_path(run), settings)) all.push_back(std::move(path));
+  }
   return all;
 }
 
-constexpr Joined every_joined[] = {Joined::blocks, Joined::input, Joined::ungapped};
+constexpr Joined every_joined[] = {Joined::blocks, Joined::input, Joined::ungapped, Joined::codons};
 
 std::vector<std::string> joined_results(const Plan& plan, const Settings& settings) {
   std::vector<std::string> all;
@@ -245,6 +309,9 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
     if (!alone) refuse(settings.files.front(), words_of_run::listed_twice, {*other->second, job.path});
   }
   if (list) inputs.try_emplace(places.of(*list), &*list);
+  for (const Job& job : plan.jobs) {
+    if (!job.coding.empty()) inputs.try_emplace(places.of(job.coding), &job.coding);
+  }
   if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
 
   const std::string& file = settings.files.front();
@@ -315,6 +382,10 @@ bool writes_kept(const Settings& settings) {
   return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
 }
 
+std::string codons_path(const OutputState& run) {
+  return seqfile(run) + ".codons";
+}
+
 std::string blocks_path(const OutputState& run, const Settings& settings) {
   return seqfile(run) + std::string(ending(settings.forms.front()));
 }
@@ -324,13 +395,16 @@ std::string joined_path(const Plan& plan, const Settings& settings, Joined joine
     case Joined::blocks: return plan.joined_stem + settings.suffix + ".seq";
     case Joined::input: return plan.joined_stem + ".seq";
     case Joined::ungapped: return plan.joined_stem + "--.seq";
+    case Joined::codons: return plan.joined_stem + settings.suffix + ".codons.seq";
   }
   return {};
 }
 
 Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
-  if (plan.batch) choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped};
+  if (plan.batch)
+    choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped,
+                     settings.all_blocks && !settings.codons.empty()};
   choice.by_name = settings.match == Match::name;
   return choice;
 }
@@ -360,6 +434,7 @@ Plan plan_of(const Settings& settings) {
                   .file = settings.files.front(),
                   .detail = std::string(words_of_run::nothing_listed)};
   }
+  if (!settings.codons.empty()) find_coding(plan, settings, named.list.has_value());
   check_results(plan, settings, named.list);
   make_folder(settings);
   return plan;

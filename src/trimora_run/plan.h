@@ -14,6 +14,7 @@ namespace trimora::rooms {
 struct Job {
   std::string path;  // "-": the standard input
   std::string stem;
+  std::string coding = {};  // the file of its coding sequences; empty: there is none
 };
 
 struct Plan {
@@ -37,6 +38,9 @@ std::string joined_path(const Plan& plan, const Settings& settings, Joined joine
 std::string left_out_path(const Plan& plan);
 std::string kept_path(const Plan& plan);
 bool writes_kept(const Settings& settings);
+
+/// The codons of the selected blocks, without the ending of a form.
+std::string codons_path(const OutputState& run);
 
 /// The selected blocks of an alignment in the first form.
 std::string blocks_path(const OutputState& run, const Settings& settings);

@@ -74,7 +74,12 @@ class ResultsTable {
 class Run {
  public:
   Run(const Settings& settings, const Plan& plan, Voice& voice)
-      : settings_(settings), plan_(plan), voice_(voice), filters_(settings, plan), table_(settings),
+      : settings_(settings),
+        plan_(plan),
+        voice_(voice),
+        filters_(settings, plan),
+        coding_(settings),
+        table_(settings),
         batch_(settings, plan, filters_) {}
 
   void take(const Job& job) {
@@ -84,7 +89,7 @@ class Run {
       table_.add(skipped);
       return;
     }
-    Outcome outcome = trim(job, plan_, settings_, filters_, before_);
+    Outcome outcome = trim(job, plan_, settings_, filters_, coding_, before_);
     TableRow& row = outcome.row;
     for (const std::string& note : outcome.notes) voice_.note(job.path, note);
     row.message = joined_by(outcome.notes, "; ");
@@ -147,6 +152,7 @@ class Run {
   const Plan& plan_;
   Voice& voice_;
   Filters filters_;
+  Coding coding_;
   ResultsTable table_;
   Batch batch_;
   Before before_;

@@ -121,6 +121,15 @@ void write_results(const Settings& settings, Outcome& outcome) {
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters);
     write_forms(result.path(run), sheet, settings.forms, run, names_path, outcome.decided, outcome.written, unique);
   }
+  if (!settings.codons.empty()) {
+    const std::vector<Stretch> all = {{1, outcome.codons.nupo}};
+    Sheet sheet = sheet_of(outcome.codons, all);
+    InputState as_codons = run;
+    as_codons.seq_type = 'C';
+    if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, 'C'));
+    write_forms(codons_path(run), sheet, settings.forms, as_codons, names_path, outcome.decided, outcome.written,
+                unique);
+  }
   if (settings.columns) {
     whole(columns_file(run), [&](OutputFile& out) { write_columns(out, outcome.ali, outcome.found, run); });
   }
@@ -154,7 +163,8 @@ Reading read_chosen(Outcome& outcome, const Job& job, const Settings& settings, 
   outcome.run.seq_type = seq_type;
   outcome.row.sequences = reading.numseq();
   outcome.row.columns = reading.nupo;
-  if (settings.filters() || settings.match == Match::name) outcome.chosen = filters.choose(reading, seq_type);
+  if (settings.filters() || settings.match == Match::name || !settings.codons.empty())
+    outcome.chosen = filters.choose(reading, seq_type);
   outcome.row.species = reading.numseq();
   return reading;
 }
@@ -207,7 +217,7 @@ void write_to_output(const Outcome& outcome, const Settings& settings) {
 }
 
 void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Settings& settings, const Filters& filters,
-               const Before& before) {
+               const Coding& coding, const Before& before) {
   TableRow& row = outcome.row;
   const bool joined = joins(plan, settings);
   KindByLetters by_letters;
@@ -215,6 +225,15 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   outcome.left_out = why_left_out(reading.numseq(), settings, filters);
   if (outcome.left_out) return;
 
+  Codons codons;
+  if (coding.wanted()) {
+    if (outcome.run.seq_type != 'P') {
+      throw Failure{.kind = Failure::Kind::contrary_type,
+                    .detail = name_of(outcome.run.seq_type) + std::string(": --codons goes with proteins")};
+    }
+    codons = coding.codons_of(job, reading, outcome.chosen);
+    outcome.decided.insert(outcome.decided.end(), codons.decided.begin(), codons.decided.end());
+  }
   const std::vector<Remark> remarks = reading.remarks;
   outcome.ali = alignment_of(std::move(reading), settings.join);
   const Alignment& ali = outcome.ali;
@@ -226,9 +245,8 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   }
   run.numseq = ali.numseq;
   if (joined && before.type_known && outcome.type_known && before.first.seq_type != run.seq_type) {
-    throw Failure{
-        .kind = Failure::Kind::contrary_type,
-        .detail = filled(words_of_run::other_type, {name_of(run.seq_type), name_of(before.first.seq_type)})};
+    throw Failure{.kind = Failure::Kind::contrary_type,
+                  .detail = filled(words_of_run::other_type, {name_of(run.seq_type), name_of(before.first.seq_type)})};
   }
   if (joined && settings.match == Match::name) check_keys(outcome.chosen.names, outcome.chosen.keys);
   if (joined) outcome.why_not_joined = why_not_joined(ali, settings, before);
@@ -243,12 +261,14 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   row.b1 = run.negval;
   row.b2 = run.flankval;
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
+  outcome.notes.insert(outcome.notes.end(), codons.notes.begin(), codons.notes.end());
   const bool needs_ungapped = settings.ungapped || !settings.table.empty() || (joined && settings.all_ungapped);
   outcome.found = find_blocks(ali, run, needs_ungapped);
   row.selected = outcome.found.blocks.nupo3;
   row.percent = outcome.found.blocks.nupo3per;
   row.blocks = static_cast<int>(outcome.found.blocks.newpos.size());
   if (needs_ungapped) row.ungapped = outcome.found.ungapped.nupoung;
+  if (coding.wanted()) outcome.codons = selected_codons(codons, ali, outcome.found.blocks.newpos);
   if (joined || !settings.table.empty()) count_all(outcome, settings, joined);
   if (const std::string few = filters.few_columns(row.selected); !few.empty()) {
     outcome.left_out = LeftOut{"--min-columns", "alignment", "", few};
@@ -303,11 +323,12 @@ void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms
                     " changed to fit the form, listed in " + names_path);
 }
 
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Before& before) {
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Coding& coding,
+             const Before& before) {
   Outcome outcome;
   outcome.row.alignment = job.path;
   try {
-    trim_into(outcome, job, plan, settings, filters, before);
+    trim_into(outcome, job, plan, settings, filters, coding, before);
     outcome.row.status = outcome.left_out ? TableRow::Status::left_out : TableRow::Status::ok;
   } catch (const Failure& failure) {
     outcome.failure = failure;

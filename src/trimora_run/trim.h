@@ -11,6 +11,7 @@
 #include "input/alignment.h"
 #include "output/output_state.h"
 #include "selection/selection.h"
+#include "trimora_run/coding.h"
 #include "trimora_run/filters.h"
 #include "trimora_run/plan.h"
 #include "trimora_run/settings.h"
@@ -34,18 +35,20 @@ struct Outcome {
   std::string why_not_joined;        // it was trimmed, and does not go together with the first one
   std::vector<std::string> written;  // its files
 
-  Chosen chosen;                  // the sequences that stay
+  Chosen chosen;                    // the sequences that stay
   std::optional<LeftOut> left_out;  // the alignment as a whole
-  Table<RowCounts> counts;        // of the positions that are put together
+  Table<RowCounts> counts;          // of the positions that are put together
   bool type_known = true;
 
   OutputState run;  // the parameters in force
   Alignment ali;
   Selection found;
+  Alignment codons;  // of the selected positions, where there are coding sequences
 };
 
 /// Read, select and write `job`, alone or as one of a batch.
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Before& before);
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Coding& coding,
+             const Before& before);
 
 /// What is written for each letter, as --unknown says.
 LetterMap letters_written(const Settings& settings, char seq_type);

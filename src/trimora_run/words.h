@@ -34,7 +34,7 @@ inline constexpr W stops_readers = "holds {characters} ({count} in all), at whic
 inline constexpr W looks_nucleotide = "is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons";
 inline constexpr W looks_protein = "is read as nucleotides, but looks like protein: -t=P";
 inline constexpr W codon_length = "has {number} positions, which is not a multiple of three: does its first column begin a codon?";
-inline constexpr W codon_stops = "{number} of the sequences hold stop codons before their end, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon?";
+inline constexpr W codon_stops = "{number} of the sequences hold stop codons before their end, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? Mitochondria and some others have another code: --code=";
 inline constexpr W codon_gaps = "{number} of the sequences hold gaps that are not whole codons, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
 inline constexpr W same_names = "sequences {first} and {second} have the same name, {name}, and tree programs refuse them: rename one";
 inline constexpr W same_words = "sequences {first} and {second} have the same name up to the first blank, {name}, where many tree programs cut it: --format=phylip or nexus writes whole names";
@@ -54,11 +54,20 @@ inline constexpr W other_names = "sequence {number} is {name}, but {other} in {f
 inline constexpr W other_count = "has {number} sequences, {first} has {other}: {outcome}: --match=name puts them together by name, with ? where a species is missing{shares}";
 inline constexpr W other_type = "is {type}, the first alignment is {other}: -t= says what all of them are";
 
+// Coding sequences.
+inline constexpr W no_coding = "has no coding sequences in {path}: their files are matched by name up to the first dot";
+inline constexpr W no_coding_row = "has no coding sequence for sequence {number} ({name}) in {path}";
+inline constexpr W coding_count = "has {number} sequences, but {path} has {other}: --match=order takes them in their order";
+inline constexpr W bad_codon = "sequence {number} ({name}) in {path}: {why}. Another genetic code (--code=)?";
+inline constexpr W coding_stops = "stop codons inside {number} of the coding sequences, the first in that of {name}, are written NNN, since codon models refuse them";
+inline constexpr W coding_extra = "{number} in {path} without a protein: {names}";
+inline constexpr W same_coding_name = "{first} and {second} have the same name up to the first dot, so that it is not certain which one belongs to an alignment";
+
 // Who is who in a batch.
 inline constexpr W never_meet = "nothing was concatenated: the {species} species are in one of the {genes} alignments each, so that no name occurs in two of them. Name the sequences by species, or use --match=order where their order is the same";
 inline constexpr W never_meet_proposed = "nothing was concatenated: the {species} species are in one of the {genes} alignments each. Where does the name of a species end? {proposals}";
 inline constexpr W few_meet = "only {number} of the {species} species are in two alignments or more. In one only: {names}. Do the names differ between the alignments?{proposals}";
-inline constexpr W single_names = "{number} {are} in one alignment only, nearly all others in several: {names}. Misspelt?";
+inline constexpr W single_names = "{number} {are} in one alignment only, nearly all others in several: {names}";
 inline constexpr W same_but_signs = "these names differ only in capitals or signs, and count as different species: {names}";
 inline constexpr W misspelt = "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: {names}. Misspelt?";
 inline constexpr W merged = "{why}, so that names which seem to be different species count as one: {names}";

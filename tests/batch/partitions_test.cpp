@@ -14,7 +14,7 @@ TEST(Partitions, NamesFromFileNames) {
       {"12S", "p_12S"},
       {".hidden", "hidden"},
       {"a - b.fas", "a_b"},
-      {"\xc3\xbc", "p_"},
+      {"\xc3\xbc", "ue"},
       {"end.fas", "end_2"},
       {"All", "All_2"},
       {"locus_0003_2", "locus_0003_2_2"},
@@ -32,23 +32,23 @@ TEST(Partitions, RangesOfWholeGenesAndOfCodonPositions) {
   all.add("one", {{1, 3}, {7, 9}});
   all.add("none", {{5, 4}});
   all.add("two", {{2, 3}, {5, 9}});
-  const auto raxml = [](const Partitions& parts, std::string_view model, bool codons) {
-    return written_by([&](OutputFile& out) { parts.write_raxml(out, model, codons); });
+  const auto raxml = [](const Partitions& parts, std::string_view model, Division division) {
+    return written_by([&](OutputFile& out) { parts.write_raxml(out, model, division); });
   };
-  const auto nexus = [](const Partitions& parts, bool codons) {
-    return written_by([&](OutputFile& out) { parts.write_nexus(out, codons); });
+  const auto nexus = [](const Partitions& parts, Division division) {
+    return written_by([&](OutputFile& out) { parts.write_nexus(out, division); });
   };
-  EXPECT_EQ(raxml(all, "GTR+G", false), "GTR+G, one = 1-6\nGTR+G, two = 7-13\n");
-  EXPECT_EQ(nexus(all, false),
+  EXPECT_EQ(raxml(all, "GTR+G", Division::genes), "GTR+G, one = 1-6\nGTR+G, two = 7-13\n");
+  EXPECT_EQ(nexus(all, Division::genes),
             "#NEXUS\nbegin sets;\n  charset one = 1-6;\n  charset two = 7-13;\nend;\n"
             "begin mrbayes;\n  charset one = 1-6;\n  charset two = 7-13;\n"
             "  partition genes = 2: one, two;\n  set partition = genes;\nend;\n");
-  EXPECT_EQ(raxml(all, "DNA", true),
+  EXPECT_EQ(raxml(all, "DNA", Division::positions),
             "DNA, one_pos1 = 1-6\\3\nDNA, one_pos2 = 2-6\\3\nDNA, one_pos3 = 3-6\\3\n"
             "DNA, two_pos1 = 11\nDNA, two_pos2 = 7, 9-13\\3\nDNA, two_pos3 = 8, 10-13\\3\n");
-  EXPECT_NE(nexus(all, true).find("charset two_pos2 = 7 9-13\\3;"), std::string::npos);
-  EXPECT_EQ(raxml(Partitions(), "DNA", false), "");
-  EXPECT_EQ(nexus(Partitions(), false), "#NEXUS\nbegin sets;\nend;\n");
+  EXPECT_NE(nexus(all, Division::positions).find("charset two_pos2 = 7 9-13\\3;"), std::string::npos);
+  EXPECT_EQ(raxml(Partitions(), "DNA", Division::genes), "");
+  EXPECT_EQ(nexus(Partitions(), Division::genes), "#NEXUS\nbegin sets;\nend;\n");
 }
 
 }  // namespace

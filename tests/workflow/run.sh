@@ -10,7 +10,7 @@ export PROGRAM=$2
 command -v snakemake >/dev/null || { echo "Skipped: snakemake is not installed"; exit 77; }
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-export XDG_CACHE_HOME=$scratch/cache QUEUE=$scratch/queue HAPPENS= CI=true # with which the engine looks every second
+export XDG_CACHE_HOME=$scratch/cache QUEUE=$scratch/queue HAPPENS='' CI=true # with which the engine looks every second
 mkdir "$scratch/a clone" "$scratch/the {work}" "$QUEUE"
 cp -R "$project/workflow" "$project/config" "$scratch/a clone"
 cp -R "$project/tests/workflow/slurm" "$scratch/bin"

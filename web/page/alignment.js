@@ -75,8 +75,9 @@ export function drawAlignment(surface, now, { width, rows, columns: fit, names }
       const i = sequenceAt(now, row), middle = y(row) + cell.height / 2 + 1;
       for (let d = first; d <= last; ++d) {
         const p = positionAt(now, d), c = letterAt(letters, i, p);
-        const agrees = columns.kind[p - 1] >= 2 && capital(c) === columns.residue[p - 1];
-        const of = colours[capital(c)], back = now.palette === "report" ? (agrees ? "black" : "") : of ?? "";
+        const agrees = !translating && columns.kind[p - 1] >= 2 && capital(c) === columns.residue[p - 1];
+        const of = translating ? "" : colours[capital(c)]; // the colours are those of bases
+        const back = now.palette === "report" ? (agrees ? "black" : "") : of ?? "";
         if (back) surface.rect(x(d), y(row), cell.width, cell.height, back);
         const fill = now.palette === "report" ? (agrees ? of ?? "white" : ink) : of ? "black" : ink;
         const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(letters, i, p - 1, nupo) : " ";

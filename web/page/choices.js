@@ -38,11 +38,11 @@ function nucleotides({ letters, columns }) {
 
 /** @param {import("./state.js").State} now */
 function ofType(now) {
-  const found = nucleotides(now), { t } = now.values, nucleic = isNucleic(now);
+  const found = nucleotides(now), { t } = now.values, nucleic = isNucleic(now), failed = now.table.some(({ status }) => status !== "ok");
   const set = (/** @type {string} */ value) => () => update({ values: { ...state.values, t: value } });
-  if (found === null || (!found && !nucleic)) return [];
-  const question = found ? "These letters look like nucleotides. Trim them as" : "These letters look like protein. Trim them as";
-  return [row(question, choice("t-D", "DNA", nucleic && t !== "C", set("D")), choice("t-C", "codons", t === "C", set("C")), choice("t-P", "protein", !nucleic, set("P")))];
+  if (!failed && (found === null || (!found && !nucleic))) return [];
+  const question = found === null ? "Trim the letters as" : `These letters look like ${found ? "nucleotides" : "protein"}. Trim them as`;
+  return [row(question, choice("t-D", "DNA", t ? t === "D" : nucleic, set("D")), choice("t-C", "codons", t === "C", set("C")), choice("t-P", "protein", t ? t === "P" : found !== null && !nucleic, set("P")))];
 }
 
 /** b1 and b2 as numbers, in a batch whose alignments differ in size. @param {import("./state.js").State} now */
@@ -79,7 +79,8 @@ function ofMatching({ names, outputs }) {
   const first = names[0][0] ?? "";
   const proposed = enders.filter((ender) => first.includes(ender) && common(names, ender) > whole);
   if (end && !proposed.includes(end)) proposed.push(end);
-  return [row(same ? "All alignments have the same names. Put sequences together by" : "The alignments have different names, or another order. Put sequences together by",
+  const told = names.some((list) => list.length === 0) ? "" : same ? "All alignments have the same names. " : "The alignments have different names, or another order. ";
+  return [row(`${told}Put sequences together by`,
     choice("match-", "same names in the same order", !match, set("")),
     choice("match-name", "name; a missing one becomes ?", match === "name" && !end, set("name")),
     ...proposed.map((ender) => choice(`match-${ender}`, `name up to “${ender}”: ${first.split(ender)[0]}`, match === "name" && end === ender, set("name", ender))),

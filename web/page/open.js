@@ -16,8 +16,6 @@ import { element, showWhen, state, unread, update } from "./state.js";
  * @property {string} file what the program is given: the alignment, or the paths file of a batch
  * @property {boolean} made whether the page made that paths file
  * @property {number} bytes of all alignments
- * @property {string[]} windows names of those that have the line ends of Windows
- * @property {[string, string][]} cleaned the file that was given, and the name under which the page took its line ends out
  * @property {string} example key of the example that it is, or ""
  */
 
@@ -59,13 +57,13 @@ function free(name, taken) {
 const beginnings = /^\s*(>|CLUSTAL|MUSCLE|PROBCONS|# STOCKHOLM|#NEXUS|\d+[ \t]+\d+\s*$|PileUp|!!..)/im;
 
 /** Whether a file begins as an alignment does. @param {string} head its first bytes */
-const looksAligned = (head) => head.trimStart().search(beginnings) === 0;
+const looksAligned = (head) => head.replace(/[\0\ufeff\ufffd]/g, "").trimStart().search(beginnings) === 0; // UTF-16 as well
 
 /**
  * Make the files of one gesture into what a run works on. Of several files, take those that begin as alignments do, and a
  * paths file that lists some of them.
  * @param {import("./worker.js").Input[]} given
- * @returns {Promise<Omit<Opened, "windows" | "cleaned" | "example"> & {leftOut: string[], renamed: string[]}>}
+ * @returns {Promise<Omit<Opened, "example"> & {leftOut: string[], renamed: string[]}>}
  */
 async function arrange(given) {
   const inputs = [], renamed = [], taken = new Set();
@@ -118,39 +116,19 @@ async function arrange(given) {
 /** The type of sequence that came with an example; the next alignment does not keep it. */
 let lent = "";
 
-/** The same lines as on Linux. @param {Blob} blob */
-async function withoutReturns(blob) {
-  return new Blob([new Uint8Array(await blob.arrayBuffer()).filter((c) => c !== 13)]);
-}
-
-/** Open the alignments that are open once more, those with the line ends of Windows without these and under another name. */
-async function takeOutReturns() {
-  const { opened } = state;
-  if (!opened) return;
-  /** @type {[string, string][]} */
-  const cleaned = opened.windows.map((name) => [name, name.replace(/(\.[^./]*)?$/, ".unix$1")]);
-  const inputs = opened.inputs.filter(({ name }) => opened.alignments.includes(name)).map(async ({ name, blob }) => {
-    const [, to] = cleaned.find(([from]) => from === name) ?? [];
-    return to ? { name: to, blob: await withoutReturns(blob) } : { name, blob };
-  });
-  await open(Promise.all(inputs), undefined, cleaned);
-}
-
 /**
  * Open the files of one gesture.
- * @param {Promise<import("./worker.js").Input[]>} coming @param {(typeof examples)[0]} [example] @param {[string, string][]} [cleaned]
+ * @param {Promise<import("./worker.js").Input[]>} coming @param {(typeof examples)[0]} [example]
  * @param {Record<string, string>} [values] that come with it
  */
-async function open(coming, example, cleaned = [], values) {
+async function open(coming, example, values) {
   const type = example?.type;
   try {
     update({ notice: "Reading …" });
     const given = await coming;
     if (given.length === 0) return update({ notice: "There was no file." });
     const { leftOut, renamed, ...arranged } = await arrange(given);
-    const files = arranged.inputs.filter(({ name }) => arranged.alignments.includes(name));
-    const heads = await Promise.all(files.map(({ blob }) => blob.slice(0, headBytes).text()));
-    const opened = { ...arranged, example: example?.key ?? "", windows: files.filter((_, k) => heads[k].includes("\r\n")).map(({ name }) => name), cleaned };
+    const opened = { ...arranged, example: example?.key ?? "" };
     if (opened.bytes > mostBytes) {
       throw new Error(`This is ${(opened.bytes / 1e9).toFixed(1)} GB; a page can work on ${mostBytes / 1e9} GB at most. ` +
         "The installed program has no such limit: trimora-run " + opened.file);
@@ -229,7 +207,7 @@ async function listEntries(entries) {
 
 /** Open an example, with the values that an address gives or with its own. @param {(typeof examples)[0]} example @param {Record<string, string>} [values] */
 const openExample = (example, values) =>
-  open(Promise.resolve(Object.entries(example.files).map(([name, text]) => ({ name, blob: new Blob([text]) }))), example, [], values);
+  open(Promise.resolve(Object.entries(example.files).map(([name, text]) => ({ name, blob: new Blob([text]) }))), example, values);
 
 /** Open the example that the address names, if it is another one. */
 function fromAddress() {
@@ -276,16 +254,9 @@ export function connect() {
     if (event.dataTransfer) open(listed(event.dataTransfer));
   });
 
-  const unix = element("unix", HTMLButtonElement);
-  unix.addEventListener("click", takeOutReturns);
-
   const notice = element("notice", HTMLElement), details = element("opening", HTMLDetailsElement);
   showWhen((now) => [now.notice], (now) => {
     notice.textContent = now.notice;
-  });
-  // Only where the program does not take the line ends out by itself.
-  showWhen((now) => [now.opened, now.notes], (now) => {
-    unix.hidden = !now.opened?.windows.length || !now.notes.some((line) => line.includes("Windows line ends"));
   });
   showWhen((now) => [now.opened], (now) => {
     document.body.classList.toggle("opened", now.opened !== null);

@@ -19,7 +19,7 @@ const fixed = (/** @type {number} */ least, /** @type {number} */ most) =>
 
 /** In the order in which the program has to read them: b1 is checked against b2, b4 sets b0. @type {Parameter[]} */
 export const parameters = [
-  { name: "t", label: "Type of sequence", choices: { "": "as the file is read", P: "protein", D: "DNA", C: "codons" },
+  { name: "t", label: "Type of sequence", choices: { "": "by its letters", P: "protein", D: "DNA", C: "codons" },
     effect: "Codons: scored like DNA, blocks end at whole codons" },
   { name: "b2", label: "Sequences for a flank position",
     effect: "Higher keeps less: blocks begin and end at stricter positions",

@@ -19,7 +19,7 @@ const outputs = [
   { option: "d", on: "Y", label: "Block map", about: "a PostScript picture" },
   { option: "n", on: "Y", label: "Nonconserved blocks", about: "what was left out" },
   { option: "u", on: "Y", label: "Ungapped alignment", about: "all positions without a gap" },
-  { option: "-columns", on: "", label: "Columns", about: "score, class and block of each column, as a table" },
+  { option: "-columns", on: "", label: "Columns", about: "score, class, block and reason of each column, as a table" },
   { option: "a", on: "Y", label: "Concatenated selected blocks", about: "one alignment of all genes", when: "batch" },
   { option: "c", on: "Y", label: "Concatenated input", about: "the same, untrimmed", when: "batch" },
   { option: "w", on: "Y", label: "Concatenated ungapped", about: "the same, positions without a gap", when: "batch" },
@@ -27,7 +27,7 @@ const outputs = [
 ];
 /** What else is chosen, each from a list. @type {Record<string, Record<string, string>>} */
 const choices = {
-  format: { "": "Trimora's own: groups of ten", fasta: "FASTA", phylip: "PHYLIP", nexus: "NEXUS" },
+  format: { "": "FASTA", phylip: "PHYLIP", nexus: "NEXUS", trimora: "Trimora's groups of ten" },
 };
 const defaults = /** @type {Record<string, string>} */ ({ s: "Y", p: "Y" });
 
@@ -62,9 +62,7 @@ export function commandLine(values = state.values) {
   if (!opened || (values === state.values && invalid(state))) return "";
   const paths = !opened.made ? "" : opened.alignments.length > mostListed ? `# ${opened.file}, which names the alignments, is in the zip\n`
     : `printf '%s\\n' ${opened.alignments.map(quoted).join(" ")} > ${quoted(opened.file)}\n`;
-  const cleaning = opened.cleaned.length > mostListed ? "# *.unix.*: the alignments without their Windows line ends, tr -d '\\r'\n"
-    : opened.cleaned.map(([from, to]) => `tr -d '\\r' < ${quoted(from)} > ${quoted(to)}\n`).join("");
-  return `${cleaning}${paths}trimora-run ${args(wanted, values).map(quoted).join(" ")}`;
+  return `${paths}trimora-run ${args(wanted, values).map(quoted).join(" ")}`;
 }
 
 /** Hand a file to the browser's downloads. @param {string} name @param {Uint8Array} bytes @param {string} [type] */

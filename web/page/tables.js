@@ -25,8 +25,13 @@ export function readColumns(bytes, nupo) {
   const column = new Uint32Array(nupo), reason = new Uint32Array(inReason < 0 ? 0 : nupo), initial = new Uint32Array(nupo);
   /** @type {import("./state.js").Columns["blocks"]} */
   const blocks = [];
-  /** @type {Map<string, number>} */
-  const reasons = new Map();
+  /** @type {Map<number, {start: number, end: number, index: number}>} */
+  const reasons = new Map(); // by their hash, where each is for the first time
+  const same = (/** @type {{start: number, end: number}} */ one, /** @type {number} */ start, /** @type {number} */ end) => {
+    let k = 0;
+    while (start + k < end && bytes[start + k] === bytes[one.start + k]) ++k;
+    return start + k === end && one.end - one.start === k;
+  };
   const starts = new Uint32Array(header.length + 1); // of each field on the line
   /** The number in a field, with a point perhaps; 0 in an empty or a missing one. @param {number} field */
   const number = (field) => {
@@ -40,7 +45,7 @@ export function readColumns(bytes, nupo) {
     }
     return value / (unit || 1);
   };
-  let p = 0, before = 0, said = "", last = 0;
+  let p = 0, before = 0;
   for (let at = bytes.indexOf(newline) + 1; at > 0 && at < bytes.length && p < nupo;) {
     let field = 0;
     for (starts[0] = at; at < bytes.length; ++at) {
@@ -57,12 +62,14 @@ export function readColumns(bytes, nupo) {
     column[p] = number(inColumn);
     initial[p] = number(inInitial);
     if (inReason >= 0) {
-      const words = text.decode(bytes.subarray(starts[inReason], starts[inReason + 1] - 1));
-      if (words !== said || p === 0) {
-        last = reasons.get(words) ?? reasons.size;
-        reasons.set(said = words, last);
-      }
-      reason[p] = last;
+      // Each different reason is decoded once; the others are recognised by their bytes.
+      const start = starts[inReason], end = starts[inReason + 1] - 1;
+      let key = 0;
+      for (let k = start; k < end; ++k) key = (Math.imul(key, 31) + bytes[k]) | 0;
+      let found = reasons.get(key);
+      while (found && !same(found, start, end)) found = reasons.get(++key);
+      if (!found) reasons.set(key, found = { start, end, index: reasons.size });
+      reason[p] = found.index;
     }
     ++p;
     const block = number(inBlock);
@@ -70,7 +77,7 @@ export function readColumns(bytes, nupo) {
     if (block !== 0) blocks[blocks.length - 1].last = p;
     before = block;
   }
-  return { score, residue, kind, column, blocks, reasons: [...reasons.keys()], reason, initial };
+  return { score, residue, kind, column, blocks, reasons: [...reasons.values()].map(({ start, end }) => text.decode(bytes.subarray(start, end))), reason, initial };
 }
 
 /** Letters on a line of the program's plain FASTA, in which every line but the last of a record is full. */

@@ -114,25 +114,20 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.says("command", "--keep-going");
   });
 
-  test("in a batch of several sizes b1 and b2 are shares, and Windows line ends can be taken out", async () => {
+  test("in a batch of several sizes b1 and b2 are shares", async () => {
     const two = Buffer.from(genes["primates_mt_2.fas"]).toString().split(">").slice(0, 11).join(">"); // ten of the twelve species
     const windows = { "primates_mt_1.fas": genes["primates_mt_1.fas"], "two.fas": bytes(two.replaceAll("\n", "\r\n")) };
     await on.drop(windows);
     await on.says("said", "in all 2 alignments");
     await on.settled();
-    const takesOut = await on.page.$eval("#unix", (button) => !button.hasAttribute("hidden"));
-    if (takesOut) await on.press("#unix");
-    await on.says("batchTable", takesOut ? "two.unix.fas" : "two.fas");
     await on.says("choices", "different names");
     await on.enter("b2", "92");
     await on.says("b2-effect", "In force here: 11 of 12 sequences");
     await on.tick("s");
     await on.settled();
     const command = String(await on.text("command"));
-    assert.match(command, /printf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
-    assert.equal(/^tr -d .* < two\.fas > two\.unix\.fas\n/.test(command), takesOut);
-    const name = takesOut ? "two.unix.fas" : "two.fas";
-    const files = { "primates_mt_1.fas": windows["primates_mt_1.fas"], [name]: bytes(two), "paths.txt": listOf("primates_mt_1.fas", name) };
+    assert.match(command, /^printf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
+    const files = { ...windows, "paths.txt": listOf("primates_mt_1.fas", "two.fas") };
     assert.deepEqual(await on.zip(), { "paths.txt": files["paths.txt"], ...native(files, command.split("trimora-run ")[1].split(" ")) });
     await on.press("#defaults");
   });
@@ -237,6 +232,25 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert(box);
     assert.match(String(await on.text("spoken")), /^MYG_MUSAN, \w, position 25, .* selected, in block 1/);
     await on.says("why", "Position 25");
+  });
+
+  test("files as people have them: CLUSTAL, Windows, UTF-16, long names, compressed", async () => {
+    const records = globins["globins.fas"].toString().split(">").slice(1).map((record) => record.split("\n"))
+      .map(([title, ...lines]) => ({ title: title.split(" ")[0], row: lines.join("").trim() }));
+    const lengths = Array.from({ length: Math.ceil(154 / 60) }, (_, k) => 60 * k);
+    const clustal = `CLUSTAL W (1.83) multiple sequence alignment\n\n${lengths.map((at) => records.map(({ title, row }) => `${title.padEnd(20)}${row.slice(at, at + 60)}\n`).join("")).join("\n\n")}`;
+    const long = records.map(({ title, row }) => `>Species_${title}|gene with a description that goes on and on, and on, and on, and on [Homo sapiens]\r\n${row}\r\n`).join("");
+    for (const [file, content] of Object.entries({ "a.aln": bytes(clustal), "b.fas": bytes(long), "c.txt": Buffer.from(`\ufeff${long}`, "utf16le"), "d.fas.gz": gzipSync(long) })) {
+      await on.drop({ [file]: content });
+      await on.says("openh", `${file.replace(".gz", "")}, 45 sequences`);
+      await on.says("said", "114 of 154 positions");
+      await on.settled();
+    }
+    await on.drop({ "short.fas": bytes(">a\nRYRYNNRYRYNN\n>b\nRYRYNNRYRYNN\n>c\nRYRYNNRYRYNN\n") }); // of either type
+    await on.says("failure", "short.fas");
+    await on.press("[data-key=t-C]");
+    await on.says("openh", "short.fas, 3 sequences");
+    await on.press("#defaults");
   });
 
   test("what is no alignment is said in a sentence, and the page goes on", async () => {

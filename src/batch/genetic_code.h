@@ -1,0 +1,32 @@
+// The genetic codes, under the numbers that NCBI gives them.
+// Words     codon: three nucleotides; each may be an ambiguity code, and U is T
+#pragma once
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace trimora::rooms {
+
+class GeneticCode {
+ public:
+  /// The code `number`; nothing when there is none.
+  static std::optional<GeneticCode> numbered(int number);
+
+  /// Whether a codon, or one of those that its ambiguity codes stand for, encodes `residue`. B, Z and J are either of their
+  /// two; X, * and whatever is unknown agree with each codon, U with TGA and O with TAG, as well.
+  bool encodes(std::string_view codon, char residue) const;
+  /// Whether it, or one of those that it stands for, can begin a protein.
+  bool starts(std::string_view codon) const;
+  /// Whether it can be nothing but a stop; `at_end`: also one that is a residue elsewhere.
+  bool stops(std::string_view codon, bool at_end = false) const;
+
+ private:
+  std::array<char, 64> residues_{};  // in the order of TCAG; * stops
+  std::array<bool, 64> starts_{};
+  std::array<bool, 64> both_{};  // codons of a residue that also stop, at the end
+};
+
+/// The numbers, as "1 to 6, 9 to 16, ...".
+std::string_view genetic_code_numbers();
+
+}  // namespace trimora::rooms
