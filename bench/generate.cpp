@@ -142,8 +142,8 @@ void write(const std::vector<std::string>& rows, char type, const std::string& p
   if (format == "aln") out << "CLUSTAL W (1.83) multiple sequence alignment\n\n";
   if (format == "sto") out << "# STOCKHOLM 1.0\n\n";
   if (format == "nex") {
-    out << "#NEXUS\nbegin data;\ndimensions ntax=" << size << " nchar=" << width << ";\nformat datatype="
-        << (type == 'P' ? "protein" : "dna") << " gap=- interleave;\nmatrix\n";
+    out << "#NEXUS\nbegin data;\ndimensions ntax=" << size << " nchar=" << width
+        << ";\nformat datatype=" << (type == 'P' ? "protein" : "dna") << " gap=- interleave;\nmatrix\n";
   }
   std::string record;
   const auto padded = [](std::size_t i) {

@@ -12,15 +12,15 @@
 #include <string>
 #include <vector>
 
-#include "trimora/options.h"
 #include "ground/errfunc.h"
 #include "input/filetype.h"
 #include "input/letters.h"
 #include "selection/blocks.h"
-#include "trimora/calculate.h"
 #include "selection/reduced_views.h"
 #include "selection/scores.h"
 #include "selection/similarity_matrix.h"
+#include "trimora/calculate.h"
+#include "trimora/options.h"
 
 /// `what` should hold; else the fuzzer keeps the input.
 inline void must(bool holds, const std::string& what) {

@@ -1,6 +1,6 @@
 // Any lines as a session: the file the program is started with, or none, and what is typed into the menus.
-#include "trimora/entry.h"
 #include "fuzz.h"
+#include "trimora/entry.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);

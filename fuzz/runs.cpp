@@ -1,10 +1,10 @@
 // Any lines as the arguments of both programs, among small alignments; those behind an empty line are a paths file.
 #include <sstream>
 
-#include "trimora/entry.h"
 #include "fuzz.h"
 #include "ground/path.h"
 #include "input/input_file.h"
+#include "trimora/entry.h"
 #include "trimora_run/trimora_run.h"
 
 namespace {

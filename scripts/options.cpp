@@ -61,9 +61,11 @@ std::string for_bash(const Option& option) {
 }
 
 std::string for_zsh(const Option& option) {
-  std::string text =
-      std::string(option.name) + (option.optional ? "=-" : option.takes_value() ? "=" : "") + '[' +
-      std::string(option.brief) + ']' + (option.optional ? ":" : "");
+  std::string text = std::string(option.name) +
+                     (option.optional        ? "=-"
+                      : option.takes_value() ? "="
+                                             : "") +
+                     '[' + std::string(option.brief) + ']' + (option.optional ? ":" : "");
   const auto all = choices(option);
   const std::string range = option.range.text();
   if (!option.takes_value()) {

@@ -59,7 +59,7 @@ alone() { # HEADER FLAG...
 export -f alone
 alone trimora/trimora.h -std=c++17 -Iinclude
 (cd src && find . -name '*.h' -printf '%P\n') |
-  xargs -P "$(nproc)" -I @ bash -c 'alone "$@"' - @ -std=c++20 -Iinclude -Isrc -I$folder/generated
+  xargs -P "$(nproc)" -I {} bash -c 'alone "$@"' - {} -std=c++20 -Iinclude -Isrc -I$folder/generated
 
 echo "cppcheck"
 cppcheck --quiet --enable=warning,style,performance,portability --inline-suppr --error-exitcode=1 --std=c++20 \

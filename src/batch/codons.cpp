@@ -45,13 +45,14 @@ Fit fit(std::string_view row, std::string_view coding, std::size_t begins, const
     ++residue;
     const std::string place = "residue " + std::to_string(residue) + ", " + c;
     if (at + 3 > coding.size()) {
-      found.why = place + ", has no codon: its coding sequence ends before it, after " +
-                  std::to_string(coding.size()) + " nucleotides";
+      found.why = place + ", has no codon: its coding sequence ends before it, after " + std::to_string(coding.size()) +
+                  " nucleotides";
       return found;
     }
     const std::string_view codon = coding.substr(at, 3);
     if (!code.encodes(codon, c) && !(residue == 1 && capital(c) == 'M' && code.starts(codon))) {
-      found.why = place + ", is not encoded by its codon, " + std::string(codon) + ", at nucleotide " + std::to_string(at + 1);
+      found.why =
+          place + ", is not encoded by its codon, " + std::string(codon) + ", at nucleotide " + std::to_string(at + 1);
       return found;
     }
     const bool stop = code.stops(codon);

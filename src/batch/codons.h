@@ -24,10 +24,10 @@ CodingSequences read_coding_sequences(const std::string& path);
 
 /// The codons of one protein.
 struct Backtranslated {
-  std::string codons;    // three letters for each column: --- for a gap, NNN for a stop inside
-  int begins = 1;        // the first nucleotide that is used
-  int stops = 0;         // inside, written NNN
-  int left_over = 0;     // one or two letters after the last codon
+  std::string codons;  // three letters for each column: --- for a gap, NNN for a stop inside
+  int begins = 1;      // the first nucleotide that is used
+  int stops = 0;       // inside, written NNN
+  int left_over = 0;   // one or two letters after the last codon
   bool final_stop = false;
 };
 

@@ -121,7 +121,8 @@ bool is_residue(char encoded, char residue, std::string_view codon) {
 }  // namespace
 
 std::optional<GeneticCode> GeneticCode::numbered(int number) {
-  const auto* row = std::find_if(std::begin(codes), std::end(codes), [&](const NumberedCode& r) { return r.number == number; });
+  const auto* row =
+      std::find_if(std::begin(codes), std::end(codes), [&](const NumberedCode& r) { return r.number == number; });
   if (row == std::end(codes)) return {};
   GeneticCode code;
   std::copy(standard.begin(), standard.end(), code.residues_.begin());

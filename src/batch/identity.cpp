@@ -12,11 +12,11 @@ namespace trimora::rooms {
 
 namespace {
 
-constexpr std::size_t sample_genes = 200;   // whose names are kept
-constexpr int most_species = 20000;         // more are not compared
-constexpr std::size_t shortest = 6;         // letters and digits of names whose spelling is compared
-constexpr std::size_t most_pairs = 1000;    // looked at
-constexpr int rare = 2;                     // genes of a name that may be misspelt
+constexpr std::size_t sample_genes = 200;  // whose names are kept
+constexpr int most_species = 20000;        // more are not compared
+constexpr std::size_t shortest = 6;        // letters and digits of names whose spelling is compared
+constexpr std::size_t most_pairs = 1000;   // looked at
+constexpr int rare = 2;                    // genes of a name that may be misspelt
 
 /// Letters, as small ones, and digits.
 std::string plain_letters(std::string_view key) {
@@ -33,7 +33,8 @@ std::string abbreviated(std::string_view key, bool& shortened) {
   const auto in_word = [](char c) { return is_letter(c) || is_digit(c); };
   const auto end = static_cast<std::size_t>(std::find_if_not(key.begin(), key.end(), in_word) - key.begin());
   shortened = end == 1;
-  return end == 0 || end == key.size() ? std::string() : plain_letters(key.substr(0, 1)) + plain_letters(key.substr(end));
+  return end == 0 || end == key.size() ? std::string()
+                                       : plain_letters(key.substr(0, 1)) + plain_letters(key.substr(end));
 }
 
 /// Whether one letter was changed, added, left out or swapped with its neighbour.
@@ -44,7 +45,8 @@ bool one_step(std::string_view a, std::string_view b) {
   while (head < a.size() && a[head] == b[head]) ++head;
   while (tail < a.size() - head && a[a.size() - 1 - tail] == b[b.size() - 1 - tail]) ++tail;
   const std::string_view left = a.substr(head, a.size() - head - tail), right = b.substr(head, b.size() - head - tail);
-  if (std::any_of(left.begin(), left.end(), is_digit) || std::any_of(right.begin(), right.end(), is_digit)) return false;
+  if (std::any_of(left.begin(), left.end(), is_digit) || std::any_of(right.begin(), right.end(), is_digit))
+    return false;
   const bool swapped = left.size() == 2 && right.size() == 2 && left[0] == right[1] && left[1] == right[0];
   return right.size() <= 1 || swapped;
 }

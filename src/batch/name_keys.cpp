@@ -55,7 +55,8 @@ std::string_view brackets(std::string_view name) {
 
 std::string_view letters(std::string_view name) {
   const std::size_t end = name.find_first_of("0123456789");
-  if (end == name.npos || !std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(end), is_letter)) return {};
+  if (end == name.npos || !std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(end), is_letter))
+    return {};
   return name.substr(0, end);
 }
 
@@ -306,9 +307,8 @@ std::vector<Proposal> proposals(const std::vector<Names>& genes) {
   // Where the name itself says what a part of it is, other rules do not cut across that part.
   const auto said = [](const Trial& trial) { return trial.rule().style > KeyRule::Style::fields; };
   const auto crosses = [&](const Trial& trial) {
-    return !said(trial) && std::any_of(trials.begin(), trials.end(), [&](const Trial& other) {
-      return said(other) && covered(trial, other, true);
-    });
+    return !said(trial) && std::any_of(trials.begin(), trials.end(),
+                                       [&](const Trial& other) { return said(other) && covered(trial, other, true); });
   };
   std::vector<const Trial*> left;
   for (const Trial& trial : trials) {

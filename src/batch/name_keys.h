@@ -50,8 +50,8 @@ struct Proposal {
   KeyRule rule;
   std::string name;  // one of the names, and what it would be called
   std::string key;
-  int keys = 0;      // different ones
-  int meeting = 0;   // of them, those in two genes or more
+  int keys = 0;     // different ones
+  int meeting = 0;  // of them, those in two genes or more
 };
 
 using Names = std::vector<std::string>;  // of one gene

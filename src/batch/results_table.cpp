@@ -26,10 +26,12 @@ std::string_view status(TableRow::Status status) {
 }  // namespace
 
 void write_table_header(OutputFile& out) {
-  out.put("alignment\tsequences\tcolumns\tpositions\tungapped\tselected\tpercent\tblocks\tb1\tb2\tspecies\tvariable\t"
-          "informative");
+  out.put(
+      "alignment\tsequences\tcolumns\tpositions\tungapped\tselected\tpercent\tblocks\tb1\tb2\tspecies\tvariable\t"
+      "informative");
   for (const char* when : {"_before", ""}) {
-    for (const char* what : {"letters", "unknown", "gaps", "end_gaps", "absent"}) out.put(std::string("\t") + what + when);
+    for (const char* what : {"letters", "unknown", "gaps", "end_gaps", "absent"})
+      out.put(std::string("\t") + what + when);
   }
   out.put("\tstatus\tmessage\n");
 }
@@ -39,8 +41,8 @@ void write_table_row(OutputFile& out, const TableRow& row) {
   const auto put = [&](long long value) { out.put(value < 0 ? "\tNA" : '\t' + std::to_string(value)); };
   put(row.sequences);
   put(row.columns);
-  for (const int value : {row.positions, row.ungapped, row.selected, row.percent, row.blocks, row.b1, row.b2, row.species,
-                          row.variable, row.informative}) {
+  for (const int value : {row.positions, row.ungapped, row.selected, row.percent, row.blocks, row.b1, row.b2,
+                          row.species, row.variable, row.informative}) {
     put(value);
   }
   for (const std::optional<Counts>& counts : {row.before, row.after}) {

@@ -19,11 +19,11 @@ struct TableRow {
   int percent = -1;  // of the positions
   int blocks = -1;
   int b1 = -1, b2 = -1;
-  int species = -1;  // present, after filters
+  int species = -1;                     // present, after filters
   int variable = -1, informative = -1;  // of the selected positions
   std::optional<Counts> before, after;  // letters and what is none, in all positions and in the selected ones
   enum class Status { skipped, ok, failed, left_out } status = Status::skipped;  // skipped: an earlier one failed
-  std::string message;                                                 // why it failed or was left out, or the notes
+  std::string message;  // why it failed or was left out, or the notes
 };
 
 /// Write the header of the table: tab-separated.

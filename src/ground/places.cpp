@@ -31,7 +31,7 @@ std::string file_number(const std::string& path) {
 #ifdef _WIN32
   static_cast<void>(path);
 #else
-  struct stat file{};
+  struct stat file {};
   if (::stat(path.c_str(), &file) == 0 && S_ISREG(file.st_mode) && file.st_nlink > 1) {
     return std::to_string(file.st_dev) + ' ' + std::to_string(file.st_ino);
   }

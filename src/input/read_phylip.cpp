@@ -300,8 +300,8 @@ Reading read_phylip(Lines& in) {
   std::string_view line;
   in.next_filled(line);
   const PhylipHeader header = phylip_header(line).value();
-  constexpr std::string_view known = "ISGCP";
-  if (header.numseq == 0 || header.nupo == 0 || header.options.find_first_not_of(known) != header.options.npos) {
+  constexpr std::string_view paml_options = "ISGCP";
+  if (header.numseq == 0 || header.nupo == 0 || header.options.find_first_not_of(paml_options) != header.options.npos) {
     throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
   }
   PhylipLines lines;

@@ -89,8 +89,8 @@ void Batch::note_identity(Voice& voice) const {
     }
   }
   if (!small_.empty()) {
-    voice.note(plan_.joined_stem, filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"),
-                                                                     listed_names(small_)}));
+    voice.note(plan_.joined_stem,
+               filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"), listed_names(small_)}));
   }
 }
 
@@ -127,9 +127,8 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) cons
   Sheet sheet = all_.sheet(joined, chosen_, name_);
   if (settings_.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings_, seq_type));
   std::vector<std::string> written;
-  std::vector<std::string> decided = {number_of(all_.size(), "alignment") + ", " +
-                                      number_of(name_.size(), "sequence") + ", " +
-                                      std::to_string(sheet.width) + " positions put together"};
+  std::vector<std::string> decided = {number_of(all_.size(), "alignment") + ", " + number_of(name_.size(), "sequence") +
+                                      ", " + std::to_string(sheet.width) + " positions put together"};
   write_forms(path, sheet, settings_.forms, run, path + ".names.tsv", decided, written);
   if (sheet.width > 0) {
     for (const std::string& note : notes_on_species(sheet, seq_type)) voice.note(path, note);
@@ -137,8 +136,7 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) cons
   if (settings_.partitions) {
     const bool given = !settings_.model.empty() && joined != Joined::codons;
     const std::string model = given ? settings_.model : seq_type == 'P' ? "LG" : "DNA";
-    const Division division =
-        seq_type == 'C' ? settings_.division.value_or(Division::positions) : Division::genes;
+    const Division division = seq_type == 'C' ? settings_.division.value_or(Division::positions) : Division::genes;
     const Partitions& parts = all_.partitions(joined);
     write_whole(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, division); });
     write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, division); });
@@ -170,11 +168,11 @@ void Batch::say_summary(Voice& voice) const {
   const Counts& c = all.counts;
   const long long cells = c.cells();
   const long long columns = chosen_.empty() ? 0 : cells / std::ssize(chosen_);
-  voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " + number_of(std::ssize(chosen_), "species") +
-                ", " + number_of(columns, "column") + ": " + share_of(c.letters, cells) + " letters, " +
-                share_of(c.unknown, cells) + " unknown, " + share_of(c.gaps, cells) + " gaps (" + share_of(c.end_gaps, cells) +
-                " at the ends), " + share_of(c.absent, cells) + " absent; gene occupancy " +
-                share_of(all.present, all.pairs));
+  voice.account("  " + number_of(std::ssize(all.genes), "alignment") + ", " +
+                number_of(std::ssize(chosen_), "species") + ", " + number_of(columns, "column") + ": " +
+                share_of(c.letters, cells) + " letters, " + share_of(c.unknown, cells) + " unknown, " +
+                share_of(c.gaps, cells) + " gaps (" + share_of(c.end_gaps, cells) + " at the ends), " +
+                share_of(c.absent, cells) + " absent; gene occupancy " + share_of(all.present, all.pairs));
   voice.account("  fewest letters, species: " + emptiest(all.species));
   voice.account("  fewest letters, alignments: " + emptiest(all.genes));
 }
@@ -182,8 +180,8 @@ void Batch::say_summary(Voice& voice) const {
 void Batch::finish(Voice& voice) {
   const std::vector<std::string> in_vain = filters_.listed_in_vain(listed_);
   if (!in_vain.empty()) {
-    voice.note(settings_.species, filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"),
-                                                                        listed_names(in_vain)}));
+    voice.note(settings_.species,
+               filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"), listed_names(in_vain)}));
   }
   if (!left_out_) return;
   left_out_->commit();

@@ -307,9 +307,9 @@ std::vector<std::string> notes_on_selection(const Alignment& ali, const Selectio
   const char unknown = unknown_of(run);
   for (int i = 1; i <= ali.numseq; ++i) {
     const Row row = ali.let[i];
-    const bool nothing = std::all_of(
-        found.blocks.newpos.begin(), found.blocks.newpos.end(),
-        [&](const Stretch& block) { return empty(row.from(block.first), block.length(), unknown); });
+    const bool nothing = std::all_of(found.blocks.newpos.begin(), found.blocks.newpos.end(), [&](const Stretch& block) {
+      return empty(row.from(block.first), block.length(), unknown);
+    });
     if (nothing) book.note(words_of_run::empty_row, {std::to_string(i), name_at(ali, i)});
   }
   return notes;

@@ -63,9 +63,10 @@ std::vector<std::string> notes_on_identity(const Species& species, const Identit
     const std::string rules = proposed(better);
     note(words_of_run::few_meet, {std::to_string(met.meeting), std::to_string(met.species), listed_names(single),
                                   rules.empty() ? "" : "; " + rules});
-  } else if (!single.empty() && species.genes() > 2 && met.meeting * 100LL >= nearly_all * static_cast<long long>(met.species)) {
-    note(words_of_run::single_names, {std::to_string(single.size()), single.size() == 1 ? "species is" : "species are",
-                                      listed_names(single)});
+  } else if (!single.empty() && species.genes() > 2 &&
+             met.meeting * 100LL >= nearly_all * static_cast<long long>(met.species)) {
+    note(words_of_run::single_names,
+         {std::to_string(single.size()), single.size() == 1 ? "species is" : "species are", listed_names(single)});
   }
 
   std::vector<std::string> signs, spellings, merged;
@@ -78,13 +79,13 @@ std::vector<std::string> notes_on_identity(const Species& species, const Identit
   if (!signs.empty()) note(words_of_run::same_but_signs, {listed_names(signs)});
   if (!spellings.empty()) note(words_of_run::misspelt, {listed_names(spellings)});
   for (const Identity::Merged& each : identity.merged()) {
-    merged.push_back(each.first + " in " + each.first_path + " and " + each.second + " in " + each.second_path + " are " +
-                     each.key);
+    merged.push_back(each.first + " in " + each.first_path + " and " + each.second + " in " + each.second_path +
+                     " are " + each.key);
   }
   if (!merged.empty()) {
     const std::string rule = options_for(settings.keys());
-    note(words_of_run::merged, {rule.empty() ? "only the first word of a name counts" : "with " + rule,
-                                listed_names(merged)});
+    note(words_of_run::merged,
+         {rule.empty() ? "only the first word of a name counts" : "with " + rule, listed_names(merged)});
   }
   return notes;
 }

@@ -538,10 +538,13 @@ void check(const CommandLine& line) {
   if (s.min_genes && s.match != Match::name) refuse("--min-genes goes with --match=name");
   if (!s.codon_names.empty() && s.codons.empty()) refuse("--codon-names goes with --codons");
   if (s.code && s.codons.empty() && s.kind != trimora::Kind::codons) refuse("--code goes with --codons or -t=C");
-  if (!s.codons.empty() && s.kind && s.kind != trimora::Kind::protein) refuse("--codons goes with proteins, not with " + line.given.at("-t"));
+  if (!s.codons.empty() && s.kind && s.kind != trimora::Kind::protein)
+    refuse("--codons goes with proteins, not with " + line.given.at("-t"));
   if (s.join) {
-    for (const char* option : {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns", "--codons"}) {
-      const bool on = line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
+    for (const char* option :
+         {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns", "--codons"}) {
+      const bool on =
+          line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
       if (on) refuse(line.given.at(option) + " does not go with --join, which selects nothing");
     }
   }

@@ -45,7 +45,7 @@ struct Option {
   std::string_view brief;  // for the help and all documents
   ValueRange range = {};
   std::string_view more = {};  // for the documents alone; `code` and [links](files.md) are marked as in Markdown
-  bool optional = false;  // the value may be left out
+  bool optional = false;       // the value may be left out
 
   bool of_trimora() const { return !name.starts_with("--"); }
   bool takes_value() const { return !values.empty(); }

@@ -402,8 +402,9 @@ std::string joined_path(const Plan& plan, const Settings& settings, Joined joine
 
 Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
-  if (plan.batch) choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped,
-                                    settings.all_blocks && !settings.codons.empty()};
+  if (plan.batch)
+    choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped,
+                     settings.all_blocks && !settings.codons.empty()};
   choice.by_name = settings.match == Match::name;
   return choice;
 }

@@ -74,7 +74,12 @@ class ResultsTable {
 class Run {
  public:
   Run(const Settings& settings, const Plan& plan, Voice& voice)
-      : settings_(settings), plan_(plan), voice_(voice), filters_(settings, plan), coding_(settings), table_(settings),
+      : settings_(settings),
+        plan_(plan),
+        voice_(voice),
+        filters_(settings, plan),
+        coding_(settings),
+        table_(settings),
         batch_(settings, plan, filters_) {}
 
   void take(const Job& job) {

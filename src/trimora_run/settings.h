@@ -58,22 +58,22 @@ struct Settings : Parameters {
   std::string name_end;       // --name-end: characters that end it; none: blanks
   KeyRule name_parts;         // --name-parts: the fields that it is
   // What is left out.
-  std::string species;                    // --species: the file of those that stay; none: all
-  std::optional<int> min_filled;          // --min-filled: per cent of an alignment's median of letters
-  std::optional<Sequences> min_species;   // --min-species: of an alignment
-  int min_columns = 0;                    // --min-columns: selected
-  std::optional<Sequences> min_genes;     // --min-genes: alignments of a species
-  std::string codons;                     // --codons: the coding sequences of the alignments; none: not looked for
-  std::string codon_names;                // --codon-names: the names of proteins and those of their coding sequences
-  std::optional<int> code;                // --code: the genetic code; none: 1
-  bool join = false;                      // --join: put together only; nothing is selected
-  std::string occupancy;                  // --occupancy: letters of each species in each alignment; none: not written
+  std::string species;                   // --species: the file of those that stay; none: all
+  std::optional<int> min_filled;         // --min-filled: per cent of an alignment's median of letters
+  std::optional<Sequences> min_species;  // --min-species: of an alignment
+  int min_columns = 0;                   // --min-columns: selected
+  std::optional<Sequences> min_genes;    // --min-genes: alignments of a species
+  std::string codons;                    // --codons: the coding sequences of the alignments; none: not looked for
+  std::string codon_names;               // --codon-names: the names of proteins and those of their coding sequences
+  std::optional<int> code;               // --code: the genetic code; none: 1
+  bool join = false;                     // --join: put together only; nothing is selected
+  std::string occupancy;                 // --occupancy: letters of each species in each alignment; none: not written
 
-  bool partitions = false;    // --partitions: which columns of a concatenation are of which alignment
+  bool partitions = false;           // --partitions: which columns of a concatenation are of which alignment
   std::optional<Division> division;  // how they divide an alignment; none: by codon positions with -t=C
-  std::string model;          // --model: in the partitions; none: by the type of sequence
-  std::string name;           // --name: of the concatenations; none: by the input
-  bool keep_going = false;    // --keep-going: go on after an alignment that fails
+  std::string model;                 // --model: in the partitions; none: by the type of sequence
+  std::string name;                  // --name: of the concatenations; none: by the input
+  bool keep_going = false;           // --keep-going: go on after an alignment that fails
 
   // The run.
   std::string table;    // --table: a line for each alignment; "-": on standard output; none: not written
@@ -87,9 +87,7 @@ struct Settings : Parameters {
     if (name_parts.style != KeyRule::Style::word) return name_parts;
     return {.begin = name_begin, .end = name_end};
   }
-  bool filters() const {
-    return !species.empty() || min_filled || min_species || min_columns > 0 || min_genes;
-  }
+  bool filters() const { return !species.empty() || min_filled || min_species || min_columns > 0 || min_genes; }
   bool concatenates() const { return all_blocks || all_input || all_ungapped; }
 };
 

@@ -127,7 +127,8 @@ void write_results(const Settings& settings, Outcome& outcome) {
     InputState as_codons = run;
     as_codons.seq_type = 'C';
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, 'C'));
-    write_forms(codons_path(run), sheet, settings.forms, as_codons, names_path, outcome.decided, outcome.written, unique);
+    write_forms(codons_path(run), sheet, settings.forms, as_codons, names_path, outcome.decided, outcome.written,
+                unique);
   }
   if (settings.columns) {
     whole(columns_file(run), [&](OutputFile& out) { write_columns(out, outcome.ali, outcome.found, run); });
@@ -162,7 +163,8 @@ Reading read_chosen(Outcome& outcome, const Job& job, const Settings& settings, 
   outcome.run.seq_type = seq_type;
   outcome.row.sequences = reading.numseq();
   outcome.row.columns = reading.nupo;
-  if (settings.filters() || settings.match == Match::name || !settings.codons.empty()) outcome.chosen = filters.choose(reading, seq_type);
+  if (settings.filters() || settings.match == Match::name || !settings.codons.empty())
+    outcome.chosen = filters.choose(reading, seq_type);
   outcome.row.species = reading.numseq();
   return reading;
 }
@@ -243,9 +245,8 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   }
   run.numseq = ali.numseq;
   if (joined && before.type_known && outcome.type_known && before.first.seq_type != run.seq_type) {
-    throw Failure{
-        .kind = Failure::Kind::contrary_type,
-        .detail = filled(words_of_run::other_type, {name_of(run.seq_type), name_of(before.first.seq_type)})};
+    throw Failure{.kind = Failure::Kind::contrary_type,
+                  .detail = filled(words_of_run::other_type, {name_of(run.seq_type), name_of(before.first.seq_type)})};
   }
   if (joined && settings.match == Match::name) check_keys(outcome.chosen.names, outcome.chosen.keys);
   if (joined) outcome.why_not_joined = why_not_joined(ali, settings, before);
@@ -322,8 +323,8 @@ void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms
                     " changed to fit the form, listed in " + names_path);
 }
 
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters,
-             const Coding& coding, const Before& before) {
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Coding& coding,
+             const Before& before) {
   Outcome outcome;
   outcome.row.alignment = job.path;
   try {

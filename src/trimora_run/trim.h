@@ -35,9 +35,9 @@ struct Outcome {
   std::string why_not_joined;        // it was trimmed, and does not go together with the first one
   std::vector<std::string> written;  // its files
 
-  Chosen chosen;                  // the sequences that stay
+  Chosen chosen;                    // the sequences that stay
   std::optional<LeftOut> left_out;  // the alignment as a whole
-  Table<RowCounts> counts;        // of the positions that are put together
+  Table<RowCounts> counts;          // of the positions that are put together
   bool type_known = true;
 
   OutputState run;  // the parameters in force
@@ -47,8 +47,8 @@ struct Outcome {
 };
 
 /// Read, select and write `job`, alone or as one of a batch.
-Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters,
-             const Coding& coding, const Before& before);
+Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Coding& coding,
+             const Before& before);
 
 /// What is written for each letter, as --unknown says.
 LetterMap letters_written(const Settings& settings, char seq_type);

@@ -21,9 +21,9 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 /// Ensembl, {n} a number new in each name, {g} the number of the gene, {v} one of the species.
 std::vector<Names> genes_of(const std::string& pattern) {
   const char* const species[][3] = {
-      {"Homo_sapiens", "HUMAN", "ENSP"},         {"Pan_troglodytes", "PANTR", "ENSPTRP"},
-      {"Macaca_mulatta", "MACMU", "ENSMMUP"},    {"Macaca_fascicularis", "MACFA", "ENSMFAP"},
-      {"Mus_musculus", "MOUSE", "ENSMUSP"},      {"Gallus_gallus", "CHICK", "ENSGALP"},
+      {"Homo_sapiens", "HUMAN", "ENSP"},      {"Pan_troglodytes", "PANTR", "ENSPTRP"},
+      {"Macaca_mulatta", "MACMU", "ENSMMUP"}, {"Macaca_fascicularis", "MACFA", "ENSMFAP"},
+      {"Mus_musculus", "MOUSE", "ENSMUSP"},   {"Gallus_gallus", "CHICK", "ENSGALP"},
   };
   std::vector<Names> genes(5);
   int number = 10234;
@@ -52,12 +52,13 @@ TEST(NameKeys, ProposedForTenStylesOfNames) {
       {"AB{n}.1 {b} cytochrome {g}, partial cds", "--name-parts=2-3=Homo_sapiens"},
       {"XM_0{n}.1 {b} cytochrome {g}, mRNA", "--name-parts=3-4=Homo_sapiens"},
       {"XP_0{n}.1 cytochrome {g} [{b}]", "--name-parts=brackets=Homo_sapiens"},
-      {"sp|P{n}|HB{g}_{c} Hemoglobin OS={b} OX=96{v} GN=HB{g} PE=1", "--name-parts=OS=Homo_sapiens --name-begin='_'=HUMAN"},
+      {"sp|P{n}|HB{g}_{c} Hemoglobin OS={b} OX=96{v} GN=HB{g} PE=1",
+       "--name-parts=OS=Homo_sapiens --name-begin='_'=HUMAN"},
       {"{e}000000{n}.1", "--name-parts=letters=ENSP"},
       {"GB{n}-10|{b}|COI-{g}P|GU{n}", "--name-begin='|' --name-end='|'=Homo_sapiens"},
       {"{s}_V10{v}_gene{g}", "--name-parts=1-3=Homo_sapiens_V101"},  // a voucher is never cut off
       {"S0{v}_gene{g}", "--name-end='_'=S01"},
-      {"AB{n}.1", ""},                    // names that tell no species
+      {"AB{n}.1", ""},  // names that tell no species
       {"TRINITY_DN{n}_c0_g1_i1", ""},
   };
   for (const auto& [pattern, expected] : cases) {
@@ -71,12 +72,14 @@ TEST(NameKeys, ProposedForTenStylesOfNames) {
 
 TEST(NameKeys, NeverCutAnEpithetOff) {
   // Each gene has one species of Macaca, so that Macaca alone would be unique in each.
-  const std::vector<Names> genes = {{"Macaca_mulatta_1", "Homo_sapiens_1"}, {"Macaca_fascicularis_2", "Homo_sapiens_2"},
+  const std::vector<Names> genes = {{"Macaca_mulatta_1", "Homo_sapiens_1"},
+                                    {"Macaca_fascicularis_2", "Homo_sapiens_2"},
                                     {"Macaca_mulatta_3", "Homo_sapiens_3"}};
   for (const Proposal& each : proposals(genes)) {
     for (const Names& gene : genes) EXPECT_NE(key_of(gene[0], each.rule), "Macaca") << options_for(each.rule);
   }
-  EXPECT_EQ(proposals({{"Macaca_mulatta|1", "Homo_erectus|1"}, {"Macaca_fascicularis|2", "Homo_sapiens|2"}}).size(), 0U);
+  EXPECT_EQ(proposals({{"Macaca_mulatta|1", "Homo_erectus|1"}, {"Macaca_fascicularis|2", "Homo_sapiens|2"}}).size(),
+            0U);
 }
 
 Table<std::string> table(const Names& names) {

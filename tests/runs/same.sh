@@ -24,7 +24,7 @@ same() {
   done < <(cd "$run/expected" && find . -type f ! -name stdout)
 }
 program=("$@")
-for run in batch_fixed_parameters batch_nothing_selected batch_own_parameters drawing globins_{defaults,text} nothing_selected \
+for run in batch_fixed_parameters batch_own_parameters drawing globins_{defaults,text} nothing_selected \
   protein_every_file ruler_from_sixty; do same $run P; done
 for run in primates_{all_gaps,short}; do same $run D; done
 same batch_concatenated P --match=order

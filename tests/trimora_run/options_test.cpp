@@ -208,7 +208,9 @@ TEST(CommandLine, OptionsAreWhatTheyTellOfThemselves) {
   for (const Option& option : all_options()) {
     const std::string name(option.name);
     for (const auto& words : choices(option)) {
-      for (const std::string& word : words) EXPECT_EQ(outcome({"x", name + '=' + word}).find('!'), std::string::npos);
+      for (const std::string& word : words) {
+        EXPECT_EQ(outcome({"x", name + '=' + word, "-t=C", "-a=y"}).find('!'), std::string::npos) << name << word;
+      }
     }
     if (option.standard.empty()) continue;
     const std::string found = outcome({"x", name + '=' + std::string(option.standard)});
@@ -218,7 +220,7 @@ TEST(CommandLine, OptionsAreWhatTheyTellOfThemselves) {
       EXPECT_EQ(found, "") << name;
     }
   }
-  EXPECT_EQ(described, "-t -b1 -b2 -b0 --model ");
+  EXPECT_EQ(described, "-t -b1 -b2 -b0 --code --model ");
 }
 
 TEST(CommandLine, HelpHasEachOptionWithinEightyColumns) {
@@ -226,7 +228,11 @@ TEST(CommandLine, HelpHasEachOptionWithinEightyColumns) {
   std::istringstream lines(all);
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80U) << line;
   for (const Option& option : all_options()) {
-    EXPECT_NE(all.find("\n  " + std::string(option.name) + (option.takes_value() ? "=" : " ")), std::string::npos);
+    EXPECT_NE(all.find("\n  " + std::string(option.name) +
+                       (option.optional        ? "[="
+                        : option.takes_value() ? "="
+                                               : " ")),
+              std::string::npos);
   }
 }
 

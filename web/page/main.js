@@ -59,8 +59,9 @@ async function select() {
     status = made.status;
     const lines = linesOf(made.stderr), [row] = made.rows;
     if (isBatch(state)) {
-      const rows = state.table.map((one) => (one.alignment === shown ? row ?? one : one));
-      update({ table: rows.length > 0 ? rows : made.rows, columns: made.columns, failure: "", kind: kindOf(made.stdout) });
+      const before = state.table.find(({ alignment }) => alignment === shown), changed = JSON.stringify(before) !== JSON.stringify(row);
+      const rows = state.table.map((one) => (one === before ? row ?? one : one));
+      update({ table: rows.length === 0 ? made.rows : changed ? rows : state.table, columns: made.columns, failure: "", kind: kindOf(made.stdout) });
     } else {
       const failed = row?.status !== "ok";
       update({

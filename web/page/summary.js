@@ -70,7 +70,6 @@ export function connect() {
     const lines = wanted.slice(0, rows).map((row) => {
       const button = make("button", { type: "button" }, row.alignment);
       button.dataset.key = row.alignment;
-      button.setAttribute("aria-pressed", String(row.alignment === shownRow(state)?.alignment));
       button.addEventListener("click", () => row.alignment !== state.shown && update({ ...unread, shown: row.alignment }));
       const failed = row.status === "ok" ? "" : `${row.status}: ${row.message}`;
       const cells = failed ? [make("td", { colSpan: columns.length - 1, className: "wrong" }, failed)]
@@ -79,8 +78,15 @@ export function connect() {
     });
     if (wanted.length > rows) lines.push(make("tr", {}, make("td", {}, `and ${number(wanted.length - rows)} more`)));
     refill(element("batchTable", HTMLTableElement), make("thead", {}, head), make("tbody", {}, ...lines));
+    press();
   };
-  showWhen((now) => [now.table, now.shown], drawTable);
+  const press = () => {
+    for (const button of document.querySelectorAll("#batchTable tbody button")) {
+      button.setAttribute("aria-pressed", String(button.getAttribute("data-key") === shownRow(state)?.alignment));
+    }
+  };
+  showWhen((now) => [now.table], drawTable);
+  showWhen((now) => [now.shown], press);
   const filter = element("filter", HTMLInputElement);
   filter.addEventListener("input", () => {
     sorting.filter = filter.value;
