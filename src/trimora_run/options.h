@@ -13,7 +13,7 @@
 
 namespace trimora::rooms {
 
-/// The values that an option may have: both ends of the numbers, or what else they are.
+/// The values that an option may have: the two ends of a range of numbers, or words for anything else.
 struct ValueRange {
   int least = 0, most = 0;
   std::string_view words = {};
@@ -71,7 +71,7 @@ struct WrongUsage {
   std::string why;
 };
 
-/// Read the command line; argv[0] is the program's name. Options and files stand in any order, and the options are judged
+/// Read the command line; argv[0] is the program's name. Options and files come in any order, and the options are judged
 /// together. What only the alignment can tell, as the ranges of b1 and b2, is left to the run.
 /// Fails     with WrongUsage, and nothing else.
 Settings parse_command_line(int argc, char* argv[]);
