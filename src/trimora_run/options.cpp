@@ -102,8 +102,8 @@ std::string unknown_option(const std::string& word, std::string_view name) {
     return lowered(text.substr(std::min(text.find_first_not_of('-'), text.size())));
   };
   const auto steps = [&](const Option& o) { return distance(bare(name), bare(o.name)); };
-  const std::span<const Option> options = all_options();
-  const auto nearest = std::min_element(options.begin(), options.end(),
+  const std::span<const Option> all = all_options();
+  const auto nearest = std::min_element(all.begin(), all.end(),
                                         [&](const Option& a, const Option& b) { return steps(a) < steps(b); });
   std::string text = word + " is not an option";
   if (steps(*nearest) == 0 || 2 * steps(*nearest) < bare(nearest->name).size()) {
