@@ -347,6 +347,30 @@ TEST_F(Messages, OfRealFiles) {
   }
 }
 
+// Whatever file of a run is called as an input, or leads to one: nothing is run, and the input stays as it was.
+TEST_F(Messages, NoInputIsReplaced) {
+  const std::string letters = ">a\nACDEF\n>b\nACDEF\n";
+  for (const char* result : {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS",
+                             "a.fas-trComp.fasta", "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta",
+                             "list.seq.phy", "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "table"}) {
+    write("a.fas", letters);
+    for (const bool linked : {false, true}) {
+      write(linked ? "b.fas" : result, letters);
+      if (linked) fs::create_symlink("b.fas", result);
+      write("list", std::string("a.fas\n") + (linked ? "b.fas" : result) + "\n");
+      const Said said = run(
+          "list -t=P -b4=2 --format=fasta,phylip -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table");
+      EXPECT_EQ(said.status, 1) << result;
+      EXPECT_NE(said.notes.find(std::string("the result ") + result + " would replace the input "), std::string::npos)
+          << said.notes;
+      EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), linked ? 4 : 3) << result;
+      EXPECT_EQ(text_of(result), letters);
+      fs::remove(result);
+    }
+    fs::remove("b.fas");
+  }
+}
+
 // The sources have no words that are not documented: those of notes and refusals, of failures, and of what was mended.
 TEST_F(Messages, OfTheSources) {
   const std::vector<std::string> messages = documented();
