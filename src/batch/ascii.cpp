@@ -37,7 +37,7 @@ W letters_for(std::uint32_t code) {
   for (const Script& script : scripts) {
     if (code >= script.first && code < script.first + script.letters.size()) return script.letters[code - script.first];
   }
-  return "_";
+  return "?";
 }
 
 }  // namespace

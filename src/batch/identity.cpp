@@ -4,7 +4,6 @@
 #include <string_view>
 #include <utility>
 
-#include "batch/ascii.h"
 #include "input/letters.h"
 #include "output/forms.h"
 

@@ -75,7 +75,9 @@ std::string words(const Failure& failure) {
     case Kind::undecided_type: return filled("its letters do not tell whether it is protein or DNA{}", {detail});
     case Kind::unfit_name: return filled("the name of {} {}", {sequence, detail});
     case Kind::same_name: return filled("two sequences are called {}{}", {failure.name, detail});
-    case Kind::other_sequences: return filled("has {} sequences, the first alignment has {}", {length, expected});
+    case Kind::other_sequences:
+      if (!detail.empty()) return detail;
+      return filled("has {} sequences, the first alignment has {}", {length, expected});
     case Kind::contrary_type:
     case Kind::bad_argument:
     case Kind::would_overwrite: return detail;

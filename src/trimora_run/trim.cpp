@@ -229,7 +229,7 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   if (coding.wanted()) {
     if (outcome.run.seq_type != 'P') {
       throw Failure{.kind = Failure::Kind::contrary_type,
-                    .detail = name_of(outcome.run.seq_type) + std::string(": --codons goes with proteins")};
+                    .detail = filled(words_of_run::no_protein, {name_of(outcome.run.seq_type)})};
     }
     codons = coding.codons_of(job, reading, outcome.chosen);
     outcome.decided.insert(outcome.decided.end(), codons.decided.begin(), codons.decided.end());

@@ -8,6 +8,7 @@
 
 #include "batch/identity.h"
 #include "batch/species.h"
+#include "output/forms.h"
 
 namespace trimora::rooms {
 namespace {
@@ -84,7 +85,7 @@ TEST(NameKeys, NeverCutAnEpithetOff) {
 
 Table<std::string> table(const Names& names) {
   Table<std::string> name;
-  for (const std::string& each : names) name.append(each + "\n");
+  for (const std::string& each : names) name.append(each);
   return name;
 }
 
@@ -105,11 +106,11 @@ TEST(Identity, NamesThatLookAlike) {
       {"both_in_one_gene", {"Macaca_mulata", "Macaca_mulatta"}, ""},
   };
   for (const auto& [what, third, expected] : cases) {
-    Species species(KeyRule{});
+    Species species;
     for (const Names& gene : {usual, usual, third, usual}) species.add(table(gene));
     std::string found;
     for (const Lookalikes& pair : lookalikes(species)) {
-      const auto name = [&](int s) { return species.name()[s].substr(0, species.name()[s].size() - 1); };
+      const auto name = [&](int s) { return std::string(plain_name(species.name()[s])); };
       found += name(pair.first) + (pair.how == Lookalikes::How::signs ? "=" : "~") + name(pair.second) + " ";
     }
     EXPECT_EQ(found, expected) << what;

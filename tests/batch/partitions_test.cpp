@@ -15,6 +15,8 @@ TEST(Partitions, NamesFromFileNames) {
       {".hidden", "hidden"},
       {"a - b.fas", "a_b"},
       {"\xc3\xbc", "ue"},
+      {"\xc3\xa9t\xc3\xa9.fas", "ete"},
+      {"\xe5\x90\x8d", "p_"},
       {"end.fas", "end_2"},
       {"All", "All_2"},
       {"locus_0003_2", "locus_0003_2_2"},
@@ -46,6 +48,9 @@ TEST(Partitions, RangesOfWholeGenesAndOfCodonPositions) {
   EXPECT_EQ(raxml(all, "DNA", Division::positions),
             "DNA, one_pos1 = 1-6\\3\nDNA, one_pos2 = 2-6\\3\nDNA, one_pos3 = 3-6\\3\n"
             "DNA, two_pos1 = 11\nDNA, two_pos2 = 7, 9-13\\3\nDNA, two_pos3 = 8, 10-13\\3\n");
+  EXPECT_EQ(raxml(all, "DNA", Division::third),
+            "DNA, one_pos12 = 1-6\\3, 2-6\\3\nDNA, one_pos3 = 3-6\\3\n"
+            "DNA, two_pos12 = 11, 7, 9-13\\3\nDNA, two_pos3 = 8, 10-13\\3\n");
   EXPECT_NE(nexus(all, Division::positions).find("charset two_pos2 = 7 9-13\\3;"), std::string::npos);
   EXPECT_EQ(raxml(Partitions(), "DNA", Division::genes), "");
   EXPECT_EQ(nexus(Partitions(), Division::genes), "#NEXUS\nbegin sets;\nend;\n");

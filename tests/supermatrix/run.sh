@@ -7,3 +7,5 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cd "$scratch"
 python3 "$here/check.py" "$1" "${2:-200}"
+python3 "$here/batches.py" "$1" 1 "${2:-200}"
+python3 "$here/codons.py" "$1" "${2:-200}"

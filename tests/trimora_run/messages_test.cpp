@@ -63,15 +63,6 @@ TEST_F(Messages, OfRealFiles) {
     {"two.fas",    ">a\nACDEF\n>b\nACDEF\n"},
     {"ab",         "a.fas\nb.fas\n"},
     {"twice",      "a.fas\n\na.fas\n"},
-    {"a.fas.gz",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
-    {"m1",         ">a\nACDEF\n>b\nACDEF\n"},
-    {"m2",         ">c\nACDEF\n>d\nACDEF\n"},
-    {"g1",         ">Mus|g1\nACDEF\n>Homo|g1\nACDEF\n"},
-    {"g2",         ">Mus|g2\nACDEF\n>Homo|g2\nACDEF\n"},
-    {"f1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n>Homo-sapiens\nACDEF\n>Bos taurus\nACDEF\n"},
-    {"f2",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculos\nACDEF\n>Homo_sapiens\nACDEF\n>Bos indicus\nACDEF\n"},
-    {"s1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n>Zea\nACDEF\n"},
-    {"species",    "a\nPan\n"},
     {"bare",       ""},
     {"blank",      " \n\n"},
     {"text",       "about this\n"},
@@ -127,6 +118,24 @@ TEST_F(Messages, OfRealFiles) {
     {"half.txt",   "\xff\xfe>\0a"s},
     {"sub/a.fas",  ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
     {"list/text",  "about this\n"},
+    {"m1.fas",     ">Aus_bus|1\nACDEF\n>Cus_dus|1\nACDEF\n>Eus_fus|1\nACDEF\n>Gus_hus|1\nACDEF\n"},
+    {"m2.fas",     ">Aus_bus|2\nACDEF\n>Cus_dus|2\nACDEF\n>Eus_fus|2\nACDEF\n>Gus_hus|2\nACDEF\n"},
+    {"q.fas",      ">q\nACDEF\n>r\nACDEF\n>s\nACDEF\n>t\nACDEF\n"},
+    {"few4.fas",   ">a\nACDEF\n>x\nACDEF\n>y\nACDEF\n>z\nACDEF\n"},
+    {"five.fas",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n>e\nACDEF\n"},
+    {"big.fas",    ">A\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"l1.fas",     ">Macaca_mulatta\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"l2.fas",     ">Macaca_mulatta\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"l3.fas",     ">Macaca_mulata\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"h1.fas",     ">Homo sapiens\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"h2.fas",     ">Homo erectus\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"R.fas",      ">_R_a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"list/names", "a\nb\nzz\n"},
+    {"c1",         ">a\nGCTTGTGATGAATTT\n"},
+    {"c2",         ">a\nGCTTGTGATGAATTT\n>b\nGCTTGTGATGAAAAA\n"},
+    {"c3",         ">a\nTAATGTGATGAATTTTA\n>b\nAGCTTGTGATGAATTT\n>c\nGCTTGTGATGAATTTTAA\n>e\nGCT\n"},
+    {"sub/two/a.fas", ">a\nGCT\n"},
+    {"sub/two/a.txt", ">a\nGCT\n"},
   };
   const struct { const char* arguments; int status; const char* said; /* on standard error, without the program */ } cases[] = {
     // what was named
@@ -175,25 +184,38 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas c.fas -t=P -s=n -p=n -b4=2 -a=y", 1, "c.fas: sequence 2 is x, but b in a.fas: nothing was concatenated: --match="},
     {"a.fas two.fas -t=P -s=n -p=n -b4=2 -a=y -b2=90%", 1, "two.fas: has 2 sequences, a.fas has 4: nothing was concatenated: --match=name puts them together by name, with ? where a species is missing\n"},
     {"a.fas two.fas -t=P -s=n -p=n -b4=2 -a=y -b2=4 --keep-going --match=order", 1, "two.fas: b2 is 4, and has to be from 2 to 2 of the 2 sequences"},
-    {"dna.fas few.fas -p=n -s=n -c=y -b4=2", 0, "supermatrix: 2 alignments with fewer than four species, which tell no tree program anything: dna.fas, few.fas\n"},
+    {"dna.fas few.fas -p=n -s=n -c=y -b4=2", 0, "supermatrix: 2 alignments with fewer than four species, which tell no tree program anything: dna.fas, few.fas"},
+    {"h1.fas h2.fas -t=P -s=n -p=n -b4=2 -a=y", 1, "h2.fas: sequence 1 is Homo erectus, but Homo sapiens in h1.fas: nothing"},
+    {"h1.fas h2.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: only the first word of a name counts, so that names which seem to be different species count as one: Homo sapiens in h1.fas and Homo erectus in h2.fas are Homo\n"},
+    {"m1.fas m2.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 8 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Aus_bus|1 as Aus_bus\n"},
+    {"m1.fas m2.fas -t=P -s=n -p=n -b4=2 -a=y --match=name --name-end=|", 0, ""},
+    {"a.fas q.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 8 species are in one of the 2 alignments each, so that no name"},
+    {"a.fas few4.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: only 1 of the 7 species are in two alignments or more. In one only: b, c, d, x, y, z. Do"},
+    {"a.fas b.fas five.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: 1 species is in one alignment only, nearly all others in several: e\n"},
+    {"a.fas big.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: these names differ only in capitals or signs, and count as different species: a (1 alignment) and A (1 alignment)\n"},
+    {"l1.fas l2.fas l3.fas -t=P -s=n -p=n -b4=2 -a=y --match=name", 0, "supermatrix: these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: Macaca_mulata (1 alignment) and Macaca_mulatta (2 alignments). Misspelt?"},
+    {"a.fas b.fas -t=P -s=n -p=n -b4=2 -a=y --match=name --min-genes=3", 1, "supermatrix: nothing was concatenated: --min-genes leaves no species"},
+    {"a.fas -t=P -s=n -p=n -b4=2 --species=list/names", 0, "list/names: 1 name in no alignment: zz"},
+    // coding sequences
+    {"a.fas b.fas -t=P -s=n -p=n --codons=list", 1, "a.fas: has no coding sequences in list: their files"},
+    {"dna.fas -s=n -p=n --codons=c1", 1, "dna.fas: is DNA: --codons goes with proteins"},
+    {"two.fas -t=P -s=n -p=n -b4=2 --codons=c1", 1, "two.fas: has no coding sequence for sequence 2 (b) in c1"},
+    {"two.fas -t=P -s=n -p=n -b4=2 --codons=c1 --match=order", 1, "two.fas: has 2 sequences, but c1 has 1: --match=order"},
+    {"two.fas -t=P -s=n -p=n -b4=2 --codons=c2", 1, "two.fas: sequence 2 (b) in c2: residue 5, F, is not encoded by its codon, AAA, at nucleotide 13. Another"},
+    {"x.fas -t=P -s=n -p=n -b4=2 --codons=c3", 0, "x.fas: stop codons inside 1 of the coding sequences, the first in that of a, are written NNN, since"},
+    {"x.fas -t=P -s=n -p=n -b4=2 --codons=c3", 0, "x.fas: 1 sequence in c3 without a protein: e\n"},
+    {"a.fas b.fas -t=P -s=n -p=n -b4=2 --codons=sub/two", 1, "sub/two: sub/two/a.fas and sub/two/a.txt have the same name up to the first dot"},
     {"dna.fas x.pir -p=n -s=n -a=y", 1, "x.pir: is protein, the first alignment is DNA: -t= says what all of them are"},
     {"same.fas -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "same.fas: two sequences are called a, sequences 1 and 2 (paralogs?), and nothing tells"},
     {"a.fas -t=P -p=n -s=n -b4=2 -a=y --match=name --name-end=a", 1, "a.fas: the name of sequence 1 (a) does not tell its species"},
     {"fit.fas -t=P -p=n --format=phylip", 1, "fit.fas: two sequences are called a_ in PHYLIP, which cannot hold all characters of their names: rename one"},
-    {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
-    {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
-    {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
-    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/single", 0, "1 species is in one alignment only, nearly all others in several: Zea. Misspelt?"},
-    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ only in capitals or signs, and count as different species: "},
-    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: "},
-    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "only the first word of a name counts, so that names which seem to be different species count as one: "},
-    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 1, "species: 1 name in no alignment: Pan"},
-    {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few --min-genes=3", 1, "nothing was concatenated: --min-genes leaves no species"},
     // where results go
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
     {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
-    {"a.fas a.fas.gz -t=P",         1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
+    {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
+    {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
+    {"a.fas -t=P --table=a.fas-tr.fasta", 1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
     {"a.fas sub/a.fas --into=out",  1, "a.fas: a.fas and sub/a.fas would have results of the same name in out: rename"},
     {"a.fas --into=bare",           1, "a.fas: the folder bare could not be made: "},
     {"/dev/null",                   1, "/dev/null: is not a file, so that its results have no place: name a folder for them, --into=FOLDER"},
@@ -241,14 +263,17 @@ TEST_F(Messages, OfRealFiles) {
     {"frame.fas -t=D -s=n -p=n",        "; 2 columns dropped as gaps in every sequence\n"},
     {"list/../a.fas -t=P -s=n -p=n --quiet", ""},
     {"dna.fas few.fas -s=n -p=n -b4=2 -c=y --into=made", "few.fas: 2 sequences, 4 positions, 4 kept (100 %) in 1 block; DNA, as the first alignment\n"},
+    {"R.fas -t=P -s=n -p=n -b4=2",      "; _R_, with which mafft marks sequences that it has turned, taken from 1 name\n"},
+    {"x.fas -t=P -s=n -p=n -b4=2 --codons=c3", "; of the coding sequences, dropped the final stop codon of 1, one or two letters at the end of 1, the first letters of b\n"},
     {"--version", "trimora-run "},
   };
   // clang-format on
-  fs::create_directory("sub");
+  fs::create_directories("sub/two");
   fs::create_directory("list");
   for (const auto& [path, text] : files) write(path, text);
   write("x.pir", ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF*\n");
   fs::create_symlink("loop.fas", "loop.fas");
+  fs::create_hard_link("a.fas", "hard.fas");
   fs::create_symlink("/dev/full", "a.fasfull.fasta");
 
   const std::vector<std::string> messages = documented();
@@ -257,7 +282,7 @@ TEST_F(Messages, OfRealFiles) {
   for (const auto& c : cases) {
     const Said said = run(c.arguments);
     EXPECT_EQ(said.status, c.status) << c.arguments << said.notes;
-    EXPECT_TRUE(*c.said == '\0' ? said.notes.empty() : said.notes.find(c.said) != std::string::npos)
+    EXPECT_TRUE(*c.said == '\0' ? said.notes.empty() : said.notes.find(name + c.said) != std::string::npos)
         << c.arguments << ": " << said.notes;
     if (said.status == 2) continue;  // wrong usage has its own words
     std::istringstream lines(said.notes);
