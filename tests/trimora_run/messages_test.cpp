@@ -221,11 +221,9 @@ TEST_F(Messages, OfRealFiles) {
     {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
     {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
     {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
-    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/single", 0, "1 species is in one alignment only, nearly all others in several: Zea. Misspelt?"},
     {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ only in capitals or signs, and count as different species: "},
-    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: "},
     {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "only the first word of a name counts, so that names which seem to be different species count as one: "},
-    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 1, "species: 1 name in no alignment: Pan"},
+    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 1, "made/species/supermatrix: nothing was concatenated: the filters leave no alignment"},
     {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few --min-genes=3", 1, "nothing was concatenated: --min-genes leaves no species"},
     // where results go
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
