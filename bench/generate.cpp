@@ -145,7 +145,6 @@ void write(const std::vector<std::string>& rows, char type, const std::string& p
     out << "#NEXUS\nbegin data;\ndimensions ntax=" << size << " nchar=" << width
         << ";\nformat datatype=" << (type == 'P' ? "protein" : "dna") << " gap=- interleave;\nmatrix\n";
   }
-  std::string record;
   const auto padded = [](std::size_t i) {
     const std::string name = "sequence_" + std::to_string(i + 1);
     return name + std::string(18 - name.size(), ' ');
@@ -155,7 +154,7 @@ void write(const std::vector<std::string>& rows, char type, const std::string& p
     out << '\n';
   }
   for (std::size_t i = 0; !interleaved && i < rows.size(); ++i) {
-    record = format == "phy" ? padded(i) : pir ? type == 'P' ? ">P1;" : ">DL;" : ">";
+    std::string record = format == "phy" ? padded(i) : pir ? type == 'P' ? ">P1;" : ">DL;" : ">";
     if (format != "phy") record += "sequence_" + std::to_string(i + 1) + end_of_line;
     if (pir) record += "generated\n";
     for (std::size_t p = 0; p < rows[i].size(); p += 60) record.append(rows[i], p, 60) += end_of_line;

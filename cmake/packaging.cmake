@@ -36,6 +36,9 @@ install(FILES ${generated}/trimora.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgcon
 # As in the source, so that the links of README.md lead somewhere.
 install(FILES README.md CONTRIBUTING.md CHANGELOG.md CITATION.cff LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING REGEX "[.]md$|/pictures/[^/]+$")
+foreach(face python r web/engine)
+  install(FILES ${face}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/${face} OPTIONAL)
+endforeach()
 
 if(NOT WIN32)
   set(data ${CMAKE_INSTALL_DATADIR}/${PROJECT_NAME})

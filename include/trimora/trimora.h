@@ -40,19 +40,19 @@ namespace trimora {
 /// "major.minor.patch" of the library that is linked.
 TRIMORA_API const char* version();
 
-/// What went wrong, in words for a person (what()) and as values for a program.
+/// What went wrong: in words for people (what()), as values for programs.
 class TRIMORA_API Error : public std::exception {
  public:
   enum class Kind {
     not_found,          // there is no such file
     not_readable,       // it is there and cannot be read, or not to its end
     not_writable,       // a file cannot be created, or not written to its end
-    changed,            // a file was another one when it was opened again
+    changed,            // a file changed while it was used
     empty,              // a file without anything in it
-    unknown_format,     // neither an alignment nor anything else that is known
-    refused_format,     // known, and not read
+    unknown_format,     // not in any known format
+    refused_format,     // a known format that is not read
     ambiguous_format,   // can be read in two ways that differ
-    damaged,            // a compressed file that is cut off or holds something else as well
+    damaged,            // a compressed file that is cut off or has something else in it
     bad_record,         // a line that its format does not allow there
     unfinished_record,  // a sequence that has no end, or a name that has no sequence
     name_too_long,      // a name line longer than is read
@@ -64,7 +64,7 @@ class TRIMORA_API Error : public std::exception {
     undecided_type,     // the letters do not tell protein and DNA apart
     contrary_type,      // alignments of another type than the ones that they go with
     other_sequences,    // alignments whose sequences do not go together, by number or by name
-    unfit_name,         // a name that cannot be used for what was asked
+    unfit_name,         // a name that cannot be used as requested
     same_name,          // two sequences that must be told apart by their names
     bad_argument,       // a parameter out of its range, or a choice that is none
     would_overwrite,    // a result in the place of an input or of another result
@@ -115,7 +115,7 @@ class TRIMORA_API Alignment {
   /// The type of the sequences: as it was given, or as the file says it, or as the letters tell it; nothing when they do not.
   /// Never codons by itself.
   std::optional<Kind> kind() const;
-  /// The format that it was read from, as people call it ("FASTA", "CLUSTAL"); empty when it was made in memory.
+  /// The format that it was read from, by its usual name ("FASTA", "CLUSTAL"); empty when it was made in memory.
   std::string_view format() const;
 
   struct Data;  // of the library

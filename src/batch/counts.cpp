@@ -25,7 +25,8 @@ Piece count_piece(const char* text, int width, char letter) {
   for (int k = 0; k < width; ++k) {
     const char c = text[k];
     gaps += c == '-' ? 1U : 0U;
-    unknown += ((c | 0x20) == letter) | (c == '?') | (c == '*') | (c == '!') ? 1U : 0U;
+    const bool is_unknown = ((c | 0x20) == letter) | (c == '?') | (c == '*') | (c == '!');
+    unknown += is_unknown ? 1U : 0U;
   }
   return {unknown, gaps};
 }

@@ -180,7 +180,7 @@ std::string_view word_before(std::string_view rest) {
   std::size_t begin = rest.find_last_of(between_words);
   // The number of an accession goes with its letters.
   if (begin != rest.npos && begin >= 2 && rest[begin] == '_' && accession_at(rest.substr(begin - 2))) begin -= 3;
-  return begin + 1 == 0 ? rest : rest.substr(begin + 1);
+  return begin == rest.npos ? rest : rest.substr(begin + 1);
 }
 
 bool splits_accession(std::string_view name, const Span& key) {

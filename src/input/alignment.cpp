@@ -85,7 +85,11 @@ std::vector<Stretch> common(const std::vector<Stretch>& a, const std::vector<Str
   for (auto left = a.begin(), right = b.begin(); left != a.end() && right != b.end();) {
     const Stretch stretch = {std::max(left->first, right->first), std::min(left->last, right->last)};
     if (stretch.length() > 0) both.push_back(stretch);
-    (left->last < right->last ? left : right)++;
+    if (left->last < right->last) {
+      ++left;
+    } else {
+      ++right;
+    }
   }
   return both;
 }

@@ -48,7 +48,7 @@ std::size_t length_with_description(const PirRecord& record) {
   return letters_in(record.description) - (record.description.ends_with('*') ? 1 : 0) + letters_in(record.letters);
 }
 
-/// Give back to the letters what is no description: where the lengths fit only with it, or where every one of them is
+/// Move lines that are not descriptions back to the letters: where only that makes the lengths equal, or where each is
 /// as long as a line of sequence.
 std::vector<Remark> add_descriptions(std::vector<PirRecord>& records) {
   if (records.empty()) return {};

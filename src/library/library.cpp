@@ -1,4 +1,4 @@
-// The library as others call it: the rooms behind the public header.
+// The public header, implemented on the rooms.
 #include <algorithm>
 #include <new>
 #include <stdexcept>
@@ -402,8 +402,8 @@ Alignment codons(const Alignment& proteins, const std::vector<std::string>& name
       if (matched[k] < 0) fail("has no coding sequence");
       try {
         const std::string codons =
-            rooms::backtranslate(proteins.row(k), rooms::nucleotides_of(sequences[static_cast<std::size_t>(matched[k])]),
-                                 *genetic_code)
+            rooms::backtranslate(proteins.row(k),
+                                 rooms::nucleotides_of(sequences[static_cast<std::size_t>(matched[k])]), *genetic_code)
                 .codons;
         letters.insert(letters.end(), codons.begin(), codons.end());
       } catch (const Failure& failure) {

@@ -48,8 +48,12 @@ int OutputFile::close() {
   text_ = nullptr;
   if (std::FILE* file = std::exchange(file_, nullptr); file != nullptr) {
     errno = 0;
-    if ((stays_ ? std::fflush(file) : std::fclose(file)) != 0) failed();  // some file systems tell only now
-    if (stays_) std::clearerr(file);                                      // what failed is told here
+    if (!stays_) {
+      if (std::fclose(file) != 0) failed();  // some file systems tell only now
+    } else {
+      if (std::fflush(file) != 0) failed();
+      std::clearerr(file);  // what failed is told here
+    }
   }
   return error_;
 }

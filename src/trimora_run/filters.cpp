@@ -86,7 +86,7 @@ long long Filters::count_species(const Plan& plan) const {
           all.insert(listed->second.name.empty() ? key : key_of(listed->second.name, one_key));
         }
       }
-    } catch (const Failure&) {  // which is said when it comes to this alignment
+    } catch (const Failure&) {  // reported when the run comes to this alignment
     }
   }
   return static_cast<long long>(all.size());

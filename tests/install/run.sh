@@ -23,6 +23,7 @@ expected=$(printf '%s\n' include/trimora/trimora.h $lib/libtrimora.{a,so{,.${ver
   cd "$source"
   printf "$doc/%s\n" {README,CONTRIBUTING,CHANGELOG}.md CITATION.cff LICENSE docs/*.md
   printf "$data/%s\n" examples/{README.md,*.fas,*.pir,batch/{paths.txt,*.fas},genes/*.fas,library/{CMakeLists.txt,main.cpp}}
+  for face in python r web/engine; do [ ! -e $face/README.md ] || echo $doc/$face/README.md; done
   find docs -path '*/pictures/*' -printf "$doc/%p\n"
   find workflow config -type f ! -path '*/__pycache__/*' -printf "$data/%p\n"
   [ ! -d build/web/package ] || find build/web/package -type f ! -name '*.tgz' -printf "$data/engine/%P\n"
@@ -36,7 +37,8 @@ bin/trimora-run "$file" -p=n >"$scratch/log" && test -s "$file-tr.fasta"
 
 # What starts in a millisecond holds nothing that it does not use.
 foreign() { nm -C "bin/$1" | grep -cE 'std::(__1::)?filesystem::|inflate' || true; }
-[ "$(foreign trimora-run)" -gt 0 ] && same "std::filesystem and zlib in trimora" 0 "$(foreign trimora)"
+[ "$(foreign trimora-run)" -gt 0 ] || { echo "trimora-run has neither std::filesystem nor zlib"; exit 1; }
+same "std::filesystem and zlib in trimora" 0 "$(foreign trimora)"
 
 . $completions/trimora-run
 compopt() { asked=$*; }
