@@ -95,7 +95,11 @@ void Batch::note_identity(Voice& voice) const {
 }
 
 void Batch::write_joined(const InputState& run, Voice& voice) {
-  if (!all_.wanted() || all_.size() == 0) return;
+  if (!all_.wanted()) return;
+  if (all_.size() == 0) {
+    if (alignments_out_ > 0) voice.error(plan_.joined_stem, words_of_run::nothing_left);
+    return;
+  }
   const bool by_name = settings_.match == Match::name;
   if (by_name) {
     const std::string apart = names_never_meet(all_.species(), identity_);
