@@ -103,8 +103,8 @@ std::string unknown_option(const std::string& word, std::string_view name) {
   };
   const auto steps = [&](const Option& o) { return distance(bare(name), bare(o.name)); };
   const std::span<const Option> all = all_options();
-  const auto nearest = std::min_element(all.begin(), all.end(),
-                                        [&](const Option& a, const Option& b) { return steps(a) < steps(b); });
+  const auto nearest =
+      std::min_element(all.begin(), all.end(), [&](const Option& a, const Option& b) { return steps(a) < steps(b); });
   std::string text = word + " is not an option";
   if (steps(*nearest) == 0 || 2 * steps(*nearest) < bare(nearest->name).size()) {
     return text + ": did you mean " + std::string(nearest->name) + "?";
