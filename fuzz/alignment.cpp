@@ -1,6 +1,8 @@
 // Any bytes as an alignment. The last ones choose the parameters; all files are written.
 #include "fuzz.h"
 
+using namespace trimora::rooms;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   FuzzedDataProvider bytes(data, size);
   RunState run;
@@ -18,14 +20,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const std::string text = bytes.ConsumeRemainingBytesAsString();
   if (foreign(text)) return 0;
-  filesafter({{"in", text}}, [&] {
+  files_after({{"in", text}}, [&] {
     run.filename = "in";
     const Alignment ali = *openfile(run);
     run.seq_type = type;
     run.flankval = run.initnegval + b2 % (run.numseq - run.initnegval + 1);
     run.negval = run.initnegval + b1 % (run.flankval - run.initnegval + 1);
     calculate(run, ali);
-    checkrun(ali, run);
+    check_run(ali, run);
   });
   return 0;
 }

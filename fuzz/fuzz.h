@@ -12,7 +12,6 @@
 #include <string>
 #include <vector>
 
-#include "ground/errfunc.h"
 #include "input/filetype.h"
 #include "input/letters.h"
 #include "selection/blocks.h"
@@ -20,7 +19,10 @@
 #include "selection/scores.h"
 #include "selection/similarity_matrix.h"
 #include "trimora/calculate.h"
+#include "trimora/errfunc.h"
 #include "trimora/options.h"
+
+namespace trimora::rooms {
 
 /// `what` should hold; else the fuzzer keeps the input.
 inline void must(bool holds, const std::string& what) {
@@ -33,7 +35,7 @@ inline void must(bool holds, const std::string& what) {
 
 using Files = std::map<std::string, std::string>;  // bytes by path
 
-inline Files filesin(const std::string& folder) {
+inline Files files_in(const std::string& folder) {
   Files files;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
     std::ifstream file(entry.path(), std::ios::binary);
@@ -44,8 +46,8 @@ inline Files filesin(const std::string& folder) {
 }
 
 /// The small alignments and paths files of some golden runs, and one more file.
-inline Files samplesand(const std::string& path, const std::string& bytes) {
-  static const Files samples = filesin(TRIMORA_SAMPLES);
+inline Files samples_and(const std::string& path, const std::string& bytes) {
+  static const Files samples = files_in(TRIMORA_SAMPLES);
   Files files = samples;
   files[path] = bytes;
   return files;
@@ -53,7 +55,7 @@ inline Files samplesand(const std::string& path, const std::string& bytes) {
 
 /// Carry out `step` in a fresh folder that holds `inputs`, which it must not change. Returns the files afterwards.
 template <typename Step>
-Files filesafter(const Files& inputs, Step step) {
+Files files_after(const Files& inputs, Step step) {
   const auto before = std::filesystem::current_path();
   std::string folder = std::filesystem::temp_directory_path() / "trimora-XXXXXX";
   std::filesystem::current_path(mkdtemp(folder.data()));
@@ -62,7 +64,7 @@ Files filesafter(const Files& inputs, Step step) {
     std::ofstream(path, std::ios::binary) << bytes;
   }
   go_through(step);
-  Files files = filesin(".");
+  Files files = files_in(".");
   for (const auto& [path, bytes] : inputs) must(files[path] == bytes, path + " is unchanged");
   std::filesystem::current_path(before);
   std::filesystem::remove_all(folder);
@@ -75,7 +77,7 @@ inline bool foreign(const std::string& text) {
 }
 
 /// Arguments as main() gets them.
-inline std::vector<char*> argvof(std::vector<std::string>& words) {
+inline std::vector<char*> argv_of(std::vector<std::string>& words) {
   std::vector<char*> argv;
   for (std::string& word : words) argv.push_back(word.data());
   return argv;
@@ -83,7 +85,7 @@ inline std::vector<char*> argvof(std::vector<std::string>& words) {
 
 // ---- The selection, said once more: one position after the other, without a tile, a vector or a walk back
 
-inline PositionScores plainscores(const Alignment& ali, const OutputState& run) {
+inline PositionScores plain_scores(const Alignment& ali, const OutputState& run) {
   const bool protein = run.seq_type == 'P';
   const std::string alphabet = protein ? "ACGTDEFHIKLMNPQRSVWY" : "UACGT";
   const int allowed[] = {0, 0, ali.numseq / 2, ali.numseq};  // gaps, by tog_gaps
@@ -123,7 +125,7 @@ std::vector<Stretch> joined(Stretch within, int shortest, Member member, Breaks 
   return found;
 }
 
-inline std::vector<Stretch> plainblocks(const PositionScores& scores, int nupo, const OutputState& run) {
+inline std::vector<Stretch> plain_blocks(const PositionScores& scores, int nupo, const OutputState& run) {
   const auto flank = [&](int p) { return scores.val[p] >= static_cast<float>(run.flankval); };
   const auto inside = [&](int p) { return conserved(scores, p, run); };
   int nonconserved = 0;
@@ -159,27 +161,27 @@ void append(Letters& rows, const Alignment& ali, Keep keep) {
 }
 
 /// The alignment file holds these names and rows, in groups of ten and lines of sixty.
-inline void checkfile(const std::string& path, const Table<std::string>& name, const Letters& rows,
-                      const OutputState& run) {
-  const bool ispir = run.fileformat == pir;
+inline void check_file(const std::string& path, const Table<std::string>& name, const Letters& rows,
+                       const OutputState& run) {
+  const bool is_pir = run.fileformat == pir;
   std::string expected;
   for (int i = 1; i <= name.size(); ++i) {
-    expected += (ispir ? (run.seq_type == 'P' ? ">P1;" : ">DL;") : ">") + name[i] + (ispir ? " \n" : "");
+    expected += (is_pir ? (run.seq_type == 'P' ? ">P1;" : ">DL;") : ">") + name[i] + (is_pir ? " \n" : "");
     int column = 0;
     for (const char letter : rows[static_cast<std::size_t>(i) - 1]) {
       expected += letter;
       if (++column % 10 == 0) expected += column % 60 == 0 ? '\n' : ' ';
     }
-    expected += ispir ? "*\n\n" : "\n";
+    expected += is_pir ? "*\n\n" : "\n";
   }
   std::ifstream file(path, std::ios::binary);
   must(std::string(std::istreambuf_iterator<char>(file), {}) == expected, path + " holds its names and rows");
 }
 
 /// Scores, blocks and alignment files of `ali` after a run. Returns the map of the selected positions.
-inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
+inline Table<char> check_run(const Alignment& ali, const OutputState& run) {
   const PositionScores scores = assignval(ali, run);
-  const PositionScores plain = plainscores(ali, run);
+  const PositionScores plain = plain_scores(ali, run);
   must(scores.val.size() == ali.nupo && scores.val_aa.size() == ali.nupo, "each position has a score");
   for (int p = 1; p <= ali.nupo; ++p) {
     must(scores.val[p] == plain.val[p] && scores.val_aa[p] == plain.val_aa[p], "scores and residues");
@@ -187,7 +189,7 @@ inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
 
   const SelectedBlocks blocks = getpos(scores, ali, run);
   const Table<char> map = makelettrimora(blocks, ali.nupo);
-  const std::vector<Stretch> expected = plainblocks(scores, ali.nupo, run);
+  const std::vector<Stretch> expected = plain_blocks(scores, ali.nupo, run);
   must(blocks.newpos.size() == expected.size(), "the number of blocks");
   int behind = 0, gaps = 0, selected = 0;  // gaps of the first sequence outside the blocks
   for (std::size_t k = 0; k < expected.size(); ++k) {
@@ -204,7 +206,7 @@ inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
   const auto expect = [&](char toggle, const std::string& ending, auto keep) {
     Letters rows;
     append(rows, ali, keep);
-    if (toggle == 1) checkfile(run.fichero1 + ending, ali.name, rows, run);
+    if (toggle == 1) check_file(run.fichero1 + ending, ali.name, rows, run);
   };
   const bool overwritten = run.tog_ungappedfile == 1 && run.exten == "--";
   if (!overwritten) expect(run.tog_seqfile, run.exten, [&](int p) { return map[p] == '#'; });
@@ -212,3 +214,5 @@ inline Table<char> checkrun(const Alignment& ali, const OutputState& run) {
   expect(run.tog_ungappedfile, "--", [&](int p) { return gapless(ali, p); });
   return map;
 }
+
+}  // namespace trimora::rooms

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Build the fuzz targets and run them, two at a time: scripts/fuzz.sh [SECONDS [TARGET]]
 #   SECONDS  for each target, 60 unless given; 0 only tries the corpus again
-#   TARGET   alignment, menus or runs; all three unless given
+#   TARGET   alignment, menus, read or runs; all of them unless given
 # The corpus grows in build/fuzz-corpus/TARGET. An input that breaks something is kept in build/fuzz-findings/TARGET and
 # named; the exit status is then 1. Later runs begin with it.
 # scripts/fuzz.sh --coverage [TARGET] tells instead how much of src/ the corpus reaches, and which lines it does not.
@@ -9,7 +9,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
 seconds=${1:-60}
-targets=(alignment menus runs)
+targets=(alignment menus read runs)
 [ $# -lt 2 ] || targets=("$2")
 
 need clang cmake make
@@ -54,7 +54,7 @@ fi
 # ---- Seeds: the examples and the golden runs
 
 prepare build/fuzz
-mkdir -p build/fuzz-corpus/{alignment,menus,runs} build/fuzz-findings
+mkdir -p build/fuzz-corpus/{alignment,menus,read,runs} build/fuzz-findings
 # seed TARGET: from standard input, named as the fuzzer names what it finds.
 seed() {
   cat >"$scratch/seed"
@@ -66,11 +66,12 @@ alignment() {
   for digits in 0000000000 1111111111 2222222222; do { "$@" && printf $digits; } | seed alignment; done
 }
 for file in examples/*.{fas,pir} tests/golden/*/input/*.{fas,pir}; do alignment cat "$file"; done
+for file in tests/golden*/*/input/*.*; do [ ! -f "$file" ] || seed read <"$file"; done
 # Wider than any tile, with gaps in one sequence and in all; and more sequences than a narrow counter counts.
 small=tests/golden/menu_alignment/input/five.fas
 alignment awk '!/^>/ { $0 = $0 "-"; for (k = 1; k < 350; ++k) print } 1' $small
 alignment awk '{ all = all $0 "\n" } END { for (k = 0; k < 60; ++k) printf "%s", all }' $small
-for file in tests/golden/*/arguments; do tr ' ' '\n' <"$file" | seed runs; done
+for file in tests/golden*/*/arguments; do tr ' ' '\n' <"$file" | seed runs; done
 for run in tests/golden/menu_*; do { echo "$(cat "$run/arguments")" && cat "$run/script"; } | seed menus; done
 for file in tests/golden/*/input/{,lists/}*.txt; do
   { printf '%s\n' paths -b4=2 -b3=1 -k=y -n=y -u=y -p=s -a=y -c=y -w=y "" && cat "$file"; } | seed runs

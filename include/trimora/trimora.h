@@ -40,19 +40,19 @@ namespace trimora {
 /// "major.minor.patch" of the library that is linked.
 TRIMORA_API const char* version();
 
-/// What went wrong, in words for a person (what()) and as values for a program.
+/// What went wrong: in words for people (what()), as values for programs.
 class TRIMORA_API Error : public std::exception {
  public:
   enum class Kind {
     not_found,          // there is no such file
     not_readable,       // it is there and cannot be read, or not to its end
     not_writable,       // a file cannot be created, or not written to its end
-    changed,            // a file was another one when it was opened again
+    changed,            // a file changed while it was used
     empty,              // a file without anything in it
-    unknown_format,     // neither an alignment nor anything else that is known
-    refused_format,     // known, and not read
+    unknown_format,     // not in any known format
+    refused_format,     // a known format that is not read
     ambiguous_format,   // can be read in two ways that differ
-    damaged,            // a compressed file that is cut off or holds something else as well
+    damaged,            // a compressed file that is cut off or has something else in it
     bad_record,         // a line that its format does not allow there
     unfinished_record,  // a sequence that has no end, or a name that has no sequence
     name_too_long,      // a name line longer than is read
@@ -64,7 +64,7 @@ class TRIMORA_API Error : public std::exception {
     undecided_type,     // the letters do not tell protein and DNA apart
     contrary_type,      // alignments of another type than the ones that they go with
     other_sequences,    // alignments whose sequences do not go together, by number or by name
-    unfit_name,         // a name that cannot be used for what was asked
+    unfit_name,         // a name that cannot be used as requested
     same_name,          // two sequences that must be told apart by their names
     bad_argument,       // a parameter out of its range, or a choice that is none
     would_overwrite,    // a result in the place of an input or of another result
@@ -115,7 +115,7 @@ class TRIMORA_API Alignment {
   /// The type of the sequences: as it was given, or as the file says it, or as the letters tell it; nothing when they do not.
   /// Never codons by itself.
   std::optional<Kind> kind() const;
-  /// The format that it was read from, as people call it ("FASTA", "CLUSTAL"); empty when it was made in memory.
+  /// The format that it was read from, by its usual name ("FASTA", "CLUSTAL"); empty when it was made in memory.
   std::string_view format() const;
 
   struct Data;  // of the library
@@ -180,6 +180,27 @@ TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Paramet
 /// Needs    a selection made of an alignment of this width.
 /// Error    bad_argument when a column is not one of `ali`
 TRIMORA_API Alignment trim(const Alignment& ali, const Selection& selection);
+
+/// Alignments put together: the columns of one after those of the other.
+struct Supermatrix {
+  Alignment alignment;
+  std::vector<std::pair<std::size_t, std::size_t>> parts;  // of each alignment, its first column and one past its last
+};
+
+/// Put alignments together by the names of their sequences, up to the first blank. Species come in the order in which they
+/// first appear, with '?' where an alignment lacks one.
+/// Error    bad_argument without any alignment; unfit_name for an empty name, same_name for two that are one in an
+///          alignment, contrary_type where proteins and nucleotides meet
+TRIMORA_API Supermatrix supermatrix(const std::vector<Alignment>& alignments);
+
+/// The codons of a protein alignment, three columns for each of its own: '-' for a gap, N for a stop codon inside.
+/// `sequences` are the coding sequences called `names`, whose gaps do not count; they are matched with the proteins by
+/// name, whole or up to the first blank. A final stop codon and one or two letters after it are dropped, and those before
+/// the first codon where only that frame fits. `code` is the genetic code under its number at NCBI.
+/// Error    bad_argument when there is no such code; other_sequences when a protein has no coding sequence, or one that
+///          does not encode it
+TRIMORA_API Alignment codons(const Alignment& proteins, const std::vector<std::string>& names,
+                             const std::vector<std::string>& sequences, int code = 1);
 
 /// The text of an alignment file.
 /// Error    unfit_name or same_name when the form cannot hold a name

@@ -202,7 +202,9 @@ def test_read_takes_paths_files_and_bytes_and_keeps_strange_names(examples):
         assert Path("again.fas").read_bytes() == content
 
 
-@pytest.mark.parametrize("form, begins", [("fasta", ">one a\nAC"), ("phylip", "3 14\n"), ("nexus", "#NEXUS"), ("trimora", ">one a\n")])
+@pytest.mark.parametrize(
+    "form, begins", [("fasta", ">one a\nACD"), ("phylip", "3 14\n"), ("nexus", "#NEXUS"), ("trimora", ">one a\nACD")]
+)
 def test_every_form_is_written_and_read_again(form, begins):
     trimora.Alignment(plain, kind="protein").write("out", form=form)
     assert Path("out").read_text().lstrip().startswith(begins)
@@ -307,10 +309,11 @@ import sys
 sys.modules["numpy"] = None
 import trimora
 sel = trimora.select(trimora.read("globins.fas"))
-print(type(sel.columns), type(sel.scores), len(sel.columns), len(sel.scores), sel.apply(sel.trimmed.__class__(dict(trimora.read("globins.fas")))).width)
+print(type(sel.columns).__name__, type(sel.scores).__name__, len(sel.columns), len(sel.scores))
+print(sel.apply(trimora.read("globins.fas")).width)
 """
     done = subprocess.run([sys.executable, "-c", program], stdout=subprocess.PIPE, text=True, check=True)
-    assert done.stdout.split() == ["<class", "'list'>", "<class", "'list'>", "114", "154", "114"]
+    assert done.stdout.split() == ["list", "list", "114", "154", "114"]
 
 
 def test_the_module_runs_as_the_program():

@@ -18,12 +18,6 @@ bool is_nucleotide(char c) {
   return is_letter(c) || c == '?' || c == '*';
 }
 
-void add_nucleotides(std::string& to, std::string_view text) {
-  for (const char c : text) {
-    if (is_nucleotide(c)) to += c == 'U' ? 'T' : c == 'u' ? 't' : c == '*' ? '?' : c;
-  }
-}
-
 /// Why a coding sequence does not fit from one nucleotide on; empty: it does.
 struct Fit {
   Backtranslated made;
@@ -74,6 +68,15 @@ Fit fit(std::string_view row, std::string_view coding, std::size_t begins, const
 
 }  // namespace
 
+std::string nucleotides_of(std::string_view sequence) {
+  std::string all;
+  all.reserve(sequence.size());
+  for (const char c : sequence) {
+    if (is_nucleotide(c)) all += c == 'U' ? 'T' : c == 'u' ? 't' : c == '*' ? '?' : c;
+  }
+  return all;
+}
+
 CodingSequences read_coding_sequences(const std::string& path) {
   CodingSequences found;
   Input input(path);
@@ -82,7 +85,7 @@ CodingSequences read_coding_sequences(const std::string& path) {
     Reading reading = input.read();
     found.names = std::move(reading.names);
     for (int i = 1; i <= static_cast<int>(found.names.size()); ++i) {
-      add_nucleotides(found.sequences.emplace_back(), {reading.row(i), static_cast<std::size_t>(reading.nupo)});
+      found.sequences.push_back(nucleotides_of({reading.row(i), static_cast<std::size_t>(reading.nupo)}));
     }
   } else {
     for (std::string_view line; input.line(line);) {
@@ -90,7 +93,7 @@ CodingSequences read_coding_sequences(const std::string& path) {
         found.names.emplace_back(plain_name(line.substr(1)));
         found.sequences.emplace_back();
       } else if (!found.sequences.empty()) {
-        add_nucleotides(found.sequences.back(), line);
+        found.sequences.back() += nucleotides_of(line);
       }
     }
   }

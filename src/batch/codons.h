@@ -22,6 +22,9 @@ struct CodingSequences {
 /// Fails    as read()
 CodingSequences read_coding_sequences(const std::string& path);
 
+/// The nucleotides of a coding sequence: without gaps, T for U.
+std::string nucleotides_of(std::string_view sequence);
+
 /// The codons of one protein.
 struct Backtranslated {
   std::string codons;  // three letters for each column: --- for a gap, NNN for a stop inside

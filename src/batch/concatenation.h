@@ -14,7 +14,7 @@
 
 namespace trimora::rooms {
 
-/// One concatenation. What each alignment adds is kept as it came, so that nothing is moved when the next one comes.
+/// One concatenation. The part of each alignment is kept as it came, so that adding the next one moves nothing.
 class Concatenation {
  public:
   /// `buffer` is the name of its rows in the message when memory runs out.

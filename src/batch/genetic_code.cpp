@@ -49,7 +49,7 @@ constexpr NumberedCode codes[] = {
 };
 // clang-format on
 
-/// The nucleotides, of TCAG as bits, that a letter stands for; 0: it is none.
+/// The nucleotides that a letter means, as bits of TCAG; 0: it is no nucleotide.
 unsigned nucleotides(char c) {
   constexpr unsigned t = 1, cy = 2, a = 4, g = 8;
   switch (capital(c)) {
@@ -75,7 +75,7 @@ unsigned nucleotides(char c) {
   }
 }
 
-/// Call `visit(number)` for each codon, from 0, that `codon` stands for.
+/// Call `visit(number)` for each codon, from 0, that `codon` can mean.
 template <typename Visit>
 void each_expansion(std::string_view codon, Visit visit) {
   for (std::size_t n = 0; n < 64; ++n) {

@@ -12,10 +12,10 @@ class GeneticCode {
   /// The code `number`; nothing when there is none.
   static std::optional<GeneticCode> numbered(int number);
 
-  /// Whether a codon, or one of those that its ambiguity codes stand for, encodes `residue`. B, Z and J are either of their
+  /// Whether a codon, or one of those that its ambiguity codes allow, encodes `residue`. B, Z and J are either of their
   /// two; X, * and whatever is unknown agree with each codon, U with TGA and O with TAG, as well.
   bool encodes(std::string_view codon, char residue) const;
-  /// Whether it, or one of those that it stands for, can begin a protein.
+  /// Whether it, or one of the codons that it can mean, can begin a protein.
   bool starts(std::string_view codon) const;
   /// Whether it can be nothing but a stop; `at_end`: also one that is a residue elsewhere.
   bool stops(std::string_view codon, bool at_end = false) const;

@@ -32,7 +32,7 @@ struct KeyRule {
 /// The key as a stretch of `name`; empty when the rule finds none.
 std::string_view stretch_of(std::string_view name, const KeyRule& rule);
 
-/// The key as one word: '_' takes the place of blanks, and of whatever stands between fields.
+/// The key as one word: '_' takes the place of blanks, and of whatever is between fields.
 std::string key_of(std::string_view name, const KeyRule& rule);
 
 /// What of a name follows its key directly and looks like a species' epithet: "sapiens" of "Homo_sapiens|x" for the key

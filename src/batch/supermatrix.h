@@ -14,7 +14,7 @@
 
 namespace trimora::rooms {
 
-/// What is put together.
+/// What is concatenated.
 enum class Joined {
   blocks,    // the selected blocks
   input,     // the alignments as they were read

@@ -29,7 +29,7 @@ std::string words(const Failure& failure) {
   const std::string length = std::to_string(failure.length);
   const std::string expected = std::to_string(failure.expected);
   const std::string& detail = failure.detail;
-  const auto refused = [&](std::string_view what) {  // by the system, or as it was said where it failed
+  const auto refused = [&](std::string_view what) {  // the system's reason or, without one, the detail
     return failure.error != 0 ? filled(what, {std::strerror(failure.error)}) : detail;
   };
   switch (failure.kind) {

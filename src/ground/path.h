@@ -12,7 +12,7 @@ inline constexpr std::string_view separators = "/\\:";
 inline constexpr std::string_view separators = "/";
 #endif
 
-/// A path, split behind its last separator.
+/// A path, split after its last separator.
 struct SplitPath {
   std::string path_file;  // the directory with its final separator, or empty
   std::string name_file;  // the rest

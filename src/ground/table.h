@@ -1,4 +1,4 @@
-// "Counted from 1": the container behind every list with one entry per sequence or position.
+// "Counted from 1": the container for every list with one entry per sequence or position.
 #pragma once
 #include <cassert>
 #include <cstddef>
@@ -17,7 +17,7 @@ class Table {
   int size() const { return static_cast<int>(entries_.size()) - 1; }
   void reserve(int size) { entries_.reserve(static_cast<std::size_t>(size) + 1); }
   void append(Entry entry) { entries_.push_back(std::move(entry)); }
-  /// Append `count` entries that stand at `first`.
+  /// Append `count` entries from `first` on.
   void append(const Entry* first, int count) { entries_.insert(entries_.end(), first, first + count); }
 
   Entry& operator[](int index) { return entries_[checked(index)]; }

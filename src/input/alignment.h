@@ -35,18 +35,18 @@ class Row {
  public:
   Row(const char* first, int nupo) : first_(first), nupo_(nupo) {}
   char operator[](int p) const { return *from(p); }
-  /// Where position p stands; those up to nupo follow it. p = nupo + 1 is the end.
+  /// Pointer to position p; the positions up to nupo follow it. p = nupo + 1 is the end.
   const char* from(int p) const {
     assert(p >= 1 && p <= nupo_ + 1);
     return first_ + (p - 1);
   }
 
  private:
-  const char* first_;          // where position 1 stands
+  const char* first_;          // points to position 1
   [[maybe_unused]] int nupo_;  // for the check alone
 };
 
-/// The rows of an alignment, one after the other in a single stretch of memory. Copies share the letters.
+/// The rows of an alignment, one after another in a single block of memory. Copies share the letters.
 class Rows {
  public:
   Rows() = default;
@@ -92,12 +92,12 @@ Alignment load(const InputState& run);
 /// The same from a file that is open already, from its unread part on.
 Alignment load(InputFile& file, const InputState& run);
 
-/// The readers behind load(): the alignment as it stands in the file.
+/// The readers that load() calls. They return the alignment as it is in the file.
 Alignment load_pir(InputFile& file);
 Alignment load_fasta(InputFile& file);
 
 /// A stored name without its last character: the line end of its name line or, where a NUL byte cut the line before
-/// that, whatever stands there. An empty name stays empty.
+/// that, whatever is there. An empty name stays empty.
 std::string without_line_end(const std::string& name);
 
 }  // namespace trimora::rooms

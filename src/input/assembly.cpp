@@ -127,7 +127,7 @@ void resolve_dots(Reading& reading) {
   reading.remarks.push_back({.what = Remark::What::dots_resolved, .number = dots, .detail = "."});
 }
 
-/// Move what is neither a blank nor a tab to the front. Returns its end.
+/// Move everything but blanks and tabs to the front. Returns the new end.
 char* without_blanks(char* first, const char* last) {
   char* to = first;
   for (const char* from = first; from != last; ++from) {
@@ -137,7 +137,7 @@ char* without_blanks(char* first, const char* last) {
   return to;
 }
 
-/// The letters of a row of A3M that stand in columns of all rows.
+/// How many letters of a row of A3M are in columns that all rows have.
 std::ptrdiff_t matches_in(const char* first, const char* last) {
   return std::count_if(first, last, [](char c) { return c < 'a' || c > 'z'; });
 }

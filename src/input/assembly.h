@@ -41,12 +41,12 @@ class Assembly {
   bool may_be_a3m = false;
   /// Whether lower case against '.' where other columns have capitals and '-' says which columns are not aligned.
   bool may_be_a2m = false;
-  /// '.' is an everyday gap in this format: nothing is said of it.
+  /// '.' is the usual gap in this format, so there is no remark about it.
   bool dots_are_usual = false;
   /// '.' is the letter of the first row, when that one has none itself.
   bool dots_match_first = false;
 
-  /// The alignment: '.' and '~' become '-', and each '*' what it stands for. What else is known of it is added by the
+  /// The alignment: '.' and '~' become '-', and each '*' what it means. The rest is added by the
   /// reader: insert columns (before this), its type.
   Reading finish(std::vector<Stretch> inserts = {}, std::vector<Remark> remarks = {});
 

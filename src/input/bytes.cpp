@@ -79,7 +79,7 @@ class MemoryBytes : public Bytes {
   std::size_t size_;
 };
 
-/// Bytes of which the first ones were looked at: they come once more.
+/// Bytes whose first block has already been looked at; that block is returned again.
 class ResumedBytes : public Bytes {
  public:
   ResumedBytes(std::string_view looked, BytesPointer rest) : looked_(looked), rest_(std::move(rest)) {}

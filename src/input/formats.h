@@ -9,7 +9,7 @@
 namespace trimora::rooms {
 
 struct InputFormat {
-  std::string_view name;                  // as people call it
+  std::string_view name;                  // its usual name
   bool (*begins)(std::string_view head);  // whether a text that begins with `head` is in it
   Reading (*read)(Lines& in);             // unset: it is refused by its name
 };

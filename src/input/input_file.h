@@ -11,7 +11,7 @@ namespace trimora::rooms {
 
 class InputFile {
  public:
-  /// Open `path`. What cannot be read, such as a directory, counts as not opened.
+  /// Open `path`. Something that cannot be read, such as a directory, counts as not opened.
   explicit InputFile(const std::string& path);
   /// Standard input.
   InputFile();
@@ -25,7 +25,7 @@ class InputFile {
   /// The bytes that are already in the buffer: the beginning of the file as long as nothing was read.
   std::string_view unread() const { return {next_, static_cast<std::size_t>(limit_ - next_)}; }
 
-  /// Bytes in the file, 0 when that cannot be told.
+  /// Size of the file in bytes, 0 if unknown.
   std::size_t size() const;
 
   /// Read the rest of a line, at most 189 characters of it, line end included. The text ends at its first NUL byte.

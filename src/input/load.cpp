@@ -31,7 +31,7 @@ Failure failure(Failure::Kind kind, int i, const std::string& name, std::size_t 
 
 /// What the two formats do not share. Everything else is read_records().
 struct RecordFormat {
-  char terminator;                                           // ends a sequence, wherever it stands
+  char terminator;                                           // ends a sequence, wherever it is
   bool (*skipped)(const std::string& line);                  // a line passed over where a name line is due
   std::string (*take_name)(const std::string& line, int i);  // of sequence i
   bool described;                                            // a description line follows the name line
@@ -43,7 +43,7 @@ constexpr RecordFormat pir_format = {
     [](const std::string& line) { return is_empty_line(line) || line.starts_with(' ') || line == "*\n"; },
     [](const std::string& line, int i) {
       if (!line.starts_with('>')) throw Failure{.kind = Failure::Kind::bad_record, .sequence = i, .detail = line};
-      return line.size() <= 3 ? line : line.substr(4);  // behind ">P1;", whatever stands there
+      return line.size() <= 3 ? line : line.substr(4);  // after ">P1;", or whatever is there instead
     },
     true,
     true,

@@ -1,4 +1,4 @@
-// Read an alignment in any format: what it is tells its content, never its name.
+// Read an alignment in any format, which is recognised by its content, never by the name of the file.
 // Fails     with Failure, its `file` set where there is one: not_found, not_readable, empty, damaged, unknown_format,
 //           refused_format and ambiguous_format (detail: the format), bad_record (detail: the line, length: its number),
 //           unfinished_record (detail: what is missing), bad_character (detail: the character, length: its position),
@@ -14,7 +14,8 @@
 
 namespace trimora::rooms {
 
-/// An input that is open. What it is can be asked before it is read, once, as an alignment or line by line as a list.
+/// An open input. Its format can be asked for before it is read. It is read once: as an alignment, or line by line as a
+/// list.
 class Input {
  public:
   /// The file `path`.
@@ -23,7 +24,7 @@ class Input {
   /// Memory is not copied and has to outlive the input.
   static Input memory(std::string_view text);
 
-  /// The format that it begins like, which may be one that is refused; nothing when it begins like no known format.
+  /// The format that its beginning suggests, which may be a refused one; null if it is none that is known.
   const InputFormat* format();
 
   Reading read();

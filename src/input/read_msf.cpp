@@ -50,8 +50,7 @@ Reading read_msf(Lines& in) {
     if (!length && !msf.empty()) {
       length = number_in(msf);
       const std::string_view type = word_after(line, "Type:");
-      if (type == "P") kind = Kind::protein;
-      if (type == "N") kind = Kind::dna;
+      if (type == "N") kind = Kind::dna;  // P is written for DNA, too, by some programs: the letters decide
     }
     headed = trimmed(line) == "//";
   }

@@ -108,7 +108,7 @@ class NexusText {
     } while (depth > 0);
   }
 
-  /// Between quotes, of which two stand for one.
+  /// The text between quotes; two quotes in a row are one.
   std::string quoted() {
     std::string text;
     do {
@@ -296,7 +296,7 @@ class NexusMatrix {
     return format_.kind == Kind::protein ? 'X' : '?';
   }
 
-  /// What each character stands for. Everything happens at once: the gap of one file is the missing data of another.
+  /// What each character means. All are replaced at once, since the gap of one file is the missing data of another.
   std::array<char, 256> meanings() const {
     std::array<char, 256> table;
     for (std::size_t c = 0; c < table.size(); ++c) table[c] = static_cast<char>(c);

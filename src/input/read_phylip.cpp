@@ -76,7 +76,7 @@ class PhylipLines {
     return !std::less<>()(text, chunk.data()) && !std::less<>()(chunk.data() + chunk.size(), text);
   }
   std::deque<std::string> chunks_;
-  std::deque<Line> lines_;  // in small pieces: what is given back at once is what was taken at once
+  std::deque<Line> lines_;  // a deque: memory is given back in the pieces in which it was taken
 };
 
 enum class PhylipNames { word, ten_columns, two_blanks };

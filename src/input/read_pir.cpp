@@ -33,7 +33,7 @@ struct PirRecord {
   std::string name = {};
   std::string description = {};
   std::string letters = {};    // blanks included, '*' not
-  std::size_t first_line = 0;  // of the letters: its length
+  std::size_t first_line = 0;  // of the letters: its length; 0: the sequence ends in it
 };
 
 bool residues(std::string_view text) {
@@ -48,7 +48,7 @@ std::size_t length_with_description(const PirRecord& record) {
   return letters_in(record.description) - (record.description.ends_with('*') ? 1 : 0) + letters_in(record.letters);
 }
 
-/// Give back to the letters what is no description: where the lengths fit only with it, or where every one of them is
+/// Move lines that are not descriptions back to the letters: where only that makes the lengths equal, or where each is
 /// as long as a line of sequence.
 std::vector<Remark> add_descriptions(std::vector<PirRecord>& records) {
   if (records.empty()) return {};
@@ -63,9 +63,14 @@ std::vector<Remark> add_descriptions(std::vector<PirRecord>& records) {
                            return letters_in(record.letters) == plain;
                          });
   constexpr std::size_t short_line = 20;  // that a description may have by chance
-  const bool all_lines = std::all_of(records.begin(), records.end(), [](const PirRecord& record) {
+  const std::size_t width = records.front().description.size();
+  const bool all_lines = std::all_of(records.begin(), records.end(), [width](const PirRecord& record) {
     const std::size_t length = record.description.size();
-    return length >= short_line && length == record.first_line && residues(record.description);
+    if (length < short_line || !residues(record.description)) return false;
+    if (length == record.first_line) return true;
+    // Of two lines the second one ends the sequence, and may be shorter.
+    return record.first_line == 0 && length == width && length >= record.letters.size() &&
+           record.description.find(' ') == std::string::npos;
   });
   if (all_plain && !all_lines) return {};
   const std::size_t length = all_plain || fits(longer) ? longer : plain;

@@ -1,4 +1,4 @@
-// What was read: an alignment as its file holds it, and what was decided or mended on the way.
+// What was read: the alignment as it is in its file, and what was decided or mended in reading it.
 // Counting  sequences and positions from 1
 #pragma once
 #include <cstddef>
@@ -42,7 +42,7 @@ std::string words(const Remark& remark);
 
 /// An alignment as its file holds it, columns of nothing but gaps included. '.' and '~' are '-' here.
 struct Reading {
-  std::string_view format;         // as people call it; empty: made in memory
+  std::string_view format;         // its usual name; empty: made in memory
   std::vector<std::string> names;  // without their line ends
   std::vector<char> letters;       // row after row: numseq x nupo
   int nupo = 0;

@@ -1,9 +1,13 @@
-// The library as others call it: the rooms behind the public header.
+// The public header, implemented on the rooms.
 #include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
+#include "batch/codons.h"
+#include "batch/genetic_code.h"
+#include "batch/names.h"
+#include "batch/supermatrix.h"
 #include "ground/failure.h"
 #include "ground/version.h"
 #include "input/assembly.h"
@@ -314,6 +318,101 @@ Alignment trim(const Alignment& ali, const Selection& selection) {
     }
     trimmed->let = rooms::Rows(std::move(letters), trimmed->nupo);
     return Alignment(std::move(trimmed));
+  });
+}
+
+Supermatrix supermatrix(const std::vector<Alignment>& alignments) {
+  return told([&] {
+    if (alignments.empty()) refuse("there is no alignment");
+    rooms::Supermatrix::Choice choice;
+    choice.joined[static_cast<std::size_t>(rooms::Joined::input)] = true;
+    choice.by_name = true;
+    rooms::Supermatrix all(choice);
+    std::optional<Kind> kind;
+    std::vector<std::pair<std::size_t, std::size_t>> parts;
+    std::size_t columns = 0;
+    for (const Alignment& each : alignments) {
+      const Alignment::Data& data = each.data();
+      const std::optional<Kind> own = data.kind ? data.kind : data.by_letters;
+      if (kind && own && (*kind == Kind::protein) != (*own == Kind::protein)) {
+        throw Failure{.kind = Failure::Kind::contrary_type,
+                      .detail = "alignment " + std::to_string(parts.size()) + " has another type of sequence"};
+      }
+      if (own) kind = own;
+      rooms::Alignment ali;
+      ali.numseq = data.numseq();
+      ali.nupo = data.nupo;
+      ali.let = data.let;
+      for (const std::string& name : data.names) ali.name.append(name + "\n");
+      const rooms::Table<std::string> keys = rooms::keys_of(ali.name, {});
+      rooms::check_keys(ali.name, keys);
+      all.add("", ali, keys, {}, rooms::seq_type_of(own.value_or(Kind::protein)));
+      parts.emplace_back(columns, columns + each.width());
+      columns += each.width();
+    }
+    std::vector<int> chosen;
+    auto joined = std::make_shared<Alignment::Data>();
+    for (int i = 1; i <= all.name().size(); ++i) {
+      chosen.push_back(i);
+      joined->names.emplace_back(rooms::plain_name(all.name()[i]));
+    }
+    if (columns > 2'147'483'646) throw Failure{.kind = Failure::Kind::too_long, .expected = 2'147'483'646};
+    joined->kind = kind;
+    joined->nupo = static_cast<int>(columns);
+    std::vector<char> letters;
+    letters.reserve(chosen.size() * columns);
+    const rooms::Sheet sheet = all.sheet(rooms::Joined::input, chosen, all.name());
+    for (int i = 1; i <= all.name().size(); ++i) {
+      sheet.row(i, [&](const char* text, std::ptrdiff_t count) { letters.insert(letters.end(), text, text + count); });
+    }
+    joined->let = rooms::Rows(std::move(letters), joined->nupo);
+    return Supermatrix{Alignment(std::move(joined)), std::move(parts)};
+  });
+}
+
+Alignment codons(const Alignment& proteins, const std::vector<std::string>& names,
+                 const std::vector<std::string>& sequences, int code) {
+  return told([&] {
+    const auto genetic_code = rooms::GeneticCode::numbered(code);
+    if (!genetic_code) refuse("there is no genetic code " + std::to_string(code));
+    if (names.size() != sequences.size()) {
+      refuse(std::to_string(names.size()) + " names for " + std::to_string(sequences.size()) + " sequences");
+    }
+    const Alignment::Data& data = proteins.data();
+    const auto keys = [](const std::vector<std::string>& of) {
+      std::vector<std::string> all;
+      for (const std::string& name : of) all.push_back(rooms::key_of(name, rooms::KeyRule{}));
+      return all;
+    };
+    const std::vector<int> matched = rooms::match_by_name(data.names, keys(data.names), names, keys(names));
+    if (data.nupo > 2'147'483'646 / 3) throw Failure{.kind = Failure::Kind::too_long, .expected = 2'147'483'646 / 3};
+    auto made = std::make_shared<Alignment::Data>();
+    made->names = data.names;
+    made->kind = Kind::codons;
+    made->nupo = data.nupo * 3;
+    std::vector<char> letters;
+    letters.reserve(data.names.size() * static_cast<std::size_t>(made->nupo));
+    for (std::size_t k = 0; k < data.names.size(); ++k) {
+      const auto fail = [&](const std::string& why) {
+        throw Failure{.kind = Failure::Kind::other_sequences,
+                      .sequence = static_cast<int>(k) + 1,
+                      .name = data.names[k],
+                      .detail = "sequence " + std::to_string(k) + " (" + data.names[k] + ") " + why};
+      };
+      if (matched[k] < 0) fail("has no coding sequence");
+      try {
+        const std::string codons =
+            rooms::backtranslate(proteins.row(k),
+                                 rooms::nucleotides_of(sequences[static_cast<std::size_t>(matched[k])]), *genetic_code)
+                .codons;
+        letters.insert(letters.end(), codons.begin(), codons.end());
+      } catch (const Failure& failure) {
+        if (failure.kind != Failure::Kind::contrary_type) throw;
+        fail(failure.detail);
+      }
+    }
+    made->let = rooms::Rows(std::move(letters), made->nupo);
+    return Alignment(std::move(made));
   });
 }
 

@@ -25,7 +25,7 @@ char* put_number(char* to, long long number) {
   return std::to_chars(to, to + 20, number).ptr;
 }
 
-/// Walks through stretches as positions pass by, and says in which one a position is.
+/// Finds the stretch that a position is in, for positions that never decrease.
 class Counter {
  public:
   explicit Counter(const std::vector<Stretch>& stretches) : stretches_(stretches) {}
@@ -51,7 +51,7 @@ char* put_score(char* to, float score) {
   const double ulp = static_cast<double>(next) - value;
   int decimals = 1;
   while (decimals < 9 && scales[decimals] * ulp <= 1) ++decimals;  // so many are always enough
-  // Fewer are enough as long as the nearest such number lies inside what is read as this score: by half of an ulp, less
+  // Fewer are enough if the nearest such number is still read as this score: it differs by less than half an ulp, less
   // a little for those who read it as double precision first. The products are exact, and so are the differences.
   const auto nearest = [&](int k) { return std::llround(value * scales[k]); };
   const auto enough = [&](int k) {

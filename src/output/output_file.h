@@ -18,13 +18,13 @@ class OutputFile {
   explicit OutputFile(std::FILE* stream);
   /// Text in memory, which has to outlive this.
   explicit OutputFile(std::string* text);
-  /// Closes what was not closed, which says nothing about the bytes: a run has ended early.
+  /// Closes the file if it is still open, because a run ended early. Whether all bytes were written is not known then.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
   /// Write what is left, and close the file.
-  /// Returns  0, or why the first write that failed did, as errno says it: the file is incomplete then.
+  /// Returns  0, or the errno of the first write that failed: the file is then incomplete.
   [[nodiscard]] int close();
 
   /// Append text as it is.

@@ -1,6 +1,6 @@
-// The alignment record: the layout that every alignment file of the program is written with. Name line, body, end; the
-// body in groups of ten letters, sixty letters a line. A blank stands behind each of the first five groups of a line,
-// also where the body ends; behind the sixth stands the line end. Readers of these files know them so.
+// The alignment record: the layout of every alignment file of the program. Name line, body, end; the
+// body in groups of ten letters, sixty letters a line. A blank follows each of the first five groups of a line,
+// also where the body ends; the line end follows the sixth. Programs that read these files rely on it.
 #pragma once
 #include <cstddef>
 #include <string>
@@ -19,7 +19,7 @@ const char* pir_prefix(const InputState& run);
 class Body {
  public:
   explicit Body(OutputFile& out) : out_(out) {}
-  /// Append `count` letters that stand at `text`.
+  /// Append `count` letters from `text` on.
   void add(const char* text, std::ptrdiff_t count);
   /// Write the last line, which may be shorter than the others.
   void end();
@@ -41,7 +41,7 @@ template <typename AddBody>
 void write_record(OutputFile& out, const InputState& run, const std::string& name, AddBody addbody) {
   out.put(run.fileformat == pir ? pir_prefix(run) : ">");
   out.put(name);
-  if (run.fileformat == pir) out.put(" \n");  // stands for the description line
+  if (run.fileformat == pir) out.put(" \n");  // in place of the description line
   Body body(out);
   addbody(body);
   body.end();

@@ -1,4 +1,4 @@
-// The mask file: the alignment with a mask behind each sequence.
+// The mask file: the alignment with a mask after each sequence.
 #pragma once
 #include "input/alignment.h"
 #include "output/output_file.h"

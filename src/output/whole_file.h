@@ -1,4 +1,4 @@
-// A file that is there whole or not at all: it is written beside its place and renamed in the end.
+// A file that appears complete or not at all: it is written under another name beside its place, then renamed.
 #pragma once
 #include <memory>
 #include <optional>
@@ -10,16 +10,16 @@ namespace trimora::rooms {
 
 class WholeFile {
  public:
-  /// Begin the file that is to be at `path`. Links are followed; what is there and is no file, such as a terminal, is
+  /// Begin the file `path`. Links are followed; if something other than a file is there, such as a terminal, it is
   /// written to directly. Fails with not_writable.
   explicit WholeFile(const std::string& path);
-  /// What was not committed is removed.
+  /// Removes the file if it was not committed.
   ~WholeFile();
   WholeFile(const WholeFile&) = delete;
   WholeFile& operator=(const WholeFile&) = delete;
 
   OutputFile& out() { return *out_; }
-  /// Write what is left and give the file its name. Fails with not_writable, and nothing of it stays.
+  /// Write the rest and give the file its name. Fails with not_writable, and then leaves nothing.
   void commit();
 
  private:

@@ -12,7 +12,7 @@ bool gap_position(const PositionScores& scores, int p) {
   return scores.val[p] == 0;
 }
 
-/// Walk right from `start` until negblen + 1 nonconserved positions stand in a row.
+/// Walk right from `start` until negblen + 1 nonconserved positions are in a row.
 /// Returns the position that completes such a run, or nupo + 1 when there is none.
 int runstop(const PositionScores& scores, int start, int nupo, const SelectionState& run) {
   int nonconserved = 0;  // length of the run that ends at p

@@ -1,6 +1,6 @@
 // Why each position is selected or not: the first rule of the method that removes it.
 // Words     segment: positions between two runs of more than b3 nonconserved ones, or an end of the alignment
-//           initial block: from the first to the last flank of a segment | part: what is left of it between cut gaps
+//           initial block: from the first to the last flank of a segment | part: a piece of it between cut gaps
 #pragma once
 #include <string>
 

@@ -21,11 +21,11 @@ constexpr std::string_view proteins = "ACGTDEFHIKLMNPQRSVWY-";
 constexpr std::string_view nucleotides = "UACGT-";
 constexpr std::size_t most_letters = proteins.size();
 
-// The alignment is counted a tile of positions at a time, a strip of sequences after the other: the letters of a strip
+// The alignment is counted a tile of positions at a time, one strip of sequences after another: the letters of a strip
 // and the narrow counters of a tile stay in the first cache, and a counter is loaded once per strip.
 constexpr int tile = 1024;
 constexpr int strip = 8;
-constexpr int vector_width = 64;  // widths are rounded up to whole vectors; what stands behind counts as no letter
+constexpr int vector_width = 64;  // widths are rounded up to whole vectors; anything beyond them counts as no letter
 
 using Letters = std::uint8_t[strip][tile];
 

@@ -1,7 +1,7 @@
-// Position scores: how many sequences carry the most frequent residue of each position.
+// Position scores: how many sequences have the most frequent residue of each position.
 // Words     residue: a letter of "ACGTDEFHIKLMNPQRSVWY" (proteins) or "UACGT" (DNA, codons)
 //           scored: the position's gaps are allowed (b5)
-//           gap position: score 0, be it for its gaps or because no residue of the alphabet stands there
+//           gap position: score 0, because of its gaps or because it has no residue of the alphabet
 #pragma once
 #include "ground/table.h"
 #include "input/alignment.h"
@@ -15,7 +15,7 @@ struct PositionScores {
   Table<char> val_aa;  // [1..nupo] most frequent residue, upper case; '?' where none was chosen
 };
 
-/// Score every position of `ali`. Letters count in either case; what is not in the alphabet counts nowhere.
+/// Score every position of `ali`. Letters count in either case; characters outside the alphabet do not count.
 /// Returns  the scores, owned by the caller.
 /// Fails    only when memory runs out, with a Failure.
 PositionScores assignval(const Alignment& ali, const SelectionState& run);

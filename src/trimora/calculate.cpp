@@ -72,7 +72,7 @@ void allsaveseq(const Concatenations& all, const Table<std::string>& name, const
 std::optional<Alignment> openfile(RunState& run) {
   checkfiletype(run);
   if (run.filename.empty()) return std::nullopt;
-  if (run.tog_sb == 1) {  // what is chosen for a batch is chosen anew for each
+  if (run.tog_sb == 1) {  // a choice made for a batch is made again for each
     run.tog_allfile = run.tog_allfile_init = run.tog_allungfile = 0;
     run.tog_sub = 0;
     run.warn = 1;

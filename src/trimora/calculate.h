@@ -7,7 +7,7 @@
 
 namespace trimora::rooms {
 
-/// Recognise and load `run.filename`, say what was found, and derive b1 and b2 from it. A paths file switches the
+/// Recognise and load `run.filename`, report what was found, and derive b1 and b2 from it. A paths file switches the
 /// concatenations off.
 /// Returns  the alignment, or the first one of a paths file; nothing, with `filename` empty, if it cannot be opened.
 std::optional<Alignment> openfile(RunState& run);

@@ -25,14 +25,14 @@ int first_character() {
   return c;
 }
 
-/// The same behind blanks and empty lines.
+/// The same, after blanks and empty lines.
 int first_visible() {
   int c = first_character();
   while (whitespace(static_cast<char>(c))) c = first_character();
   return c;
 }
 
-/// The rest of a line that goes on with `c`, without its line end. What is beyond the longest answer is dropped.
+/// The rest of a line that goes on with `c`, without its line end. Anything longer than the longest answer is cut off.
 std::string rest_of_line(int c) {
   std::string rest;
   for (; c != '\n' && c != EOF; c = std::getchar()) {

@@ -10,10 +10,10 @@ namespace trimora::rooms {
 /// Standard input has ended where the menus wait for an answer: the run ends without another word.
 struct AnswersEnded {};
 
-/// Print why the run has failed, and that it is over. What the system refused is also told on standard error.
+/// Print why the run has failed, and that it is over. If the system refused something, standard error says so too.
 void errfunc(const Failure& failure);
 
-/// Tell on standard error that `file` is incomplete, and why.
+/// Report on standard error that `file` is incomplete, and why.
 void name_incomplete(const std::string& file, const char* reason);
 
 /// Carry out `run`; when it fails, say why.

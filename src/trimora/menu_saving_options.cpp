@@ -37,7 +37,7 @@ void change(char& toggle) {
   toggle = toggle == 0 ? 1 : 0;
 }
 
-/// Choices a, c and w: a concatenation needs the same number of sequences in all alignments, which is said once.
+/// Choices a, c and w: a concatenation needs the same number of sequences in all alignments. The user is told once.
 void change_concatenation(char& toggle, RunState& run) {
   change(toggle);
   run.tog_sub = 1;

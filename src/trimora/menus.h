@@ -16,9 +16,9 @@ void menu_block_options(RunState& run);
 /// The saving options menu, until the user leaves it.
 void menu_saving_options(RunState& run);
 
-// Choices that stand in more than one menu.
+// Choices that are in more than one menu.
 
-/// Choice g: make a run, or ask for a file first when there is none; the menu is then shown behind a blank line.
+/// Choice g: start a run. Without a file, ask for one first; the menu then follows a blank line.
 void get_blocks(RunState& run);
 
 /// Choice e: ask for a new suffix, and refuse one that is too long, or that a NUL byte makes empty.

@@ -23,7 +23,7 @@ struct Option {
   std::string_view name;
   std::variant<int RunState::*, char RunState::*> sets;
   Range numbers;
-  std::string_view letters;  // letters and the digits they stand for, in turn; none: the value is a number
+  std::string_view letters;  // letters, each followed by its digit; empty: the value is a number
   const char* advice;        // end of the warning
 };
 

@@ -33,7 +33,7 @@ int trimora_run_main(int argc, char* argv[]) {
   } catch (const WrongUsage& wrong) {
     std::fprintf(stderr, "trimora-run: %s\nNothing was run. Try 'trimora-run --help'.\n", wrong.why.c_str());
     status = exit_wrong_usage;
-  } catch (const std::bad_alloc&) {  // in what is said without asking for memory
+  } catch (const std::bad_alloc&) {  // where the run itself has no words for it
     std::fprintf(stderr, "trimora-run: %s: the memory is not enough\n", argc > 1 ? argv[1] : "");
   }
   errno = 0;

@@ -75,7 +75,7 @@ long long Filters::count_species(const Plan& plan) const {
   std::unordered_set<std::string> all;
   for (const Job& job : plan.jobs) {
     try {
-      std::vector<std::string> names = read(job.path).names;
+      std::vector<std::string> names = read_job(job, settings_).names;
       strip_turned(names);
       for (const std::string& name : names) {
         const std::string key = key_of(name, settings_.keys());
@@ -86,7 +86,7 @@ long long Filters::count_species(const Plan& plan) const {
           all.insert(listed->second.name.empty() ? key : key_of(listed->second.name, one_key));
         }
       }
-    } catch (const Failure&) {  // which is said when it comes to this alignment
+    } catch (const Failure&) {  // reported when the run comes to this alignment
     }
   }
   return static_cast<long long>(all.size());
@@ -203,6 +203,35 @@ void write_left_out(OutputFile& out, const std::string& alignment, const LeftOut
   field(alignment, '\t');
   field(left_out.name, '\t');
   field(left_out.reason, '\n');
+}
+
+namespace {
+
+/// The names of a file that holds nothing else; none when it does.
+std::vector<std::string> names_alone(const std::string& path) {
+  std::vector<std::string> names;
+  Input input(path);
+  for (std::string_view line; input.line(line);) {
+    if (trimmed(line).empty()) continue;
+    if (!line.starts_with('>')) return {};
+    names.emplace_back(plain_name(line.substr(1)));
+  }
+  return names;
+}
+
+}  // namespace
+
+Reading read_job(const Job& job, const Settings& settings) {
+  if (job.path == "-") return Input::standard_input().read();
+  try {
+    return read(job.path);
+  } catch (const Failure& failure) {
+    if (!settings.join || failure.kind != Failure::Kind::unfinished_record) throw;
+  }
+  Reading reading;
+  reading.format = "FASTA";
+  reading.names = names_alone(job.path);
+  return reading.names.empty() ? read(job.path) : reading;
 }
 
 int strip_turned(std::vector<std::string>& names) {

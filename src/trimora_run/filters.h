@@ -75,6 +75,9 @@ void write_left_out_header(OutputFile& out);
 /// Write a line; `alignment` is a path, empty for species.
 void write_left_out(OutputFile& out, const std::string& alignment, const LeftOut& left_out);
 
+/// The alignment of a job. With --join it may have no column: names of FASTA alone.
+Reading read_job(const Job& job, const Settings& settings);
+
 /// Take the mark of sequences that mafft turned from their names.
 /// Returns  how many there were.
 int strip_turned(std::vector<std::string>& names);

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int share = 5;           // per cent of the columns from which on letters that may mean gaps are worth a note
 constexpr std::size_t listed = 5;  // stretches, or sequences, that a note names
-constexpr int tile = 4096;         // positions looked at together: what is known of them stays in the first cache
+constexpr int tile = 4096;         // positions looked at together: their data fit into the first-level cache
 
 /// What is known of a character, and of a position by all of its characters together.
 constexpr std::uint8_t gap = 1;
@@ -39,7 +39,7 @@ bool remarkable(const char* text, int width, char unknown) {
   return any != 0;
 }
 
-/// Add what `width` characters at `text` are to what is known of their positions.
+/// Add the kinds of `width` characters at `text` to those already found at their positions.
 /// Returns  what they are all together.
 TRIMORA_VECTOR_CLONES
 std::uint8_t classify(const char* text, int width, char unknown, std::uint8_t* known) {

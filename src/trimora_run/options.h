@@ -13,7 +13,7 @@
 
 namespace trimora::rooms {
 
-/// The values that an option may have: both ends of the numbers, or what else they are.
+/// The values that an option may have: the two ends of a range of numbers, or words for anything else.
 struct ValueRange {
   int least = 0, most = 0;
   std::string_view words = {};
@@ -54,6 +54,9 @@ struct Option {
 /// All of them, in the order of the documents.
 std::span<const Option> all_options();
 
+/// The whole number that `text` is, nothing when it is none; one too large for an int becomes the nearest that fits.
+std::optional<int> whole_number(std::string_view text);
+
 /// The choices of an option, each with its words, the first of which is the one that is shown; none when it has none.
 std::vector<std::vector<std::string>> choices(const Option& option);
 
@@ -68,7 +71,7 @@ struct WrongUsage {
   std::string why;
 };
 
-/// Read the command line; argv[0] is the program's name. Options and files stand in any order, and the options are judged
+/// Read the command line; argv[0] is the program's name. Options and files come in any order, and the options are judged
 /// together. What only the alignment can tell, as the ranges of b1 and b2, is left to the run.
 /// Fails     with WrongUsage, and nothing else.
 Settings parse_command_line(int argc, char* argv[]);

@@ -29,7 +29,7 @@ bool exists(const std::string& path) {
   return fs::exists(system_path(path), unknown);
 }
 
-/// Whether it can be opened twice; what is not there counts as a file.
+/// Whether it can be opened twice. A missing path counts as a file.
 bool is_file(const std::string& path) {
   std::error_code unknown;
   const fs::file_type type = fs::status(system_path(path), unknown).type();

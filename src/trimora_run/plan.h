@@ -1,4 +1,4 @@
-// What a run is going to do, before anything is written: its alignments in their order, and where each result goes.
+// What a run will do, before anything is written: its alignments in order, and where each result goes.
 // Words     stem: the path that the names of an alignment's results begin with
 #pragma once
 #include <string>
@@ -19,7 +19,7 @@ struct Job {
 
 struct Plan {
   std::vector<Job> jobs;
-  bool batch = false;                // what is read are several alignments, or one that is put together with none
+  bool batch = false;                // several alignments, or one alone with -a, -c or -w
   std::string joined_stem;           // of the concatenations
   std::vector<std::string> decided;  // about the files that were named, for the account
 };

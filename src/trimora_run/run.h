@@ -1,4 +1,4 @@
-// A whole run of trimora-run: its alignments in turn, the supermatrix, the table, and what is said of them.
+// A whole run of trimora-run: its alignments in turn, the supermatrix, the table, and all messages.
 #pragma once
 #include "trimora_run/settings.h"
 

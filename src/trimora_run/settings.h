@@ -1,4 +1,4 @@
-// What a run of trimora-run is asked for: made once from the command line, read as const by everything else.
+// What the command line asks trimora-run to do. Made once, then const.
 #pragma once
 #include <optional>
 #include <string>
@@ -16,14 +16,14 @@ enum class Asked { run, help, version };
 /// -p: the report on each alignment.
 enum class Report { html, text, brief, none };
 
-/// --match: how the sequences of several alignments are put together in a concatenation.
+/// --match: how to match the sequences of several alignments in a concatenation.
 enum class Match {
   same,   // by their order; different names are refused
   name,   // by their names; '?' where an alignment lacks one
   order,  // by their order, whatever their names
 };
 
-/// --unknown: what is written for residues at which other programs stop.
+/// --unknown: what to write for residues at which other programs stop.
 enum class Unknown {
   keep,  // the residue itself
   x,     // X in proteins, N in DNA

@@ -30,7 +30,7 @@ inline void open_standard_streams() {
 #endif
 }
 
-/// How far a batch is, on a terminal alone, and only when it takes more than a second and the account goes elsewhere.
+/// Shows how far a batch is: only on a terminal, only after a second, and only if the account goes elsewhere.
 class Progress {
  public:
   explicit Progress(std::size_t jobs) : jobs_(jobs), shown_(jobs > 1 && is_terminal(stderr) && !is_terminal(stdout)) {}

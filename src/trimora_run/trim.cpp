@@ -143,7 +143,7 @@ bool joins(const Plan& plan, const Settings& settings) {
 /// Read the sequences that stay, with their type.
 Reading read_chosen(Outcome& outcome, const Job& job, const Settings& settings, const Filters& filters,
                     const Before& before, KindByLetters& by_letters) {
-  Reading reading = job.path == "-" ? Input::standard_input().read() : read(job.path);
+  Reading reading = read_job(job, settings);
   if (reading.format != "FASTA" && reading.format != "NBRF/PIR") {
     outcome.decided.push_back("read as " + std::string(reading.format));
   }

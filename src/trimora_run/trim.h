@@ -18,7 +18,7 @@
 
 namespace trimora::rooms {
 
-/// What the alignments before leave for the next one of their batch.
+/// What earlier alignments of a batch leave for the next one.
 struct Before {
   std::string path;         // of the first one; empty: none was trimmed
   InputState first;         // its format and type of sequence
@@ -26,7 +26,7 @@ struct Before {
   Table<std::string> name;  // its names
 };
 
-/// What became of one alignment. Nothing else is touched but its own files.
+/// What became of one alignment. trim() touches nothing but this alignment's own files.
 struct Outcome {
   TableRow row;
   std::vector<std::string> decided;  // in reading it, for the account

@@ -6,7 +6,7 @@
 
 namespace trimora::rooms {
 
-/// Whether `name` is of this pattern: * stands for any letters, ? for one. The case of letters does not count.
+/// Whether `name` is of this pattern: * matches any characters, ? one. Case does not matter.
 bool fits(std::string_view pattern, std::string_view name);
 
 /// The files that a word with * or ? means on Windows, in bytewise order; the word itself when there are none, and

@@ -34,7 +34,7 @@ inline constexpr W stops_readers = "holds {characters} ({count} in all), at whic
 inline constexpr W looks_nucleotide = "is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons";
 inline constexpr W looks_protein = "is read as nucleotides, but looks like protein: -t=P";
 inline constexpr W codon_length = "has {number} positions, which is not a multiple of three: does its first column begin a codon?";
-inline constexpr W codon_stops = "{number} of the sequences hold stop codons before their end, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? Codes differ, in mitochondria above all: --code=";
+inline constexpr W codon_stops = "{number} of the sequences hold stop codons before their end, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? Mitochondria and some others have another code: --code=";
 inline constexpr W codon_gaps = "{number} of the sequences hold gaps that are not whole codons, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
 inline constexpr W same_names = "sequences {first} and {second} have the same name, {name}, and tree programs refuse them: rename one";
 inline constexpr W same_words = "sequences {first} and {second} have the same name up to the first blank, {name}, where many tree programs cut it: --format=phylip or nexus writes whole names";

@@ -39,7 +39,7 @@ TEST(Species, KeysThatDoNotTellThemApart) {
   } cases[] = {
       {{"a 1\n", "b 1\n"}, "", ""},
       {{"a|1\n", "a|2\n"}, "", ""},
-      {{"c\n", "a|1\n", "a|2\n"}, "|", "two sequences are called a, sequences 2 (a|1) and 3 (a|2) (paralogs?), "},
+      {{"c\n", "a|1\n", "a|2\n"}, "|", "two sequences are called a, sequences 2 (a|1) and 3 (a|2) "},
       {{"c\n", "|2\n"}, "|", "the name of sequence 2 (|2) does not tell its species"},
   };
   for (const auto& [name, ends, expected] : cases) {
@@ -87,8 +87,9 @@ TEST(Supermatrix, SpeciesAreWhereTheyFirstAppear) {
   EXPECT_EQ(text(all, Joined::blocks), "4 5\nb  ACCG?\na  ADCH?\nc  ??CFK\nd  ????I\n");
   EXPECT_EQ(text(all, Joined::input), "4 8\nb  AACCEG??\na  A-DCEH??\nc  ???CEFKU\nd  ??????IT\n");
   EXPECT_EQ(text(all, Joined::ungapped), "4 7\nb  ACCEG??\na  ADCEH??\nc  ??CEFKU\nd  ?????IT\n");
-  EXPECT_EQ(written_by([&](OutputFile& out) { all.partitions(Joined::ungapped).write_raxml(out, "LG", Division::genes); }),
-            "LG, gene = 1-2\nLG, gene_2 = 3-5\nLG, gene_3 = 6-7\n");
+  EXPECT_EQ(
+      written_by([&](OutputFile& out) { all.partitions(Joined::ungapped).write_raxml(out, "LG", Division::genes); }),
+      "LG, gene = 1-2\nLG, gene_2 = 3-5\nLG, gene_3 = 6-7\n");
 }
 
 // The names are those of the last alignment. Where one alignment has T and another one U, all is DNA.

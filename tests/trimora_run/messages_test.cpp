@@ -63,6 +63,26 @@ TEST_F(Messages, OfRealFiles) {
     {"two.fas",    ">a\nACDEF\n>b\nACDEF\n"},
     {"ab",         "a.fas\nb.fas\n"},
     {"twice",      "a.fas\n\na.fas\n"},
+    {"a.fas.gz",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
+    {"m1",         ">a\nACDEF\n>b\nACDEF\n"},
+    {"m2",         ">c\nACDEF\n>d\nACDEF\n"},
+    {"g1",         ">Mus|g1\nACDEF\n>Homo|g1\nACDEF\n"},
+    {"g2",         ">Mus|g2\nACDEF\n>Homo|g2\nACDEF\n"},
+    {"f1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n>Homo-sapiens\nACDEF\n>Bos taurus\nACDEF\n"},
+    {"f2",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculos\nACDEF\n>Homo_sapiens\nACDEF\n>Bos indicus\nACDEF\n"},
+    {"s1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n>Zea\nACDEF\n"},
+    {"f3",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>M_musculus\nACDEF\n"},
+    {"f4",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n"},
+    {"p.fas",      ">a\nMX-L\n>b\nMKWL\n"},
+    {"k.fas",      ">a\nMX-L\n>b\nMKWL\n"},
+    {"three.cds",  ">a\nATGTAACTG\n>b\nATGAAATGGCTG\n>c\nATG\n"},
+    {"other.cds",  ">x\nATGTAACTG\n>b\nATGAAATGGCTG\n"},
+    {"wrong.cds",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"cds/x.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"cds/y.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"dup/p.1.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"dup/p.2.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"species",    "a\nPan\n"},
     {"bare",       ""},
     {"blank",      " \n\n"},
     {"text",       "about this\n"},
@@ -116,6 +136,7 @@ TEST_F(Messages, OfRealFiles) {
     {"star.pir",   ">P1;a\nx\nACDEF*\n>P1;b\nx\nACD*EF\n"},
     {"cut.gz",     "\x1f\x8b\x08"s},
     {"half.txt",   "\xff\xfe>\0a"s},
+    {"sub2.fas",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
     {"sub/a.fas",  ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
     {"list/text",  "about this\n"},
     {"m1.fas",     ">Aus_bus|1\nACDEF\n>Cus_dus|1\nACDEF\n>Eus_fus|1\nACDEF\n>Gus_hus|1\nACDEF\n"},
@@ -209,6 +230,23 @@ TEST_F(Messages, OfRealFiles) {
     {"same.fas -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "same.fas: two sequences are called a, sequences 1 and 2 (paralogs?), and nothing tells"},
     {"a.fas -t=P -p=n -s=n -b4=2 -a=y --match=name --name-end=a", 1, "a.fas: the name of sequence 1 (a) does not tell its species"},
     {"fit.fas -t=P -p=n --format=phylip", 1, "fit.fas: two sequences are called a_ in PHYLIP, which cannot hold all characters of their names: rename one"},
+    {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
+    {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
+    {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
+    {"a.fas sub2.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/single", 0, "1 species is in one alignment only, nearly all others in several: Zea"},
+    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ only in capitals or signs, and count as different species: "},
+    {"f1 f4 f3 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/abbreviated", 0, "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: "},
+    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "only the first word of a name counts, so that names which seem to be different species count as one: "},
+    {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 0, "species: 1 name in no alignment: Pan"},
+    {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few --min-genes=3", 1, "nothing was concatenated: --min-genes leaves no species"},
+    // coding sequences
+    {"p.fas k.fas -t=P -p=n -s=n -b4=2 --codons=cds", 1, "p.fas: has no coding sequences in cds: their files are matched by name up to the first dot"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=other.cds", 1, "p.fas: has no coding sequence for sequence 1 (a) in other.cds"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=three.cds --match=order", 1, "p.fas: has 2 sequences, but three.cds has 3: --match=order takes them in their order"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=wrong.cds", 1, "p.fas: sequence 2 (b) in wrong.cds: "},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=three.cds --into=made/codons", 0, "p.fas: stop codons inside 1 of the coding sequences, the first in that of a, are written NNN, since codon models refuse them"},
+    {"p.fas -t=P -p=n -s=n -b4=2 --codons=three.cds --into=made/codons", 0, "p.fas: 1 sequence in three.cds without a protein: c"},
+    {"p.fas k.fas -t=P -p=n -s=n -b4=2 --codons=dup", 1, "dup: dup/p.1.fna and dup/p.2.fna have the same name up to the first dot, "},
     // where results go
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
@@ -216,6 +254,7 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
     {"a.fas -t=P --table=a.fas-tr.fasta", 1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
+    {"a.fas a.fas.gz -t=P",         1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
     {"a.fas sub/a.fas --into=out",  1, "a.fas: a.fas and sub/a.fas would have results of the same name in out: rename"},
     {"a.fas --into=bare",           1, "a.fas: the folder bare could not be made: "},
     {"/dev/null",                   1, "/dev/null: is not a file, so that its results have no place: name a folder for them, --into=FOLDER"},
@@ -270,6 +309,8 @@ TEST_F(Messages, OfRealFiles) {
   // clang-format on
   fs::create_directories("sub/two");
   fs::create_directory("list");
+  fs::create_directory("cds");
+  fs::create_directory("dup");
   for (const auto& [path, text] : files) write(path, text);
   write("x.pir", ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF*\n");
   fs::create_symlink("loop.fas", "loop.fas");
@@ -282,7 +323,7 @@ TEST_F(Messages, OfRealFiles) {
   for (const auto& c : cases) {
     const Said said = run(c.arguments);
     EXPECT_EQ(said.status, c.status) << c.arguments << said.notes;
-    EXPECT_TRUE(*c.said == '\0' ? said.notes.empty() : said.notes.find(name + c.said) != std::string::npos)
+    EXPECT_TRUE(*c.said == '\0' ? said.notes.empty() : said.notes.find(c.said) != std::string::npos)
         << c.arguments << ": " << said.notes;
     if (said.status == 2) continue;  // wrong usage has its own words
     std::istringstream lines(said.notes);
@@ -303,6 +344,30 @@ TEST_F(Messages, OfRealFiles) {
     const bool of_memory =
         message.starts_with("there is not enough memory");  // heard when it runs out, in another test
     EXPECT_TRUE(of_memory || heard.contains(message)) << "never heard: " << message;
+  }
+}
+
+// Whatever file of a run is called as an input, or leads to one: nothing is run, and the input stays as it was.
+TEST_F(Messages, NoInputIsReplaced) {
+  const std::string letters = ">a\nACDEF\n>b\nACDEF\n";
+  for (const char* result : {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS",
+                             "a.fas-trComp.fasta", "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta",
+                             "list.seq.phy", "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "table"}) {
+    write("a.fas", letters);
+    for (const bool linked : {false, true}) {
+      write(linked ? "b.fas" : result, letters);
+      if (linked) fs::create_symlink("b.fas", result);
+      write("list", std::string("a.fas\n") + (linked ? "b.fas" : result) + "\n");
+      const Said said = run(
+          "list -t=P -b4=2 --format=fasta,phylip -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table");
+      EXPECT_EQ(said.status, 1) << result;
+      EXPECT_NE(said.notes.find(std::string("the result ") + result + " would replace the input "), std::string::npos)
+          << said.notes;
+      EXPECT_EQ(std::distance(fs::directory_iterator("."), {}), linked ? 4 : 3) << result;
+      EXPECT_EQ(text_of(result), letters);
+      fs::remove(result);
+    }
+    fs::remove("b.fas");
   }
 }
 

@@ -1,0 +1,278 @@
+// What the R files of the package call. They check arguments and hand on plain values.
+// Words     kind, gaps, form: a number from 0, the place of the choice in the enumeration of the header; NA: not given
+// Counting  columns from 1, as everywhere in R
+// Failures  what the library throws is returned, as a list of class trimora_failure: R raises it
+#include <algorithm>
+#include <cpp11.hpp>
+#include <cpp11/declarations.hpp>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "trimora/trimora.h"
+
+using namespace cpp11::literals;
+using trimora::Alignment;
+namespace writable = cpp11::writable;
+
+namespace {
+
+using Pointer = cpp11::external_pointer<Alignment>;
+
+/// Carry out `step`; what fails in it becomes a value.
+template <typename Step>
+SEXP told(Step step) {
+  try {
+    return step();
+  } catch (const trimora::Error& error) {
+    writable::list failure({"message"_nm = error.what(), "kind"_nm = trimora::name_of(error.kind),
+                            "sequence"_nm = error.sequence < 0 ? NA_INTEGER : error.sequence + 1,
+                            "name"_nm = error.name});
+    failure.attr("class") = "trimora_failure";
+    return failure;
+  }
+}
+
+SEXP pointer_to(Alignment ali) {
+  return Pointer(new Alignment(std::move(ali)));
+}
+
+const Alignment& alignment_in(SEXP pointer) {
+  const Pointer ali(pointer);
+  if (R_ExternalPtrAddr(pointer) == nullptr) cpp11::stop("this selection is from another session: select again");
+  return *ali.get();
+}
+
+std::optional<int> given(SEXP value) {
+  const int number = cpp11::as_cpp<int>(value);
+  return number == NA_INTEGER ? std::nullopt : std::optional(number);
+}
+
+std::optional<trimora::Kind> kind_in(SEXP value) {
+  const std::optional<int> kind = given(value);
+  return kind ? std::optional(static_cast<trimora::Kind>(*kind)) : std::nullopt;
+}
+
+std::string path_in(SEXP path) {
+#ifdef _WIN32
+  return Rf_translateCharUTF8(STRING_ELT(path, 0));
+#else
+  return Rf_translateChar(STRING_ELT(path, 0));
+#endif
+}
+
+/// The rows of what R holds, one at a time: texts, a matrix of letters, or bytes that stand for letters, as a matrix or a list.
+class Rows {
+ public:
+  /// `letters`: the letter of each byte, 256 of them.
+  Rows(SEXP x, SEXP letters) : x_(x), letters_(reinterpret_cast<const char*>(RAW(letters))) {
+    if (!Rf_isMatrix(x)) return;
+    rows_ = static_cast<std::size_t>(Rf_nrows(x));
+    columns_ = static_cast<std::size_t>(Rf_ncols(x));
+  }
+
+  /// Returns a view that lives until the next call. Rows are asked for in their order.
+  std::string_view operator()(std::size_t i) {
+    if (Rf_isMatrix(x_)) return in_matrix(i);
+    const auto k = static_cast<R_xlen_t>(i);
+    if (TYPEOF(x_) == STRSXP) return R_CHAR(STRING_ELT(x_, k));
+    const Rbyte* bytes = RAW(VECTOR_ELT(x_, k));
+    tile_.resize(static_cast<std::size_t>(Rf_xlength(VECTOR_ELT(x_, k))));
+    for (std::size_t p = 0; p < tile_.size(); ++p) tile_[p] = letters_[bytes[p]];
+    return tile_;
+  }
+
+ private:
+  /// Matrices lie column after column: several rows are gathered on one way through the memory.
+  std::string_view in_matrix(std::size_t i) {
+    const std::size_t first = i - i % rows_at_once;
+    if (i == first) {
+      const std::size_t count = std::min(rows_at_once, rows_ - first);
+      tile_.resize(count * columns_);
+      if (TYPEOF(x_) == RAWSXP) {
+        const Rbyte* bytes = RAW(x_) + first;
+        gather(count, [bytes, letters = letters_](std::size_t k) { return letters[bytes[k]]; });
+      } else {
+        gather(count, [&](std::size_t k) { return letter(STRING_ELT(x_, static_cast<R_xlen_t>(first + k))); });
+      }
+    }
+    return {tile_.data() + (i - first) * columns_, columns_};
+  }
+
+  template <typename LetterAt>
+  void gather(std::size_t count, LetterAt letter_at) {
+    const std::size_t rows = rows_, columns = columns_;  // a letter that is written may be none of these
+    char* to = tile_.data();
+    for (std::size_t p = 0; p < columns; ++p) {
+      for (std::size_t row = 0; row < count; ++row) to[row * columns + p] = letter_at(row + p * rows);
+    }
+  }
+
+  /// Of a cell; a character that is refused where it holds more or nothing.
+  static char letter(SEXP cell) { return std::string_view(R_CHAR(cell)).size() == 1 ? R_CHAR(cell)[0] : '\1'; }
+
+  static constexpr std::size_t rows_at_once = 64;
+  SEXP x_;
+  const char* letters_;
+  std::size_t rows_ = 0, columns_ = 0;  // of a matrix
+  std::string tile_;
+};
+
+using Arguments = cpp11::list;
+
+/// The list that select_blocks() makes of its arguments.
+trimora::Parameters parameters_in(const Arguments& arguments) {
+  const auto share = [&](const char* name, const char* per_cent) -> std::optional<trimora::Sequences> {
+    const std::optional<int> number = given(arguments[name]);
+    if (!number) return {};
+    return trimora::Sequences{*number, cpp11::as_cpp<bool>(arguments[per_cent])};
+  };
+  trimora::Parameters parameters;
+  parameters.kind = kind_in(arguments["kind"]);
+  parameters.gaps = static_cast<trimora::Gaps>(cpp11::as_cpp<int>(arguments["gaps"]));
+  parameters.b0 = given(arguments["b0"]);
+  parameters.b1 = share("b1", "b1_per_cent");
+  parameters.b2 = share("b2", "b2_per_cent");
+  parameters.b3 = cpp11::as_cpp<int>(arguments["b3"]);
+  parameters.b4 = cpp11::as_cpp<int>(arguments["b4"]);
+  parameters.similarity = cpp11::as_cpp<bool>(arguments["similarity"]);
+  return parameters;
+}
+
+SEXP selected(const Alignment& ali, const Arguments& arguments) {
+  const trimora::Selection found = trimora::select(ali, parameters_in(arguments));
+  writable::integers columns(static_cast<R_xlen_t>(found.columns.size()));
+  for (std::size_t k = 0; k < found.columns.size(); ++k) INTEGER(columns)[k] = found.columns[k] + 1;
+  writable::doubles scores(static_cast<R_xlen_t>(found.scores.size()));
+  writable::integers classes(static_cast<R_xlen_t>(found.classes.size()));
+  constexpr std::string_view levels = "d-.CF";
+  for (std::size_t k = 0; k < found.scores.size(); ++k) {
+    REAL(scores)[k] = static_cast<double>(found.scores[k]);
+    INTEGER(classes)[k] = static_cast<int>(levels.find(found.classes[k])) + 1;
+  }
+  writable::integers first, last;
+  for (const auto& [begin, end] : found.blocks) {
+    first.push_back(begin + 1);
+    last.push_back(end);
+  }
+  return writable::list({"columns"_nm = columns, "scores"_nm = scores, "classes"_nm = classes, "first"_nm = first,
+                         "last"_nm = last, "b1"_nm = found.b1, "b2"_nm = found.b2,
+                         "kind"_nm = static_cast<int>(found.kind)});
+}
+
+/// Columns that are side by side are copied at once.
+class Picker {
+ public:
+  explicit Picker(const cpp11::integers& columns) {
+    for (const int column : columns) {
+      const auto place = static_cast<std::size_t>(column) - 1;
+      if (runs_.empty() || runs_.back().first + runs_.back().second != place) runs_.emplace_back(place, 0);
+      ++runs_.back().second;
+    }
+  }
+  SEXP operator()(std::string_view row) {
+    picked_.clear();
+    for (const auto& [first, length] : runs_) picked_ += row.substr(first, length);
+    return Rf_mkCharLenCE(picked_.data(), static_cast<int>(picked_.size()), CE_UTF8);
+  }
+
+ private:
+  std::vector<std::pair<std::size_t, std::size_t>> runs_;  // first, length
+  std::string picked_;
+};
+
+/// Named texts of the rows of an alignment, reduced to `columns`.
+SEXP texts_of(const Alignment& ali, const cpp11::integers& columns) {
+  writable::strings names(static_cast<R_xlen_t>(ali.size())), rows(static_cast<R_xlen_t>(ali.size()));
+  Picker picked(columns);
+  for (std::size_t i = 0; i < ali.size(); ++i) {
+    const auto k = static_cast<R_xlen_t>(i);
+    SET_STRING_ELT(rows, k, picked(ali.row(i)));
+    SET_STRING_ELT(names, k, Rf_mkCharLenCE(ali.name(i).data(), static_cast<int>(ali.name(i).size()), CE_UTF8));
+  }
+  rows.attr("names") = names;
+  return rows;
+}
+
+}  // namespace
+
+extern "C" {
+
+SEXP trimora_read(SEXP path) {
+  BEGIN_CPP11
+  return told([&] { return pointer_to(trimora::read(path_in(path))); });
+  END_CPP11
+}
+
+SEXP trimora_from_rows(SEXP x, SEXP names, SEXP letters, SEXP kind) {
+  BEGIN_CPP11
+  return told([&] {
+    Rows rows(x, letters);
+    const auto row = [&](std::size_t i) { return rows(i); };
+    return pointer_to(Alignment::from_rows(cpp11::as_cpp<std::vector<std::string>>(names), row, kind_in(kind)));
+  });
+  END_CPP11
+}
+
+SEXP trimora_width(SEXP ali) {
+  BEGIN_CPP11
+  return cpp11::as_sexp(static_cast<int>(alignment_in(ali).width()));
+  END_CPP11
+}
+
+SEXP trimora_select(SEXP ali, SEXP arguments) {
+  BEGIN_CPP11
+  return told([&] { return selected(alignment_in(ali), Arguments(arguments)); });
+  END_CPP11
+}
+
+SEXP trimora_reasons(SEXP ali, SEXP arguments) {
+  BEGIN_CPP11
+  return told(
+      [&] { return cpp11::as_sexp(trimora::reasons(alignment_in(ali), parameters_in(Arguments(arguments)), 1)); });
+  END_CPP11
+}
+
+SEXP trimora_texts(SEXP ali, SEXP columns) {
+  BEGIN_CPP11
+  return texts_of(alignment_in(ali), cpp11::integers(columns));
+  END_CPP11
+}
+
+SEXP trimora_pick(SEXP texts, SEXP columns) {
+  BEGIN_CPP11
+  Picker picked{cpp11::integers(columns)};
+  writable::strings rows(Rf_xlength(texts));
+  for (R_xlen_t k = 0; k < Rf_xlength(texts); ++k) SET_STRING_ELT(rows, k, picked(R_CHAR(STRING_ELT(texts, k))));
+  return rows;
+  END_CPP11
+}
+
+SEXP trimora_write(SEXP ali, SEXP form, SEXP path) {
+  BEGIN_CPP11
+  return told([&]() -> SEXP {
+    trimora::write(alignment_in(ali), static_cast<trimora::Form>(cpp11::as_cpp<int>(form)), path_in(path));
+    return R_NilValue;
+  });
+  END_CPP11
+}
+
+void R_init_trimora(DllInfo* dll) {
+  static const R_CallMethodDef calls[] = {{"trimora_read", reinterpret_cast<DL_FUNC>(&trimora_read), 1},
+                                          {"trimora_from_rows", reinterpret_cast<DL_FUNC>(&trimora_from_rows), 4},
+                                          {"trimora_width", reinterpret_cast<DL_FUNC>(&trimora_width), 1},
+                                          {"trimora_select", reinterpret_cast<DL_FUNC>(&trimora_select), 2},
+                                          {"trimora_reasons", reinterpret_cast<DL_FUNC>(&trimora_reasons), 2},
+                                          {"trimora_texts", reinterpret_cast<DL_FUNC>(&trimora_texts), 2},
+                                          {"trimora_pick", reinterpret_cast<DL_FUNC>(&trimora_pick), 2},
+                                          {"trimora_write", reinterpret_cast<DL_FUNC>(&trimora_write), 3},
+                                          {nullptr, nullptr, 0}};
+  R_registerRoutines(dll, nullptr, calls, nullptr, nullptr);
+  R_useDynamicSymbols(dll, FALSE);
+  R_forceSymbols(dll, TRUE);
+}
+
+}  // extern "C"

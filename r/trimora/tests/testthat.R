@@ -1,0 +1,4 @@
+library(testthat)
+library(trimora)
+
+test_check("trimora")

@@ -1,0 +1,154 @@
+# All ways in and out, and the table of the program where TRIMORA_RUN names it; TRIMORA_CASES draws more than 50 alignments.
+example_file <- function(name) system.file("extdata", name, package = "trimora")
+program <- Sys.getenv("TRIMORA_RUN")
+
+texts <- c(a = "ACGTACGTAC-TACG", b = "ACGTACGTACGTACG", c = "ACGTTCGTAC.TACG", d = "ACGTACGTACGTACG")
+letters_of <- function(x) do.call(rbind, strsplit(unname(x), ""))
+picked <- function(x, columns) vapply(strsplit(unname(x), ""), function(row) paste(row[columns], collapse = ""), "")
+
+drawn_alignment <- function(kind) {
+  alphabet <- strsplit(if (kind == "protein") "ACDEFGHIKLMNPQRSTVWYacX?" else "ACGTUacgtNR?", "")[[1]]
+  numseq <- sample(2:13, 1)
+  column <- function(p) {
+    row <- rep(sample(alphabet, 1), numseq)
+    other <- runif(numseq) > sample(c(0.2, 0.7, 0.9, 1), 1)
+    row[other] <- sample(alphabet, sum(other), TRUE)
+    row[runif(numseq) < sample(c(0, 0, 0, 0, 0.2, 0.5, 1), 1)] <- "-"
+    row
+  }
+  drawn <- vapply(seq_len(sample(4:150, 1)), column, character(numseq))
+  rownames(drawn) <- paste0("seq", seq_len(numseq))
+  drawn
+}
+
+drawn_parameters <- function(numseq) {
+  least <- numseq %/% 2 + 1
+  b1 <- sample(rep(least:numseq, 2), 1)
+  b2 <- sample(rep(b1:numseq, 2), 1)
+  if (runif(1) < 0.5) {
+    b1 <- sample(0:100, 1)
+    b2 <- paste0(sample(rep(b1:100, 2), 1), "%")
+    b1 <- paste0(b1, "%")
+  }
+  all <- list(gaps = sample(gap_names, 1), b0 = sample(2:11, 1), b1 = b1, b2 = b2, b3 = sample(c(0, 1, 3, 8), 1),
+              b4 = sample(2:8, 1), similarity = sample(c(TRUE, FALSE), 1))
+  all[runif(length(all)) < 0.6]
+}
+gap_names <- c("none", "half", "all")
+
+table_of_program <- function(file, kind, parameters) {
+  short <- c(none = "N", half = "H", all = "A", "TRUE" = "Y", "FALSE" = "N")
+  value <- vapply(parameters, as.character, "")
+  value <- ifelse(value %in% names(short), short[value], value)
+  option <- c(gaps = "b5", similarity = "b6", b0 = "b0", b1 = "b1", b2 = "b2", b3 = "b3", b4 = "b4")[names(parameters)]
+  options <- if (length(value) > 0) paste0("-", option, "=", value)
+  arguments <- c(file, "--columns", paste0("-t=", toupper(substr(kind, 1, 1))), options)
+  status <- system2(program, shQuote(arguments), stdout = FALSE, stderr = FALSE)
+  expect_identical(status, 0L)
+  utils::read.delim(paste0(file, "-tr.columns.tsv"), quote = "", colClasses = "character")
+}
+
+single_precision <- function(x) writeBin(x, raw(), size = 4)
+
+expect_as_program <- function(sel, table) {
+  expect_identical(sel$columns, which(table$new != ""))
+  score <- table$score
+  score[score == ""] <- "0"
+  expect_identical(single_precision(sel$scores), single_precision(as.numeric(score)))
+  expect_identical(as.character(sel$classes), table$class)
+  expect_identical(sel$reasons, table$reason)
+}
+
+test_that("examples and drawn alignments are as the program says", {
+  skip_if(program == "", "TRIMORA_RUN does not name the program")
+  folder <- tempfile()
+  dir.create(folder)
+  for (name in c("globins.fas", "primates_mt.fas")) {
+    file <- file.path(folder, name)
+    file.copy(example_file(name), file)
+    kind <- if (name == "globins.fas") "protein" else "dna"
+    for (parameters in list(list(), list(gaps = "half", b4 = 5), list(gaps = "all", b1 = "60%", similarity = FALSE))) {
+      sel <- do.call(select_blocks, c(list(file, kind = kind), parameters))
+      expect_as_program(sel, table_of_program(file, kind, parameters))
+    }
+  }
+  set.seed(21)
+  file <- file.path(folder, "drawn.fas")
+  for (number in seq_len(as.integer(Sys.getenv("TRIMORA_CASES", "50")))) {
+    kind <- sample(c("protein", "dna", "codons"), 1)
+    drawn <- drawn_alignment(kind)
+    parameters <- drawn_parameters(nrow(drawn))
+    sel <- tryCatch(do.call(select_blocks, c(list(drawn, kind = kind), parameters)), trimora_too_few_positions = identity)
+    if (inherits(sel, "error")) next
+    writeLines(rbind(paste0(">", rownames(drawn)), apply(drawn, 1, paste, collapse = "")), file)
+    expect_as_program(sel, table_of_program(file, kind, parameters))
+  }
+})
+
+test_that("every class is taken and returned", {
+  sel <- select_blocks(texts, b3 = 1, b4 = 2)
+  expect_identical(sel$columns, c(1:10, 12:15))
+  expect_identical(unname(sel$trimmed), picked(texts, sel$columns))
+  expect_identical(names(sel$trimmed), names(texts))
+  check <- function(x, columns_of) {
+    found <- select_blocks(x, b3 = 1, b4 = 2)
+    expect_identical(found$columns, sel$columns)
+    expect_identical(class(found$trimmed), class(x))
+    expect_identical(toupper(columns_of(found$trimmed)), toupper(letters_of(gsub(".", "-", sel$trimmed, fixed = TRUE))))
+    expect_identical(found$trimmed, apply_blocks(sel, x))
+  }
+  matrix <- letters_of(gsub(".", "-", texts, fixed = TRUE))
+  rownames(matrix) <- names(texts)
+  check(matrix, unname)
+  skip_if_not_installed("ape")
+  dna <- ape::as.DNAbin(tolower(matrix))
+  as_list <- as.list(dna)
+  check(dna, function(x) unname(as.character(x)))
+  check(as_list, function(x) unname(do.call(rbind, as.character(x))))
+  expect_s3_class(ape::as.DNAbin(sel), "DNAbin")
+  protein <- ape::as.AAbin(matrix)
+  check(protein, function(x) unname(as.character(x)))
+})
+
+test_that("each byte of a DNAbin is the letter that ape says", {
+  skip_if_not_installed("ape")
+  codes <- "acgtrmwskyvhdbn-?"
+  dna <- ape::as.DNAbin(rbind(a = strsplit(codes, "")[[1]], b = strsplit(codes, "")[[1]]))
+  file <- tempfile()
+  write_alignment(dna, file)
+  expect_identical(readLines(file)[2], codes)
+})
+
+test_that("phyDat stays phyDat", {
+  skip_if_not_installed("phangorn")
+  data <- phangorn::phyDat(letters_of(gsub(".", "-", texts, fixed = TRUE)), type = "DNA")
+  sel <- select_blocks(data, b3 = 1, b4 = 2)
+  expect_s3_class(sel$trimmed, "phyDat")
+  expect_identical(unname(as.character(sel$trimmed)), tolower(letters_of(gsub(".", "-", texts, fixed = TRUE)))[, sel$columns])
+})
+
+test_that("what is wrong has a class, a sequence and a name", {
+  found <- tryCatch(select_blocks(c(a = "ACGT", b = "AC")), trimora_unequal_lengths = identity)
+  expect_s3_class(found, "trimora_error")
+  expect_identical(found[c("kind", "sequence", "name")], list(kind = "unequal_lengths", sequence = 2L, name = "b"))
+  expect_error(select_blocks(rbind(a = c("A", "CC"), b = c("A", "C"))), class = "trimora_bad_character")
+  expect_error(select_blocks(rbind(a = character(0), b = character(0))), class = "trimora_unfinished_record")
+  expect_error(select_blocks("no such file"), class = "trimora_not_found")
+  expect_error(select_blocks(c(a = "NN", b = "NN")), class = "trimora_undecided_type")
+  for (wrong in list(list(texts, b4 = 1), list(texts, b4 = 2.5), list(texts, b1 = "60.5%"), list(texts, gaps = "some"),
+                     list(texts, kind = "rna"), list(texts, b1 = 9), list(texts, similarity = NA), list(3), list(NULL),
+                     list(c(a = NA, b = "AC")))) {
+    caught <- tryCatch(do.call(select_blocks, wrong), error = identity)
+    expect_s3_class(caught, "simpleError")
+  }
+  expect_error(apply_blocks(select_blocks(texts, b4 = 2), c(a = "ACGT")), "15 columns")
+  expect_error(write_alignment(select_blocks(texts, b4 = 15), tempfile()), "no column")
+})
+
+test_that("it is drawn and told", {
+  grDevices::pdf(NULL)
+  on.exit(grDevices::dev.off())
+  sel <- select_blocks(example_file("globins.fas"))
+  expect_invisible(plot(sel))
+  expect_output(print(sel), "114 of 154 columns in 2 blocks")
+})
