@@ -1,7 +1,8 @@
 // Alignments for the benchmark, the same bytes on every machine for the same seed.
 // Usage     generate TYPE SEQUENCES POSITIONS SEED FILE...   TYPE P or D; the same letters in each FILE, in the format
 //                                                            that its name ends with: fas, crlf, pir, phy, aln, sto, nex
-//           generate genes COUNT SEED DIRECTORY              DIRECTORY/1/gene.fas, ... and DIRECTORY/paths.txt
+//           generate genes COUNT SEED DIRECTORY              DIRECTORY/gene1.fas, ... and DIRECTORY/paths.txt
+//           generate folders COUNT SEED DIRECTORY            DIRECTORY/1/gene.fas, ... and DIRECTORY/paths.txt
 // Words     stretch: neighbouring columns of one make | residue: the letter that most sequences carry in a column
 // Counting  positions and sequences count from 0 here, the names written count from 1
 #include <algorithm>
@@ -173,15 +174,16 @@ std::vector<std::string> alignment(char type, std::size_t sequences, std::size_t
   return rows;
 }
 
-/// Protein alignments of 40 sequences, each in a folder of its own, and paths.txt, which lists them one a line.
-void write_genes(const std::string& directory, std::uint64_t count, Random& random) {
+/// Protein alignments of 40 sequences, in folders of their own if `folders`, and paths.txt, which lists them one a line.
+void write_genes(const std::string& directory, std::uint64_t count, bool folders, Random& random) {
   std::filesystem::create_directory(directory);
   std::ofstream paths(directory + "/paths.txt");
   for (std::uint64_t k = 1; k <= count; ++k) {
-    const std::string folder = directory + "/" + std::to_string(k);
-    std::filesystem::create_directory(folder);
-    write(alignment('P', 40, static_cast<std::size_t>(random.between(300, 1500)), random), 'P', folder + "/gene.fas");
-    paths << folder << "/gene.fas\n";
+    const std::string number = std::to_string(k);
+    if (folders) std::filesystem::create_directory(directory + "/" + number);
+    const std::string path = directory + (folders ? "/" + number + "/gene.fas" : "/gene" + number + ".fas");
+    write(alignment('P', 40, static_cast<std::size_t>(random.between(300, 1500)), random), 'P', path);
+    paths << path << '\n';
   }
   if (!paths.flush()) stop("cannot write " + directory + "/paths.txt");
 }
@@ -197,15 +199,15 @@ std::uint64_t number(const char* text) {
 
 int main(int argc, char** argv) {
   const std::string_view what = argc > 1 ? argv[1] : "";
-  if (what == "genes" && argc == 5) {
+  if ((what == "genes" || what == "folders") && argc == 5) {
     Random random(number(argv[3]));
-    write_genes(argv[4], number(argv[2]), random);
+    write_genes(argv[4], number(argv[2]), what == "folders", random);
   } else if ((what == "P" || what == "D") && argc > 5) {
     Random random(number(argv[4]));
     const std::vector<std::string> rows = alignment(what.front(), number(argv[2]), number(argv[3]), random);
     for (int k = 5; k < argc; ++k) write(rows, what.front(), argv[k]);
   } else {
-    stop("usage: generate P|D SEQUENCES POSITIONS SEED FILE... | generate genes COUNT SEED DIRECTORY");
+    stop("usage: generate P|D SEQUENCES POSITIONS SEED FILE... | generate genes|folders COUNT SEED DIRECTORY");
   }
   return 0;
 }
