@@ -44,8 +44,9 @@ bool one_step(std::string_view a, std::string_view b) {
   while (head < a.size() && a[head] == b[head]) ++head;
   while (tail < a.size() - head && a[a.size() - 1 - tail] == b[b.size() - 1 - tail]) ++tail;
   const std::string_view left = a.substr(head, a.size() - head - tail), right = b.substr(head, b.size() - head - tail);
-  if (std::any_of(left.begin(), left.end(), is_digit) || std::any_of(right.begin(), right.end(), is_digit))
+  if (std::any_of(left.begin(), left.end(), is_digit) || std::any_of(right.begin(), right.end(), is_digit)) {
     return false;
+  }
   const bool swapped = left.size() == 2 && right.size() == 2 && left[0] == right[1] && left[1] == right[0];
   return right.size() <= 1 || swapped;
 }

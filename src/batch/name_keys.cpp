@@ -54,8 +54,9 @@ std::string_view brackets(std::string_view name) {
 
 std::string_view letters(std::string_view name) {
   const std::size_t end = name.find_first_of("0123456789");
-  if (end == name.npos || !std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(end), is_letter))
+  if (end == name.npos || !std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(end), is_letter)) {
     return {};
+  }
   return name.substr(0, end);
 }
 

@@ -30,8 +30,9 @@ void write_table_header(OutputFile& out) {
       "alignment\tsequences\tcolumns\tpositions\tungapped\tselected\tpercent\tblocks\tb1\tb2\tspecies\tvariable\t"
       "informative");
   for (const char* when : {"_before", ""}) {
-    for (const char* what : {"letters", "unknown", "gaps", "end_gaps", "absent"})
+    for (const char* what : {"letters", "unknown", "gaps", "end_gaps", "absent"}) {
       out.put(std::string("\t") + what + when);
+    }
   }
   out.put("\tstatus\tmessage\n");
 }

@@ -40,8 +40,9 @@ unsigned contents(const char* text, std::size_t length) {
   std::copy(text + whole, text + length, rest);
   for_letters(rest, sizeof rest, look);
   const auto flag = [](LetterVector places, unsigned value) {
-    constexpr LetterVector none{};
-    return std::memcmp(&places, &none, sizeof none) != 0 ? value : 0;
+    unsigned char any = 0;
+    for (std::size_t k = 0; k < sizeof places; ++k) any = static_cast<unsigned char>(any | places[k]);
+    return any != 0 ? value : 0;
   };
   return flag(blank, has_blank) | flag(dot, has_dot) | flag(tilde, has_tilde) | flag(star, has_star) |
          flag(bang, has_bang) | flag(lower, has_lower) | flag(other, has_else);
@@ -152,7 +153,7 @@ void Assembly::begin(std::string name) {
   if (added.find('\0') != added.npos) {
     throw Failure{.kind = Failure::Kind::bad_character,
                   .sequence = reading_.numseq(),
-                  .name = added.c_str(),
+                  .name = added.substr(0, added.find('\0')),
                   .detail = shown('\0')};
   }
 }

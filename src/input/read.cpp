@@ -45,8 +45,9 @@ Reading Input::read() {
     if (format == nullptr) {
       throw Failure{.kind = Failure::Kind::unknown_format, .detail = excerpt(first_line(head))};
     }
-    if (format->read == nullptr)
+    if (format->read == nullptr) {
       throw Failure{.kind = Failure::Kind::refused_format, .detail = std::string(format->name)};
+    }
     Reading reading = format->read(*lines_);
     reading.format = format->name;
     return reading;

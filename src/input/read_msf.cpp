@@ -59,8 +59,9 @@ Reading read_msf(Lines& in) {
     if (msf_ruler(line)) continue;
     std::string_view rest = line;
     std::string* row = rows.empty() ? nullptr : rows.row(take_word(rest));
-    if (row == nullptr)
+    if (row == nullptr) {
       throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
+    }
     append_letters(*row, rest);
   }
   Assembly assembly;

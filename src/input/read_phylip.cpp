@@ -253,8 +253,9 @@ PhylipReading only_reading(const PhylipLines& lines, const PhylipHeader& header)
   std::optional<PhylipReading> failed;
   for (const PhylipLayout& layout : phylip_layouts) {
     if (layout.interleaved ? !interleaved || one_line_each : !sequential && !one_line_each) continue;
-    if (std::any_of(fitting.begin(), fitting.end(), [&](const auto& way) { return same(way, layout, lines); }))
+    if (std::any_of(fitting.begin(), fitting.end(), [&](const auto& way) { return same(way, layout, lines); })) {
       continue;
+    }
     PhylipReading way = read_as(layout, lines, header);
     if (way.failure) {
       if (!failed || way.starts.size() > failed->starts.size()) failed = std::move(way);

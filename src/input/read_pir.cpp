@@ -146,12 +146,13 @@ std::vector<PirRecord> pir_records(Lines& in, std::optional<Kind>& kind) {
       due = Due::name;
       std::string rest(line.substr(star + 1));
       while (!piece.ends && in.next(piece)) rest += piece.text;
-      if (!blank(rest))
+      if (!blank(rest)) {
         throw Failure{.kind = Failure::Kind::bad_record,
                       .sequence = static_cast<int>(records.size()),
                       .name = record.name,
                       .detail = excerpt("*" + rest),
                       .length = in.number()};
+      }
     }
   }
   if (due == Due::description || (due == Due::letters && !ended_in_description())) {

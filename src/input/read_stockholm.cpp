@@ -51,8 +51,9 @@ Reading read_stockholm(Lines& in) {
       if (letters.empty()) {
         throw Failure{.kind = Failure::Kind::unfinished_record, .sequence = rows.last(), .name = std::string(name)};
       }
-      if (!rest.empty())
+      if (!rest.empty()) {
         throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
+      }
       *row += letters;
     }
   }

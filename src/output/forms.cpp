@@ -219,9 +219,10 @@ FormNames names_for(Form form, const Table<std::string>& name, Unique unique) {
         form, name, [](std::string_view whole) { return whole; }, twice);
   } else {
     names.name = fitting(form, name, first_word, twice);
-    if (!twice.empty())
+    if (!twice.empty()) {
       names.name = fitting(
           form, name, [](std::string_view whole) { return whole; }, twice);
+    }
     if (!twice.empty() && unique == Unique::made) {
       number(names.name);
       twice.clear();

@@ -96,8 +96,9 @@ Codons Coding::codons_of(const Job& job, const Reading& reading, const Chosen& c
     if (row.stops > 0 && with_stops++ == 0) first_stop = name;
   }
   if (const std::string text = dropped.words(); !text.empty()) made.decided.push_back(text);
-  if (with_stops > 0)
+  if (with_stops > 0) {
     made.notes.push_back(filled(words_of_run::coding_stops, {std::to_string(with_stops), first_stop}));
+  }
   std::vector<std::string> extra;
   for (std::size_t k = 0; k < used.size(); ++k) {
     if (!used[k]) extra.push_back(coding.names[k]);

@@ -119,6 +119,7 @@ void Filters::choose_listed(Reading& reading, Chosen& chosen) const {
   }
   std::sort(rows.begin(), rows.end());
   std::vector<int> order;
+  order.reserve(rows.size());
   for (const auto& [place, i] : rows) order.push_back(i);
   keep(reading, chosen, order);
 }
@@ -184,6 +185,7 @@ std::vector<std::string> Filters::listed_in_vain(const std::unordered_set<int>& 
   }
   std::sort(missing.begin(), missing.end());
   std::vector<std::string> names;
+  names.reserve(missing.size());
   for (auto& [place, name] : missing) names.push_back(std::move(name));
   return names;
 }

@@ -291,8 +291,9 @@ void check(const CommandLine& line) {
   if (s.min_genes && s.match != Match::name) refuse("--min-genes goes with --match=name");
   if (!s.codon_names.empty() && s.codons.empty()) refuse("--codon-names goes with --codons");
   if (s.code && s.codons.empty() && s.kind != trimora::Kind::codons) refuse("--code goes with --codons or -t=C");
-  if (!s.codons.empty() && s.kind.value_or(trimora::Kind::protein) != trimora::Kind::protein)
+  if (!s.codons.empty() && s.kind.value_or(trimora::Kind::protein) != trimora::Kind::protein) {
     refuse("--codons goes with proteins, not with " + line.given.at("-t"));
+  }
   if (s.join) {
     for (const char* option :
          {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns", "--codons"}) {

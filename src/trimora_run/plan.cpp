@@ -223,6 +223,11 @@ std::vector<std::string> in_forms(const std::string& path, const Settings& setti
   return paths;
 }
 
+/// Whether names may have to change to fit the forms that are written.
+bool changes_names(const Settings& settings) {
+  return std::any_of(settings.forms.begin(), settings.forms.end(), [](Form form) { return form != Form::trimora; });
+}
+
 /// The files that are written for one alignment.
 std::vector<std::string> results_of(const Job& job, const Settings& settings) {
   std::vector<std::string> all;
@@ -235,6 +240,7 @@ std::vector<std::string> results_of(const Job& job, const Settings& settings) {
       for (std::string& path : in_forms(result.path(run), settings)) all.push_back(std::move(path));
     }
   }
+  if (changes_names(settings)) all.push_back(names_path(job.stem));
   if (settings.columns) all.push_back(columns_file(run));
   if (!settings.codons.empty()) {
     for (std::string& path : in_forms(codons_path(run), settings)) all.push_back(std::move(path));
@@ -251,6 +257,7 @@ std::vector<std::string> joined_results(const Plan& plan, const Settings& settin
     if (!choice.joined[static_cast<std::size_t>(joined)]) continue;
     const std::string path = joined_path(plan, settings, joined);
     for (std::string& form : in_forms(path, settings)) all.push_back(std::move(form));
+    if (changes_names(settings)) all.push_back(names_path(path));
     if (settings.partitions) all.insert(all.end(), {raxml_file(path), nexus_file(path)});
   }
   if (!settings.occupancy.empty()) all.push_back(settings.occupancy);
@@ -370,6 +377,10 @@ OutputState output_state(const Settings& settings, const std::string& stem) {
   return run;
 }
 
+std::string names_path(const std::string& path) {
+  return path + ".names.tsv";
+}
+
 std::string left_out_path(const Plan& plan) {
   return plan.joined_stem + ".left_out.tsv";
 }
@@ -402,9 +413,10 @@ std::string joined_path(const Plan& plan, const Settings& settings, Joined joine
 
 Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
   Supermatrix::Choice choice;
-  if (plan.batch)
+  if (plan.batch) {
     choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped,
                      settings.all_blocks && !settings.codons.empty()};
+  }
   choice.by_name = settings.match == Match::name;
   return choice;
 }

@@ -45,6 +45,9 @@ std::string codons_path(const OutputState& run);
 /// The selected blocks of an alignment in the first form.
 std::string blocks_path(const OutputState& run, const Settings& settings);
 
+/// The table of the names that changed in the files whose names begin with `path`.
+std::string names_path(const std::string& path);
+
 /// The concatenations that are asked for.
 Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings);
 

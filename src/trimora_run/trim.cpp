@@ -109,7 +109,7 @@ void write_results(const Settings& settings, Outcome& outcome) {
   };
   // What goes into a concatenation by name is called by its key there: its own file is no reason to stop.
   const Unique unique = settings.match == Match::name && settings.concatenates() ? Unique::made : Unique::needed;
-  const std::string names_path = run.fichero1 + ".names.tsv";
+  const std::string changed_names = names_path(run.fichero1);
   for (const Result& result : results()) {
     if (!result.wanted(run)) continue;
     if (result.positions == nullptr) {
@@ -119,7 +119,7 @@ void write_results(const Settings& settings, Outcome& outcome) {
     const std::vector<Stretch> positions = result.positions(outcome.ali, outcome.found);
     Sheet sheet = sheet_of(outcome.ali, positions);
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters);
-    write_forms(result.path(run), sheet, settings.forms, run, names_path, outcome.decided, outcome.written, unique);
+    write_forms(result.path(run), sheet, settings.forms, run, changed_names, outcome.decided, outcome.written, unique);
   }
   if (!settings.codons.empty()) {
     const std::vector<Stretch> all = {{1, outcome.codons.nupo}};
@@ -127,7 +127,7 @@ void write_results(const Settings& settings, Outcome& outcome) {
     InputState as_codons = run;
     as_codons.seq_type = 'C';
     if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, 'C'));
-    write_forms(codons_path(run), sheet, settings.forms, as_codons, names_path, outcome.decided, outcome.written,
+    write_forms(codons_path(run), sheet, settings.forms, as_codons, changed_names, outcome.decided, outcome.written,
                 unique);
   }
   if (settings.columns) {
@@ -163,8 +163,9 @@ Reading read_chosen(Outcome& outcome, const Job& job, const Settings& settings, 
   outcome.run.seq_type = seq_type;
   outcome.row.sequences = reading.numseq();
   outcome.row.columns = reading.nupo;
-  if (settings.filters() || settings.match == Match::name || !settings.codons.empty())
+  if (settings.filters() || settings.match == Match::name || !settings.codons.empty()) {
     outcome.chosen = filters.choose(reading, seq_type);
+  }
   outcome.row.species = reading.numseq();
   return reading;
 }
@@ -297,7 +298,7 @@ LetterMap letters_written(const Settings& settings, char seq_type) {
 }
 
 void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms, const InputState& run,
-                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written,
+                 const std::string& changed_names, std::vector<std::string>& decided, std::vector<std::string>& written,
                  Unique unique) {
   std::string changes;  // lines of the table of names
   int changed = 0;
@@ -315,12 +316,12 @@ void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms
       changes += std::string(ending(form).substr(1)) + '\t' + names.name[i] + '\t' + std::string(original) + '\n';
     }
   }
-  const bool told = std::find(written.begin(), written.end(), names_path) != written.end();
+  const bool told = std::find(written.begin(), written.end(), changed_names) != written.end();
   if (changed == 0 || told) return;
-  write_whole(names_path, [&](OutputFile& out) { out.put("form\tnew\toriginal\n" + changes); });
-  written.push_back(names_path);
+  write_whole(changed_names, [&](OutputFile& out) { out.put("form\tnew\toriginal\n" + changes); });
+  written.push_back(changed_names);
   decided.push_back(std::to_string(changed) + (changed == 1 ? " name" : " names") +
-                    " changed to fit the form, listed in " + names_path);
+                    " changed to fit the form, listed in " + changed_names);
 }
 
 Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Coding& coding,

@@ -53,9 +53,9 @@ Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const F
 /// What is written for each letter, as --unknown says.
 LetterMap letters_written(const Settings& settings, char seq_type);
 
-/// Write `sheet` to `path` in each form of `settings`; names that change are listed in `names_path`, and told in `decided`.
+/// Write `sheet` to `path` in each form of `settings`; names that change are listed in `changed_names`, and told in `decided`.
 void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms, const InputState& run,
-                 const std::string& names_path, std::vector<std::string>& decided, std::vector<std::string>& written,
+                 const std::string& changed_names, std::vector<std::string>& decided, std::vector<std::string>& written,
                  Unique unique = Unique::needed);
 
 }  // namespace trimora::rooms
