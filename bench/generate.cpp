@@ -180,8 +180,10 @@ void write_genes(const std::string& directory, std::uint64_t count, bool folders
   std::ofstream paths(directory + "/paths.txt");
   for (std::uint64_t k = 1; k <= count; ++k) {
     const std::string number = std::to_string(k);
-    if (folders) std::filesystem::create_directory(directory + "/" + number);
-    const std::string path = directory + (folders ? "/" + number + "/gene.fas" : "/gene" + number + ".fas");
+    std::string path = directory;
+    path.append(folders ? "/" : "/gene").append(number);
+    if (folders) std::filesystem::create_directory(path);
+    path.append(folders ? "/gene.fas" : ".fas");
     write(alignment('P', 40, static_cast<std::size_t>(random.between(300, 1500)), random), 'P', path);
     paths << path << '\n';
   }

@@ -381,6 +381,7 @@ Alignment codons(const Alignment& proteins, const std::vector<std::string>& name
     const Alignment::Data& data = proteins.data();
     const auto keys = [](const std::vector<std::string>& of) {
       std::vector<std::string> all;
+      all.reserve(of.size());
       for (const std::string& name : of) all.push_back(rooms::key_of(name, rooms::KeyRule{}));
       return all;
     };
