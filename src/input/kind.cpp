@@ -58,6 +58,7 @@ KindByLetters kind_by_letters(const Reading& reading) {
     if (found.protein == 0 && counts.protein()) found.protein = i;
   }
   found.letters = total[LetterCounts::all];
+  found.rare = total[LetterCounts::u] + total[LetterCounts::other];
   if (!total.enough()) {
     found.why = KindByLetters::Undecided::few_letters;
   } else if (found.dna != 0 && found.protein != 0) {

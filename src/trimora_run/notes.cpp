@@ -112,7 +112,8 @@ struct Notebook {
 };
 
 /// Letters at which the programs that come next stop, where a form is written that they read.
-void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const Settings& settings) {
+void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const KindByLetters& by_letters,
+                const Settings& settings) {
   const bool plain =
       std::any_of(settings.forms.begin(), settings.forms.end(), [](Form f) { return f != Form::trimora; });
   if (!plain || settings.unknown == Unknown::x) return;
@@ -122,7 +123,7 @@ void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const 
     book.note(words_of_run::stops_readers,
               {"!", std::to_string(remark.number), "IQ-TREE and RAxML", protein ? "X" : "N"});
   }
-  if (!protein) return;
+  if (!protein || by_letters.rare == 0) return;  // as most
   long long count = 0;
   for (int i = 1; i <= book.ali.numseq; ++i) {
     const char* text = book.ali.let[i].from(1);
@@ -269,7 +270,7 @@ std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vec
   const bool looks_dna = by_letters.kind == Kind::dna;
   const bool looks_protein = by_letters.kind == Kind::protein;
   note_characters(book, protein ? !looks_dna : !looks_protein);
-  note_stops(book, remarks, settings);
+  note_stops(book, remarks, by_letters, settings);
   if (points_at_first(ali, remarks)) book.note(words_of_run::points, {});
   if (protein && looks_dna) book.note(words_of_run::looks_nucleotide, {});
   if (!protein && looks_protein) book.note(words_of_run::looks_protein, {});
