@@ -70,7 +70,9 @@ struct Named {
 std::string listed_path(std::string_view line, const std::string& list, std::size_t& from_list) {
   std::string path(trimmed(line));
   if (path.starts_with("~/")) {
-    if (const char* home = std::getenv("HOME"); home != nullptr) path.replace(0, 1, home);
+    const char* home = std::getenv("HOME");
+    if (home == nullptr) home = std::getenv("USERPROFILE");  // on Windows
+    if (home != nullptr) path.replace(0, 1, home);
   }
   if (exists(path)) return path;
   const std::string beside = in_folder(getpath(list).path_file, path);
