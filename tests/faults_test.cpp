@@ -45,6 +45,9 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
   return allocate(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {  // for std::stable_sort(), which does without
+  return fails(memory) ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
 void operator delete(void* place) noexcept {
   std::free(place);
 }
