@@ -19,7 +19,7 @@ cp examples/globins.fas examples/primates_mt.fas "$package/inst/extdata"
 library=$package/src/trimora
 mkdir -p "$library/src"
 cp -R include "$library"
-cp -R src/ground src/input src/selection src/output src/library "$library/src"
+cp -R src/ground src/input src/selection src/output src/batch src/library "$library/src"
 sed "s/@[A-Za-z_]*VERSION@/$version/" src/ground/version.h.in >"$library/src/ground/version.h"
 
 # Every object by a rule of its own, with the flags that stand in CMakeLists.txt: neither can be said portably in a variable.

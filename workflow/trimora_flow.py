@@ -203,15 +203,15 @@ def trim(part, program, options, members):
 
 
 def concatenate(part, program, options, paths):
-    """Writes the concatenations. Returns {path: its line} for those that cannot be put together with the others.
+    """Writes the concatenations. Returns {path: its line}.
 
     To be replaced by --join on what the groups have made. Until then the program selects once more.
     """
     no_files = ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
     table = run(part, program[0], [word for word in options if word != "--columns"] + no_files, paths, program[2])
-    for file in filter(Path.is_file, list((part / "alignments").rglob("*"))):  # beside the last alignment
+    for file in [file for file in (part.parent / "list").iterdir() if file.name != program[2]]:  # beside the list
         file.rename(part / file.name)
-    return {path: line for path, line in table.items() if line["status"] == "failed"}
+    return table
 
 
 def join(part, program, options, members):
@@ -223,8 +223,10 @@ def join(part, program, options, members):
     none.update(status="failed", message="there is no such file, or it cannot be read")
     while refused and any(re.match("-[acw]=y", word, re.IGNORECASE) for word in options):
         passed = [path for path in paths if path in table and table[path]["status"] == "ok"]
-        refused = passed and concatenate(part, program, options, passed)
-        table.update(refused)
+        lines = concatenate(part, program, options, passed) if passed else {}
+        refused = {path: line for path, line in lines.items() if line["status"] == "failed"}
+        for path, line in lines.items():  # what is absent, only all together know
+            table[path] = line if path in refused else {**table[path], **{key: line[key] for key in line if "absent" in key}}
     write_table(part, [table.get(path, {**none, "alignment": path}) for path in paths])
     for group in groups_of(part.parent):
         for folder, _, files in os.walk(group / "made" / "alignments"):

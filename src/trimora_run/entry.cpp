@@ -34,7 +34,7 @@ int trimora_run_main(int argc, char* argv[]) {
     std::fprintf(stderr, "trimora-run: %s\nNothing was run. Try 'trimora-run --help'.\n", wrong.why.c_str());
     status = exit_wrong_usage;
   } catch (const std::bad_alloc&) {  // where the run itself has no words for it
-    std::fprintf(stderr, "trimora-run: %s: the memory is not enough\n", argc > 1 ? argv[1] : "");
+    std::fprintf(stderr, "trimora-run: %s: there is not enough memory\n", argc > 1 ? argv[1] : "");
   }
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;

@@ -31,7 +31,7 @@ let reading = false; // whether letters are being read: these can wait
 /** What the program wrote on standard error, line by line, in the page's words. @param {string} stderr */
 const linesOf = (stderr) => stderr.split("\n").filter((line) => line)
   .map((line) => line.replace(/^trimora-run: /, "").replace(" in /here", "") // the engine's own folder
-    .replace(/the memory (of this machine )?is not enough( \(.*\))?/, noMemory));
+    .replace(/there is not enough memory( \(.*\))?/, noMemory));
 
 /** The kind of sequences that the program took the alignment for, where it says so. @param {string} printed */
 const kindOf = (printed) => printed.match(/; (protein|DNA|codons), by /)?.[1] ?? "";
