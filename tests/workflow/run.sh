@@ -176,7 +176,8 @@ mkdir full
 if mount -t tmpfs -o size=100k none full 2>/dev/null; then
   flow "$here" fasta.txt "-t=D -p=y -a=y" results=full
   umount full
-  ended 1 full/ "a full disk"
+  # There may be no room left for the sentence that is to be said last.
+  { [ $status -eq 1 ] && grep -q "^full/.*No space left on device" log; } || fail "a full disk: status $status"
   [[ $(tail -n 1 log) != *"alignments failed"* ]] || fail "a full disk is no fault of an alignment"
 fi
 
