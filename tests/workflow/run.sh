@@ -214,7 +214,7 @@ mkdir module && cp -R name module/genes
 cat >module/Snakefile <<EOT
 module trimora:
     snakefile: "$scratch/a clone/workflow/Snakefile"
-    config: {"paths": "list.txt", "options": "-t=D -p=n -a=y", "program": "$PROGRAM"}
+    config: {"paths": "list.txt", "options": "-t=D -p=n -a=y --name-end=|", "program": "$PROGRAM"}
 use rule * from trimora as trimora_*
 rule all:
     input: rules.trimora_all.input
