@@ -18,5 +18,5 @@ cd "$folder"
 echo "\$ trimora-run examples/globins.fas -p=t"
 "$program" examples/globins.fas -p=t
 echo "Written, below $folder:"
-echo "  examples/globins.fas-tr      the selected blocks"
-echo "  examples/globins.fas-tr.txt  the report; without -p=t it is a page for the browser, globins.fas-tr.htm"
+echo "  examples/globins.fas-tr.fasta  the selected blocks"
+echo "  examples/globins.fas-tr.txt    the report; without -p=t it is a page for the browser, globins.fas-tr.htm"
