@@ -321,14 +321,16 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   for (const Job& job : plan.jobs) {
     if (!job.coding.empty()) inputs.try_emplace(places.of(job.coding), &job.coding);
   }
-  if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
+  for (const std::string* given : {&settings.species, &settings.codons, &settings.codon_names}) {
+    if (!given->empty()) inputs.try_emplace(places.of(*given), given);
+  }
 
   const std::string& file = settings.files.front();
   if (!settings.into.empty()) {
     std::unordered_map<std::string, const std::string*> stems;
     for (const Job& job : plan.jobs) {
       const auto [entry, fresh] = stems.try_emplace(job.stem, &job.path);
-      if (!fresh) refuse(file, words_of_run::same_base_name, {*entry->second, job.path, settings.into});
+      if (!fresh) refuse(job.path, words_of_run::same_base_name, {*entry->second, settings.into});
     }
   }
   std::unordered_map<std::string, bool> written;
@@ -374,6 +376,7 @@ OutputState output_state(const Settings& settings, const std::string& stem) {
   run.tog_ncbfile = toggle(settings.nonconserved);
   run.tog_ungappedfile = toggle(settings.ungapped);
   run.exten = settings.suffix;
+  run.form = ending(settings.forms.front());
   run.breakcount = settings.line_length;
   run.escaped = true;
   return run;
