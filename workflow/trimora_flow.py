@@ -148,14 +148,14 @@ def make(log):
             shutil.rmtree(part, ignore_errors=True)
             program, options, *members = read(folder / "members.tsv")
             step(part, program, options, members)
+            (part / "list").unlink(missing_ok=True)
             changed = [path for path, *was in members if stamp(path) != was[:2]]
             if changed or sha256(Path(program[0]).read_bytes()).hexdigest() != program[1]:
                 raise Refused(f"{[*changed, program[0]][0]} has changed since the workflow was started: start it again")
             part.rename(made)
         if step is join:
             show(folder)
-            failed = [line["status"] for line in read_table(made / "table.tsv").values()].count("failed")
-            if failed:
+            if failed := [line["status"] for line in read_table(made / "table.tsv").values()].count("failed"):
                 raise Refused(f"{failed} of the alignments failed; {folder.parent.parent}/table.tsv says which and why")
 
 
@@ -169,9 +169,10 @@ def run(part, program, options, files):
     `files` has the file to read for each path. Returns {path: its line of the table}.
     """
     places = {place_of(path): path for path in files}
+    for folder in set(map(os.path.dirname, places)):
+        os.makedirs(f"{part}/alignments/{folder}", exist_ok=True)
     for place, path in places.items():
-        os.makedirs(os.path.dirname(part / "alignments" / place), exist_ok=True)
-        os.symlink(os.path.abspath(files[path]), part / "alignments" / place)
+        os.symlink(os.path.abspath(files[path]), f"{part}/alignments/{place}")
     write(part / "list", [[place] for place in places])
     command = [program, "../list", *options, "--keep-going", "--table=../table.tsv"]
     done = subprocess.run(command, cwd=part / "alignments", stdin=subprocess.DEVNULL, capture_output=True)
@@ -181,7 +182,6 @@ def run(part, program, options, files):
         how = f"was killed by signal {-done.returncode}" if done.returncode < 0 else f"ended with status {done.returncode}"
         raise Refused(f"{program} {how} in {part.parent}: {os.fsdecode(done.stderr).strip().split(chr(10))[-1]}")
     subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
-    (part / "list").unlink()
     return dict(zip(places.values(), table.values()))
 
 
@@ -189,8 +189,7 @@ def trim(part, program, options, members):
     table = run(part, program[0], options, {path: path for path, *_ in members})
     # When the disk is full, no alignment is to blame.
     failed = (int(size) for path, size, _ in members if table[path]["status"] == "failed")
-    (part / "probe").write_bytes(bytes(2 * max(failed, default=0)))
-    (part / "probe").unlink()
+    (part / "list").write_bytes(bytes(2 * max(failed, default=0)))
 
 
 def concatenate(part, program, options, table, groups):
@@ -225,10 +224,11 @@ def join(part, program, options, members):
     write(part / "table.tsv", [none, *(line.values() for line in table.values())])
     for group in {*groups.values()}:
         for folder, _, files in os.walk(group / "made" / "alignments"):
-            links = part / os.path.relpath(folder, group / "made")
-            links.mkdir(parents=True, exist_ok=True)
+            links = os.path.join(part, os.path.relpath(folder, group / "made"))
+            os.makedirs(links, exist_ok=True)
+            target = os.path.relpath(folder, links)
             for file in files:
-                os.symlink(os.path.join(os.path.relpath(folder, links), file), links / file)
+                os.symlink(f"{target}/{file}", f"{links}/{file}")
 
 
 def show(folder):
