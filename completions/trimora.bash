@@ -23,6 +23,7 @@ _trimora() {
     -w='Y|N'
   ) # end of options of both programs
   local own=( # made by scripts/options.sh: options of trimora-run
+    --preset='classic|relaxed|none'
     --format='fasta|phylip|nexus|trimora'
     --unknown='keep|x'
     --into=FOLDER

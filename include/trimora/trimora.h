@@ -154,7 +154,13 @@ struct Parameters {
   std::optional<int> b0;        // length of an initial block, at least; 2 to 32000; unset: as b4
   Gaps gaps = Gaps::none;       // b5
   bool similarity = true;       // b6: similar residues of proteins add to a score
+  bool every = false;           // keep every column that is not a gap in every sequence; b0 to b6 then select nothing
 };
+
+/// The parameters that a name stands for: "classic" are the defaults, "relaxed" allows gaps and keeps more, "none" keeps
+/// every column. docs/when-to-trim.md says when to choose which.
+/// Error    bad_argument when there is no preset of this name
+TRIMORA_API Parameters preset(std::string_view name);
 
 /// What was selected of one alignment. Columns are those of the alignment as it was given, from 0.
 struct Selection {

@@ -16,6 +16,7 @@
 #include "output/forms.h"
 #include "output/whole_file.h"
 #include "selection/parameters.h"
+#include "selection/presets.h"
 #include "selection/reasons.h"
 #include "selection/selection.h"
 #include "trimora/trimora.h"
@@ -247,6 +248,17 @@ Alignment read(const std::string& path) {
 
 Alignment read_text(std::string_view text) {
   return told([&] { return made_of(rooms::read_text(text), std::nullopt); });
+}
+
+Parameters preset(std::string_view name) {
+  return told([&] {
+    std::string names;
+    for (const rooms::Preset& each : rooms::presets) {
+      if (each.name == name) return each.parameters;
+      names.append(names.empty() ? "" : ", ").append(each.name);
+    }
+    refuse("there is no preset " + std::string(name) + ", only " + names);
+  });
 }
 
 Selection select(const Alignment& ali, const Parameters& parameters) {

@@ -54,6 +54,7 @@ void set_parameters(const Parameters& parameters, SelectionState& run) {
   run.posblen = parameters.b0.value_or(parameters.b4);
   run.tog_gaps = parameters.gaps == Gaps::none ? no_gaps : parameters.gaps == Gaps::half ? with_half : all_gaps;
   run.tog_sim = parameters.similarity ? 1 : 0;
+  run.every = parameters.every;
 }
 
 }  // namespace trimora::rooms

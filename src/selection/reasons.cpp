@@ -90,6 +90,7 @@ void judge_parts(Table<Verdict>& all, const Stretch& block, const PositionScores
 Table<Verdict> verdicts(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
                         const SelectionState& run) {
   Table<Verdict> all(ali.nupo);
+  if (run.every) return all;
   judge_gaps(all, ali, scores, run);
   judge_segments(all, scores, ali.nupo, run);
   for (const Stretch& block : blocks.pos) judge_parts(all, block, scores, run);

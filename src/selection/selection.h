@@ -13,11 +13,20 @@ struct Selection {
   Ungapped ungapped;  // only when it was asked for
 };
 
+/// All positions as one block.
+inline SelectedBlocks every_position(const Alignment& ali) {
+  SelectedBlocks blocks;
+  blocks.pos = blocks.newpos = blocks.newposseq = {{1, ali.nupo}};
+  blocks.nupo3 = ali.nupo;
+  blocks.nupo3per = 100;
+  return blocks;
+}
+
 /// Score the positions of `ali` and select its blocks.
 inline Selection find_blocks(const Alignment& ali, const SelectionState& run, bool needs_ungapped) {
   Selection found;
   found.scores = assignval(ali, run);
-  found.blocks = getpos(found.scores, ali, run);
+  found.blocks = run.every ? every_position(ali) : getpos(found.scores, ali, run);
   if (needs_ungapped) found.ungapped = ungap(ali);
   return found;
 }

@@ -18,6 +18,7 @@ struct SelectionState : InputState {
   int posblen2 = 10;       // b4: minimum length of a block after gap cleaning; 2 to 32000
   int tog_gaps = no_gaps;  // b5: allowed gap positions: none, with half, all
   int tog_sim = 1;         // b6: use the similarity matrix, for proteins only
+  bool every = false;      // no position is left out, whatever the parameters
   int initnegval = 0;      // half the number of sequences + 1: lower bound of b1; never set by the user
   int numseq = 0;          // sequences of the alignment loaded last; bounds b2, and b1 and b2 are derived from it
 };

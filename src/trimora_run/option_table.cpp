@@ -8,6 +8,7 @@
 
 #include "batch/genetic_code.h"
 #include "ground/path.h"
+#include "selection/presets.h"
 
 namespace trimora::rooms {
 
@@ -122,6 +123,10 @@ std::string_view name_parts(std::string_view value, Settings& settings) {
   return "";
 }
 
+void choose_preset(int choice, Settings& settings) {
+  settings.preset = &presets[choice];
+}
+
 template <Asked asked>
 std::string_view ask(std::string_view, Settings& settings) {
   settings.asked = asked;
@@ -140,6 +145,9 @@ constexpr Option options[] = {
 //   brief (range, more)
   {parameters, "-t",           "P protein|D DNA|C codons",       "by the letters", choose<&S::kind, trimora::Kind>,
    "type of sequence: protein, DNA, codons; codons are never guessed"},
+  {parameters, "--preset",     "classic|relaxed|none",           "classic",     choose_preset,
+   "-b2 to -b5 under one name: the defaults; gaps and shorter blocks allowed; every column kept", {},
+   "Options that are given as well win, wherever they are. No preset sets b0. See [when to trim](when-to-trim.md)."},
   {parameters, "-b1",          "NUMBER",                         "half + 1",    sequences<&S::b1, 1>,
    "sequences a conserved position needs", {0, 0, "half + 1 to b2"}},
   {parameters, "-b2",          "NUMBER",                         "85 %",        sequences<&S::b2, 0>,

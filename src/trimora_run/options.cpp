@@ -251,6 +251,34 @@ void check_filter(const CommandLine& line) {
   if (!s.blocks) throw WrongUsage{"-s=n leaves nothing to write with -"};
 }
 
+/// What the preset says where no option does.
+void apply_preset(CommandLine& line) {
+  Settings& s = line.settings;
+  if (!s.preset) return;
+  const Parameters& p = s.preset->parameters;
+  if (!line.has("-b2")) s.b2 = p.b2;
+  if (!line.has("-b3")) s.b3 = p.b3;
+  if (!line.has("-b4")) s.b4 = p.b4;
+  if (!line.has("-b5")) s.gaps = p.gaps;
+  s.every = p.every;
+  for (const char* option : {"-b0", "-b1", "-b2", "-b3", "-b4", "-b5", "-b6"}) {
+    if (line.has(option)) s.in_place_of_preset += (s.in_place_of_preset.empty() ? "" : " ") + line.given.at(option);
+  }
+}
+
+/// Keeping every column leaves nothing for the parameters to do, and a report on them would mislead.
+void check_every(const CommandLine& line) {
+  const Settings& s = line.settings;
+  if (!s.in_place_of_preset.empty()) {
+    throw WrongUsage{s.in_place_of_preset + " does not go with --preset=none, which keeps every column"};
+  }
+  for (const auto& [option, on] : {std::pair("-p", s.report != Report::none), std::pair("-d", s.map)}) {
+    if (line.has(option) && on) {
+      throw WrongUsage{line.given.at(option) + " does not go with --preset=none, which selects nothing"};
+    }
+  }
+}
+
 void check(const CommandLine& line) {
   const Settings& s = line.settings;
   const auto refuse = [](const std::string& why) { throw WrongUsage{why}; };
@@ -258,7 +286,7 @@ void check(const CommandLine& line) {
   if (s.files.size() > 1 && std::find(s.files.begin(), s.files.end(), "-") != s.files.end()) {
     refuse("-, the standard input, goes with no other file");
   }
-  if (s.b1 && s.b2) {
+  if (s.b1 && s.b2 && line.has("-b2")) {  // not with the b2 of a preset, which is at least b1
     const bool lowest = !s.b2->percent && s.b2->number == 0;
     if (s.b1->percent != s.b2->percent && !lowest) refuse("-b1 and -b2: give both in per cent, or both as numbers");
     if (s.b1->number > s.b2->number && !lowest) refuse("-b1 is more than -b2: a flank position is conserved, too");
@@ -295,13 +323,14 @@ void check(const CommandLine& line) {
     refuse("--codons goes with proteins, not with " + line.given.at("-t"));
   }
   if (s.join) {
-    for (const char* option :
-         {"-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled", "--min-columns", "--codons"}) {
+    for (const char* option : {"--preset", "-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled",
+                               "--min-columns", "--codons"}) {
       const bool on =
           line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
       if (on) refuse(line.given.at(option) + " does not go with --join, which selects nothing");
     }
   }
+  if (s.every) check_every(line);
   if (s.suffix == "--" && s.ungapped && s.blocks) refuse("-e=-- and -u=y give two files one name");
   if (s.suffix == "--" && s.all_blocks && s.all_ungapped) refuse("-e=--, -a=y and -w=y give two files one name");
   if (s.filter()) check_filter(line);
@@ -392,12 +421,13 @@ Settings parse_command_line(int argc, char* argv[]) {
     }
   }
   if (line.settings.join) line.settings.all_input = true;
+  apply_preset(line);
   check(line);
   if (line.settings.join) {
     line.settings.blocks = false;
     line.settings.report = Report::none;
   }
-  if (line.settings.filter()) {
+  if (line.settings.filter() || line.settings.every) {
     line.settings.report = Report::none;
   }
   return line.settings;

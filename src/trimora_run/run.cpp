@@ -37,6 +37,14 @@ std::string account_of(const Outcome& outcome) {
   return line;
 }
 
+/// "preset relaxed: -b2=51% -b3=8 -b4=5 -b5=h; instead: -b3=4", for the methods section of a paper.
+std::string preset_of(const Settings& settings) {
+  const Preset& preset = *settings.preset;
+  std::string line = "preset " + std::string(preset.name) + ": " + std::string(preset.stands_for);
+  if (!settings.in_place_of_preset.empty()) line += "; instead: " + settings.in_place_of_preset;
+  return line;
+}
+
 /// The table of alignments, where it was asked for: in its file, or on standard output.
 class ResultsTable {
  public:
@@ -168,6 +176,7 @@ int carry_out(const Settings& settings) {
   Voice voice(settings);
   try {
     const Plan plan = plan_of(settings);
+    if (settings.preset) voice.account(preset_of(settings));
     for (const std::string& line : plan.decided) voice.account(line);
     Run run(settings, plan, voice);
     Progress progress(plan.jobs.size());

@@ -6,6 +6,7 @@
 
 #include "batch/name_keys.h"
 #include "batch/partitions.h"
+#include "selection/presets.h"
 #include "trimora/trimora.h"  // Parameters
 
 namespace trimora::rooms {
@@ -34,6 +35,8 @@ enum class Unknown {
 struct Settings : Parameters {
   Asked asked = Asked::run;        // anything but a run: the rest is as it is by default
   std::vector<std::string> files;  // one or more; "-", the standard input, only alone
+  const Preset* preset = nullptr;  // --preset: what the parameters are where no option says otherwise; none: classic
+  std::string in_place_of_preset;  // the options that say otherwise: "-b3=4 -b5=a"
 
   // Files written for each alignment.
   bool blocks = true;                                                    // -s: the selected blocks

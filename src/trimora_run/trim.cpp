@@ -259,8 +259,10 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
     return;
   }
   set_parameters(settings, run);
-  row.b1 = run.negval;
-  row.b2 = run.flankval;
+  if (!settings.every) {
+    row.b1 = run.negval;
+    row.b2 = run.flankval;
+  }
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
   outcome.notes.insert(outcome.notes.end(), codons.notes.begin(), codons.notes.end());
   const bool needs_ungapped = settings.ungapped || !settings.table.empty() || (joined && settings.all_ungapped);
