@@ -46,6 +46,7 @@ _trimora() {
     --name=
     --keep-going
     --table=FILE
+    --overview=
     --strict
     --quiet
     --help

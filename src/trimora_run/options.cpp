@@ -238,6 +238,7 @@ void check_filter(const CommandLine& line) {
       {"--columns", true},
       {"--partitions", true},
       {"--table", true},
+      {"--overview", true},
       {"--join", true},
       {"--codons", true},
       {"--min-species", true},
@@ -300,6 +301,11 @@ void check(const CommandLine& line) {
       const bool on =
           line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
       if (on) refuse(line.given.at(option) + " does not go with --join, which selects nothing");
+    }
+  }
+  for (const char* option : {"--occupancy", "--overview"}) {
+    if (line.has(option) && line.given.at(option).ends_with("=-")) {
+      refuse(line.given.at(option) + " is no file: --table=- alone goes to standard output");
     }
   }
   if (s.suffix == "--" && s.ungapped && s.blocks) refuse("-e=-- and -u=y give two files one name");
@@ -400,6 +406,8 @@ Settings parse_command_line(int argc, char* argv[]) {
   if (line.settings.filter()) {
     line.settings.report = Report::none;
   }
+  line.settings.command.assign(argv + 1, argv + argc);
+  line.settings.given.assign(line.given.begin(), line.given.end());
   return line.settings;
 }
 

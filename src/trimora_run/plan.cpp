@@ -321,7 +321,9 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   for (const Job& job : plan.jobs) {
     if (!job.coding.empty()) inputs.try_emplace(places.of(job.coding), &job.coding);
   }
-  if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
+  for (const std::string* names : {&settings.species, &settings.codon_names}) {
+    if (!names->empty()) inputs.try_emplace(places.of(*names), names);
+  }
 
   const std::string& file = settings.files.front();
   if (!settings.into.empty()) {
@@ -344,6 +346,7 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   }
   for (const std::string& result : joined_results(plan, settings)) check(result);
   if (!settings.table.empty() && settings.table != "-") check(settings.table);
+  if (!settings.overview.empty()) check(settings.overview);
 }
 
 void make_folder(const Settings& settings) {
@@ -393,6 +396,10 @@ std::string kept_path(const Plan& plan) {
 
 bool writes_kept(const Settings& settings) {
   return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
+}
+
+std::string report_path(const Job& job, const Settings& settings) {
+  return settings.report == Report::none ? "" : viewfile(output_state(settings, job.stem));
 }
 
 std::string codons_path(const OutputState& run) {

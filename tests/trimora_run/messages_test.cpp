@@ -220,6 +220,7 @@ TEST_F(Messages, OfRealFiles) {
     // where results go
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
+    {"p.fas -t=P -p=n -s=n --codons=three.cds --codon-names=species --overview=species", 1, "p.fas: the result species would replace the input species: choose"},
     {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
     {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
@@ -322,14 +323,16 @@ TEST_F(Messages, NoInputIsReplaced) {
   const std::string letters = ">a\nACDEF\n>b\nACDEF\n";
   for (const char* result : {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS",
                              "a.fas-trComp.fasta", "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta",
-                             "list.seq.phy", "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "table"}) {
+                             "list.seq.phy", "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "table",
+                             "list.kept.txt", "cells", "page"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
       if (linked) fs::create_symlink("b.fas", result);
       write("list", std::string("a.fas\n") + (linked ? "b.fas" : result) + "\n");
       const Said said = run(
-          "list -t=P -b4=2 --format=fasta,phylip -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table");
+          "list -t=P -b4=2 --format=fasta,phylip -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table "
+          "--occupancy=cells --overview=page");
       EXPECT_EQ(said.status, 1) << result;
       EXPECT_NE(said.notes.find(std::string("the result ") + result + " would replace the input "), std::string::npos)
           << said.notes;
