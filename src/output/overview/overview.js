@@ -167,6 +167,7 @@ function whatWasRun(data) {
   const command = ["trimora-run", ...data.command.map(quoted)].join(" ");
   const rows = data.settings.map(([option, value, meaning]) =>
     make("tr", {}, make("th", { scope: "row" }, option), make("td", { class: "text" }, value), make("td", { class: "text" }, meaning)));
+  /** @type {HTMLElement[]} */
   const parts = [make("p", {}, make("code", {}, command)), make("p", {}, data.program)];
   if (rows.length > 0) {
     parts.push(make("details", {}, make("summary", {}, "Parameters of the selection"),
