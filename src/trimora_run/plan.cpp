@@ -346,6 +346,7 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   }
   for (const std::string& result : joined_results(plan, settings)) check(result);
   if (!settings.table.empty() && settings.table != "-") check(settings.table);
+  if (!settings.overview.empty()) check(settings.overview);
 }
 
 void make_folder(const Settings& settings) {
@@ -396,6 +397,10 @@ std::string kept_path(const Plan& plan) {
 
 bool writes_kept(const Settings& settings) {
   return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
+}
+
+std::string report_path(const Job& job, const Settings& settings) {
+  return settings.report == Report::none ? "" : viewfile(output_state(settings, job.stem));
 }
 
 std::string codons_path(const OutputState& run) {

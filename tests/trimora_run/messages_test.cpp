@@ -232,6 +232,7 @@ TEST_F(Messages, OfRealFiles) {
     {"ab -t=P -p=n -s=n --species=species --table=species", 1, "ab: the result species would replace the input species: choose"},
     {"p.fas -t=P -p=n -s=n --codons=wrong.cds --codon-names=bare --table=bare", 1, "p.fas: the result bare would replace the input bare: choose"},
     {"p.fas -t=P -p=n -s=n --codons=codings --table=codings", 1, "p.fas: the result codings would replace the input codings: choose"},
+    {"p.fas -t=P -p=n -s=n --codons=three.cds --codon-names=species --overview=species", 1, "p.fas: the result species would replace the input species: choose"},
     {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
     {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
@@ -339,14 +340,16 @@ TEST_F(Messages, NoInputIsReplaced) {
   for (const char* result :
        {"a.fas-tr.fasta", "a.fas-tr.nexus", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS", "a.fas-trComp.fasta",
         "a.fas--.nexus", "a.fas-tr.columns.tsv", "a.fas.names.tsv", "list-tr.seq.fasta", "list.seq.nexus",
-        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "table"}) {
+        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "list.kept.txt", "table",
+        "cells", "page"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
       if (linked) fs::create_symlink("b.fas", result);
       write("list", std::string("a.fas\n") + (linked ? "b.fas" : result) + "\n");
       const Said said = run(
-          "list -t=P -b4=2 --format=fasta,nexus -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table");
+          "list -t=P -b4=2 --format=fasta,nexus -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table "
+          "--occupancy=cells --overview=page");
       EXPECT_EQ(said.status, 1) << result;
       EXPECT_NE(said.notes.find(std::string("the result ") + result + " would replace the input "), std::string::npos)
           << said.notes;
