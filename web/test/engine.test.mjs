@@ -2,6 +2,7 @@
 
 import assert from "node:assert/strict";
 import { test } from "node:test";
+import { gzipSync } from "node:zlib";
 import { layers } from "../page/layers.js";
 import { letters } from "../page/letters.js";
 import { state } from "../page/state.js";
@@ -20,6 +21,21 @@ test("what was written is handed out as bytes from 0 to 255, and what was only r
 test("a file that the run writes again is among its files", async () => {
   const { files } = await run({ ...globins, "globins.fas-tr.fasta": bytes("of an earlier run") }, ["globins.fas", "-p=N", "--format=fasta"]);
   assert.match(Buffer.from(files["globins.fas-tr.fasta"]).toString(), /^>MYG_ESCGI/);
+});
+
+test("gzip is read to its end, in one member or several, and what follows it is an error", async () => {
+  const text = globins["globins.fas"], half = text.length >> 1;
+  const packed = { one: gzipSync(text), two: Buffer.concat([gzipSync(text.subarray(0, half)), gzipSync(text.subarray(half)), gzipSync("")]) };
+  const expected = (await run(globins, ["globins.fas", "-p=N"])).files["globins.fas-tr.fasta"];
+  for (const [members, content] of Object.entries(packed)) {
+    const { files } = await run({ "x.fas.gz": content }, ["x.fas.gz", "-p=N"]);
+    assert.deepEqual(Object.keys(files), ["x.fas-tr.fasta"], members);
+    assert.deepEqual(files["x.fas-tr.fasta"], expected, members);
+    assert.deepEqual((await run({}, ["-"], { stdin: content })).stdout, expected, members);
+    for (const wrong of [Buffer.concat([content, bytes(">more\nACDE\n")]), content.subarray(0, -9)]) {
+      await assert.rejects(run({ "x.fas.gz": wrong }, ["x.fas.gz"]), /^Error: x\.fas\.gz: its gzip data are damaged, or something else follows/);
+    }
+  }
 });
 
 test("a program that cannot be loaded is an error, and the next run works", async () => {
