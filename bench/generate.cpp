@@ -1,6 +1,8 @@
 // Alignments for the benchmark, the same bytes on every machine for the same seed.
 // Usage     generate TYPE SEQUENCES POSITIONS SEED FILE...   TYPE P or D; the same letters in each FILE, in the format
-//                                                            that its name ends with: fas, crlf, pir, phy, aln, sto, nex
+//                                                            that its name ends with: fas, crlf, pir, phy, aln, sto,
+//                                                            nex, msf, tens (PHYLIP, sequential, in groups of ten) or
+//                                                            blocks (PHYLIP, interleaved, in groups of ten)
 //           generate genes COUNT SEED DIRECTORY              DIRECTORY/gene1.fas, ... and DIRECTORY/paths.txt
 //           generate folders COUNT SEED DIRECTORY            DIRECTORY/1/gene.fas, ... and DIRECTORY/paths.txt
 // Words     stretch: neighbouring columns of one make | residue: the letter that most sequences carry in a column
@@ -132,33 +134,49 @@ void draw(const Plan& plan, std::size_t sequence, Random& random, char* row) {
   std::exit(2);
 }
 
+/// The 60 letters of `row` from `p` on, also in groups of ten.
+std::string line_of(const std::string& row, std::size_t p, bool grouped) {
+  std::string line = row.substr(p, 60);
+  for (std::size_t end = 10; grouped && end < line.size(); end += 11) line.insert(end, 1, ' ');
+  return line;
+}
+
 /// Write `rows` to the file at `path`, 60 letters a line, in the format that its name ends with.
 void write(const std::vector<std::string>& rows, char type, const std::string& path) {
   const std::string format = path.substr(path.rfind('.') + 1);
   const std::string size = std::to_string(rows.size()), width = std::to_string(rows.front().size());
-  const bool pir = format == "pir", interleaved = format == "aln" || format == "sto" || format == "nex";
+  const bool pir = format == "pir", grouped = format == "tens" || format == "blocks";
+  const bool phylip = format == "phy" || grouped;
+  const bool interleaved =
+      format == "aln" || format == "sto" || format == "nex" || format == "msf" || format == "blocks";
   const std::string end_of_line = format == "crlf" ? "\r\n" : "\n";
+  const auto name = [](std::size_t i) { return "sequence_" + std::to_string(i + 1); };
+  const auto padded = [&](std::size_t i) { return name(i) + std::string(18 - name(i).size(), ' '); };
   std::ofstream out(path, std::ios::binary);
-  if (format == "phy") out << size << ' ' << width << '\n';
+  if (phylip) out << size << ' ' << width << '\n';
   if (format == "aln") out << "CLUSTAL W (1.83) multiple sequence alignment\n\n";
   if (format == "sto") out << "# STOCKHOLM 1.0\n\n";
   if (format == "nex") {
     out << "#NEXUS\nbegin data;\ndimensions ntax=" << size << " nchar=" << width
         << ";\nformat datatype=" << (type == 'P' ? "protein" : "dna") << " gap=- interleave;\nmatrix\n";
   }
-  const auto padded = [](std::size_t i) {
-    const std::string name = "sequence_" + std::to_string(i + 1);
-    return name + std::string(18 - name.size(), ' ');
-  };
+  if (format == "msf") {
+    out << "!!AA_MULTIPLE_ALIGNMENT 1.0\n\n  generated MSF: " << width << " Type: " << type << " Check: 0 ..\n\n";
+    for (std::size_t i = 0; i < rows.size(); ++i) out << " Name: " << padded(i) << " Len: " << width << " Check: 0\n";
+    out << "\n//\n\n";
+  }
   for (std::size_t p = 0; interleaved && p < rows.front().size(); p += 60) {
-    for (std::size_t i = 0; i < rows.size(); ++i) out << padded(i) << std::string_view(rows[i]).substr(p, 60) << '\n';
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      const bool named = format != "blocks" || p == 0;
+      out << (named ? padded(i) : "") << line_of(rows[i], p, grouped || format == "msf") << '\n';
+    }
     out << '\n';
   }
   for (std::size_t i = 0; !interleaved && i < rows.size(); ++i) {
-    std::string record = format == "phy" ? padded(i) : pir ? type == 'P' ? ">P1;" : ">DL;" : ">";
-    if (format != "phy") record += "sequence_" + std::to_string(i + 1) + end_of_line;
+    std::string record = phylip ? padded(i) : pir ? type == 'P' ? ">P1;" : ">DL;" : ">";
+    if (!phylip) record += name(i) + end_of_line;
     if (pir) record += "generated\n";
-    for (std::size_t p = 0; p < rows[i].size(); p += 60) record.append(rows[i], p, 60) += end_of_line;
+    for (std::size_t p = 0; p < rows[i].size(); p += 60) record += line_of(rows[i], p, grouped) + end_of_line;
     if (pir) record += "*\n";
     out << record;
   }

@@ -112,7 +112,7 @@ fi
 # shellcheck disable=SC2086 # sequences and positions
 {
   generate P 20 500 $seed small.fas
-  generate P $protein $seed in.{fas,crlf,pir,phy,aln,sto,nex}
+  generate P $protein $seed in.{fas,crlf,pir,phy,tens,blocks,aln,sto,nex,msf}
   generate D $dna $seed dna.fas
   generate D $wide $seed wide.fas
   generate P $narrow $seed narrow.fas
@@ -149,7 +149,7 @@ row "tenfold sequences"     11.5     -             "sequences.fas base.fas" "$tr
 # trimora-run, and the library
 one="-t=P -p=n"
 row "trimora-run, $protein" 1.5      "1.2*i+8*m"   in.fas  "$run in.fas $one"               floor "$floor in.fas copies/out"
-for format in crlf pir phy aln sto nex; do
+for format in crlf pir phy tens blocks aln sto nex msf; do
   row "  as .$format"       2        "1.5*i+8*m"   "in.$format in.fas" "$run in.$format $one" FASTA "$run in.fas $one"
 done
 row "  as .gz"              1.3      -             in.fas.gz "$run in.fas.gz $one"          zcat "$work/zcat"

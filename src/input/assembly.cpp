@@ -8,6 +8,7 @@
 #include "ground/failure.h"
 #include "ground/vector_clones.h"
 #include "input/letter_vectors.h"
+#include "input/words.h"
 
 namespace trimora::rooms {
 namespace {
@@ -19,33 +20,35 @@ constexpr std::size_t most_entries = std::numeric_limits<int>::max() - 65536;
 constexpr unsigned has_blank = 1, has_dot = 2, has_tilde = 4, has_star = 8, has_bang = 16, has_lower = 32,
                    has_else = 64;
 
-unsigned contents(const char* text, std::size_t length) {
-  LetterVector blank{}, dot{}, tilde{}, star{}, bang{}, lower{}, other{};
-  const std::size_t whole = length - length % sizeof(LetterVector);
-  const auto look = [&](LetterVector c) {
-    const LetterVector blanks_here = where(c, ' ') | where(c, '\t');
-    const LetterVector lower_here = between(c, 'a', 'z');
-    const LetterVector rare = where(c, '.') | where(c, '~') | where(c, '*') | where(c, '!');
-    blank |= blanks_here;
+LetterVector blanks(LetterVector c) {
+  return where(c, ' ') | where(c, '\t');
+}
+LetterVector all_letters(LetterVector c) {
+  return between(c | 0x20, 'a', 'z');
+}
+
+unsigned contents(std::string_view text) {
+  LetterVector blank{}, letters{}, rare{};  // letters: the bits of all of them
+  for_letters(text, [&](LetterVector c) {
+    const LetterVector blank_here = where(c, ' '), letter_here = all_letters(c);
+    blank |= blank_here;
+    letters |= c & letter_here;
+    rare |= ~(blank_here | letter_here | where(c, '-'));
+  });
+  const unsigned found = (any(blank) ? has_blank : 0) | (any(letters & 0x20) ? has_lower : 0);
+  if (!any(rare)) return found;  // as in most
+  LetterVector tab{}, dot{}, tilde{}, star{}, bang{}, other{};
+  for_letters(text, [&](LetterVector c) {
+    tab |= where(c, '\t');
     dot |= where(c, '.');
     tilde |= where(c, '~');
     star |= where(c, '*');
     bang |= where(c, '!');
-    lower |= lower_here;
-    other |= ~(blanks_here | lower_here | rare | between(c, 'A', 'Z') | where(c, '-') | where(c, '?'));
-  };
-  for_letters(text, whole, look);
-  char rest[sizeof(LetterVector)];
-  std::fill_n(rest, sizeof rest, '-');
-  std::copy(text + whole, text + length, rest);
-  for_letters(rest, sizeof rest, look);
-  const auto flag = [](LetterVector places, unsigned value) {
-    unsigned char any = 0;
-    for (std::size_t k = 0; k < sizeof places; ++k) any = static_cast<unsigned char>(any | places[k]);
-    return any != 0 ? value : 0;
-  };
-  return flag(blank, has_blank) | flag(dot, has_dot) | flag(tilde, has_tilde) | flag(star, has_star) |
-         flag(bang, has_bang) | flag(lower, has_lower) | flag(other, has_else);
+    other |= ~(blanks(c) | all_letters(c) | where(c, '-') | where(c, '?') | where(c, '.') | where(c, '~') |
+               where(c, '*') | where(c, '!'));
+  });
+  return found | (any(tab) ? has_blank : 0) | (any(dot) ? has_dot : 0) | (any(tilde) ? has_tilde : 0) |
+         (any(star) ? has_star : 0) | (any(bang) ? has_bang : 0) | (any(other) ? has_else : 0);
 }
 
 // The kinds of characters in a column of A2M.
@@ -128,12 +131,16 @@ void resolve_dots(Reading& reading) {
   reading.remarks.push_back({.what = Remark::What::dots_resolved, .number = dots, .detail = "."});
 }
 
-/// Move everything but blanks and tabs to the front. Returns the new end.
-char* without_blanks(char* first, const char* last) {
+/// Move the words of a text to its front. Returns their end.
+char* without_blanks(char* first, char* last) {
+  if (found_in(first, last, '\t') != last) std::replace(first, last, '\t', ' ');
   char* to = first;
-  for (const char* from = first; from != last; ++from) {
-    *to = *from;
-    to += *from != ' ' && *from != '\t' ? 1 : 0;
+  while (first != last) {
+    const auto length = static_cast<std::size_t>(found_in(first, last, ' ') - first);
+    std::memmove(to, first, length);
+    to += length;
+    first += length;
+    while (first != last && *first == ' ') ++first;
   }
   return to;
 }
@@ -160,14 +167,13 @@ void Assembly::begin(std::string name) {
 
 void Assembly::add(std::string name, std::string_view text) {
   begin(std::move(name));
-  for (; text.size() > portion; text.remove_prefix(portion)) append(text.substr(0, portion));
   append(text);
   end();
 }
 
 void Assembly::check() {
   std::vector<char>& letters = reading_.letters;
-  const unsigned seen = contents(letters.data() + checked_, letters.size() - checked_);
+  const unsigned seen = contents({letters.data() + checked_, letters.size() - checked_});
   seen_ |= seen;
   if ((seen & has_blank) != 0) {
     const char* end = without_blanks(letters.data() + checked_, letters.data() + letters.size());
@@ -264,23 +270,18 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
 }
 
 LetterFacts letter_facts(std::string_view text) {
-  const unsigned seen = contents(text.data(), text.size());
-  LetterFacts facts{text.size(), (seen & has_else) == 0};
-  if ((seen & has_blank) == 0) return facts;
-  constexpr std::size_t at_once = 255 * sizeof(LetterVector);  // each place counts up to 255
-  for (; !text.empty(); text.remove_prefix(std::min(text.size(), at_once))) {
-    LetterVector found{};
-    for_letters(text.data(), std::min(text.size(), at_once),
-                [&](LetterVector c) { found -= where(c, ' ') | where(c, '\t'); });  // 255 is -1
-    for (std::size_t k = 0; k < sizeof found; ++k) facts.letters -= found[k];
-  }
-  return facts;
+  LetterVector rare{};
+  const auto [blank] = count_letters(text, [&](LetterVector c) {
+    const LetterVector blanks_here = blanks(c);
+    rare |= ~(blanks_here | all_letters(c) | where(c, '-'));
+    return blanks_here;
+  });
+  return {text.size() - static_cast<std::size_t>(blank), !any(rare) || (contents(text) & has_else) == 0};
 }
 
 void append_letters(std::string& row, std::string_view text) {
   const std::size_t before = row.size();
   row += text;
-  if (text.find(' ') == text.npos && text.find('\t') == text.npos) return;
   const char* end = without_blanks(row.data() + before, row.data() + row.size());
   row.resize(static_cast<std::size_t>(end - row.data()));
 }

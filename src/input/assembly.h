@@ -20,6 +20,7 @@ class Assembly {
   void begin(std::string name);
   /// Append to it; blanks and tabs are left out.
   void append(std::string_view text) {
+    for (; text.size() > portion; text.remove_prefix(portion)) append(text.substr(0, portion));
     reading_.letters.insert(reading_.letters.end(), text.begin(), text.end());
     if (reading_.letters.size() - checked_ >= portion) check();
   }
@@ -28,8 +29,8 @@ class Assembly {
   /// A whole row.
   void add(std::string name, std::string_view text);
 
-  /// There will be `numseq` rows of `nupo` letters. Memory that no letter ever touches costs nothing.
-  void reserve(std::size_t numseq, std::size_t nupo) { reading_.letters.reserve(numseq * nupo); }
+  /// There will be `numseq` rows of `nupo` letters, and blanks that are still to be left out.
+  void reserve(std::size_t numseq, std::size_t nupo) { reading_.letters.reserve(numseq * nupo + 2 * portion); }
 
   bool empty() const { return reading_.names.empty(); }
   /// The positions of the first row, and so of all.

@@ -19,7 +19,6 @@ struct KindByLetters {
   std::optional<Kind> kind;
   Undecided why = Undecided::no;
   long long letters = 0;  // that count
-  long long rare = 0;     // of them J, O, U and Z
   int dna = 0;            // the first sequence that is DNA by its own letters, the first one that is protein; 0: none
   int protein = 0;
 };

@@ -7,16 +7,6 @@
 #include "input/words.h"
 
 namespace trimora::rooms {
-namespace {
-
-/// Where `wanted` is first found, `last` when it is not.
-const char* found_in(const char* first, const char* last, char wanted) {
-  const void* found = std::memchr(first, wanted, static_cast<std::size_t>(last - first));
-  return found != nullptr ? static_cast<const char*>(found) : last;
-}
-
-}  // namespace
-
 bool Lines::refill() {
   const std::string_view block = bytes_->next();
   if (block.empty()) {

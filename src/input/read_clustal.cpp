@@ -29,7 +29,7 @@ bool begins_clustal(std::string_view head) {
 }
 
 Reading read_clustal(Lines& in) {
-  RowBlocks rows;
+  RowBlocks rows(in.bytes());
   std::string_view line;
   in.next_filled(line);  // the header
   while (in.next(line)) {

@@ -38,7 +38,7 @@ bool begins_msf(std::string_view head) {
 }
 
 Reading read_msf(Lines& in) {
-  RowBlocks rows;
+  RowBlocks rows(in.bytes());
   std::optional<Kind> kind;
   std::optional<int> length;
   std::string_view line;
@@ -55,6 +55,7 @@ Reading read_msf(Lines& in) {
     headed = trimmed(line) == "//";
   }
   if (!headed || !length) throw Failure{.kind = Failure::Kind::unfinished_record, .detail = "// after its header"};
+  rows.end_block();
   while (in.next(line)) {
     if (msf_ruler(line)) continue;
     std::string_view rest = line;

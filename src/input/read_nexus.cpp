@@ -1,7 +1,6 @@
 // NEXUS: blocks of commands that end with ';'. The alignment is the MATRIX of the first block DATA or CHARACTERS.
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
@@ -73,26 +72,30 @@ class NexusText {
   bool begun() { return std::exchange(begun_, false); }
   bool blank_line() const { return begun_ && blank(line_); }
 
-  /// A name: a word, or anything between quotes. skip() was true.
-  std::string name() {
-    if (line_.front() == '\'') return quoted();
-    const std::string_view word = up_to(line_, ' ', '\t');
-    const std::string found(word.substr(0, word.find('[')));
+  /// A name: a word, or anything between quotes, which lives until the next one. skip() was true.
+  std::string_view name() {
+    if (line_.front() == '\'') return quoted_name_ = quoted();
+    const std::string_view found = up_to(up_to(line_, ' ', '\t'), '[');
     line_.remove_prefix(found.size());
     return found;
   }
 
   /// Up to the next comment, ';' or line end.
   std::string_view stretch() {
-    std::string_view text = line_.substr(0, line_.find(';'));
-    text = text.substr(0, text.find('['));
+    const std::string_view text = up_to(line_, ';', '[');
     line_.remove_prefix(text.size());
     return text;
+  }
+  /// The rest of the line when all of it is letters, gaps and unknown residues; else nothing.
+  std::string_view letters() {
+    const LetterFacts facts = letter_facts(line_);
+    return facts.pure && facts.letters == line_.size() ? std::exchange(line_, {}) : std::string_view();
   }
   bool at_semicolon() const { return line_.front() == ';'; }
   void take_semicolon() { line_.remove_prefix(1); }
 
   long long number() const { return in_.number(); }
+  std::size_t bytes() const { return in_.bytes(); }
   std::string_view line() const { return line_; }
 
  private:
@@ -124,6 +127,7 @@ class NexusText {
   Lines& in_;
   std::string_view line_;  // what is left of it
   bool begun_ = false;
+  std::string quoted_name_;
 };
 
 using NexusToken = std::optional<NexusText::Token>;
@@ -219,12 +223,13 @@ char nucleotide_set(std::string_view set) {
 /// The matrix of a block, up to its ';'.
 class NexusMatrix {
  public:
-  NexusMatrix(NexusText& text, const NexusFormat& format) : text_(text), format_(format) {
+  NexusMatrix(NexusText& text, const NexusFormat& format) : text_(text), format_(format), rows_(text.bytes()) {
     if (!format_.nchar || *format_.nchar == 0) {
       throw Failure{.kind = Failure::Kind::bad_record, .detail = "MATRIX without NCHAR", .length = text_.number()};
     }
     if (!format_.labels) {
       for (const std::string& name : format_.taxlabels) rows_.announce(name);
+      rows_.end_block();
     }
   }
 
@@ -242,7 +247,11 @@ class NexusMatrix {
         continue;
       }
       text_.begun();
-      append(*row, text_.stretch());
+      if (const std::string_view letters = text_.letters(); !letters.empty()) {  // as most lines
+        *row += letters;
+      } else {
+        append(*row, text_.stretch());
+      }
       const auto nchar = static_cast<std::size_t>(*format_.nchar);
       if (row->size() > nchar) throw wrong_length(*row);
       if (!format_.interleave && row->size() == nchar) row = nullptr;
@@ -269,11 +278,6 @@ class NexusMatrix {
 
   /// Append letters without blanks; a set of them in brackets is one letter.
   void append(std::string& row, std::string_view stretch) {
-    const auto has = [&](char c) { return std::memchr(stretch.data(), c, stretch.size()) != nullptr; };
-    if (!has(' ') && !has('\t') && !has('{') && !has('(')) {
-      row += stretch;
-      return;
-    }
     for (std::size_t k = 0; k < stretch.size(); ++k) {
       const char c = stretch[k];
       if (c == '{' || c == '(') {

@@ -49,6 +49,9 @@ class PhylipLines {
     std::string_view text() const { return {first, length}; }
   };
 
+  /// `bytes`: of the whole input, as far as that is known.
+  explicit PhylipLines(std::size_t bytes) : bytes_(bytes) {}
+
   /// `apart`: after an empty line.
   void add(std::string_view text, bool apart) {
     constexpr std::size_t chunk = 1U << 20, longest = (1U << 30) - 1;
@@ -61,6 +64,7 @@ class PhylipLines {
     kept += text;  // which moves nothing: there is room for it
     const auto length = static_cast<unsigned>(text.size());
     const LetterFacts facts = letter_facts(text);
+    if (lines_.empty()) lines_.reserve(bytes_ / (text.size() + 1));  // memory that is never touched costs nothing
     lines_.push_back({first, length, static_cast<unsigned>(facts.letters) & unsigned{longest}, facts.pure, apart});
   }
   std::size_t size() const { return lines_.size(); }
@@ -75,8 +79,9 @@ class PhylipLines {
   static bool holds(const std::string& chunk, const char* text) {
     return !std::less<>()(text, chunk.data()) && !std::less<>()(chunk.data() + chunk.size(), text);
   }
+  std::size_t bytes_;
   std::deque<std::string> chunks_;
-  std::deque<Line> lines_;  // a deque: memory is given back in the pieces in which it was taken
+  std::vector<Line> lines_;
 };
 
 enum class PhylipNames { word, ten_columns, two_blanks };
@@ -169,11 +174,13 @@ std::optional<long long> continue_row(PhylipReading& way, const PhylipLines& lin
     way.fail(Failure::Kind::unfinished_record, length, header.nupo, "letters");
     return std::nullopt;
   }
-  if (!lines[way.line].pure) {
-    way.fail_at_letter(lines[way.line].text(), length);
+  const PhylipLines::Line& line = lines[way.line];
+  if (!line.pure) {
+    way.fail_at_letter(line.text(), length);
     return std::nullopt;
   }
-  return static_cast<long long>(lines[way.line++].letters);
+  ++way.line;
+  return static_cast<long long>(line.letters);
 }
 
 bool read_sequential(PhylipReading& way, const PhylipLines& lines, const PhylipHeader& header) {
@@ -305,7 +312,7 @@ Reading read_phylip(Lines& in) {
   if (header.numseq == 0 || header.nupo == 0 || header.options.find_first_not_of(paml_options) != header.options.npos) {
     throw Failure{.kind = Failure::Kind::bad_record, .detail = excerpt(line), .length = in.number()};
   }
-  PhylipLines lines;
+  PhylipLines lines(in.bytes());
   std::vector<Remark> remarks;
   int marks = 0;
   bool apart = false;
@@ -343,19 +350,26 @@ Reading read_phylip(Lines& in) {
       lines.release(k);
       append_letters(rows[k % numseq], lines[k].text());
     }
-    lines = {};
+    lines = PhylipLines(0);
     for (std::size_t k = 0; k < numseq; ++k) assembly.add(std::move(names[k]), std::exchange(rows[k], {}));
   } else {
     for (std::size_t k = 0; k < numseq; ++k) {
       const PhylipStart& start = way.starts[k];
       lines.release(start.line);
       assembly.begin(std::string(start.name));
-      assembly.append(start.letters);
       const std::size_t end = k + 1 < numseq ? way.starts[k + 1].line : lines.size();
+      std::string_view stretch = start.letters;  // of lines that are next to each other in memory
       for (std::size_t next = start.line + 1; next < end; ++next) {
+        const std::string_view text = lines[next].text();
+        if (text.data() == stretch.data() + stretch.size()) {
+          stretch = {stretch.data(), stretch.size() + text.size()};
+          continue;
+        }
+        assembly.append(stretch);
         lines.release(next);
-        assembly.append(lines[next].text());
+        stretch = text;
       }
+      assembly.append(stretch);
       assembly.end();
     }
   }

@@ -31,7 +31,7 @@ bool begins_stockholm(std::string_view head) {
 }
 
 Reading read_stockholm(Lines& in) {
-  RowBlocks rows;
+  RowBlocks rows(in.bytes());
   std::string reference;
   bool ended = false;
   std::string_view line;

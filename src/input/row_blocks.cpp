@@ -17,11 +17,10 @@ std::string* RowBlocks::add(std::string_view name) {
 void RowBlocks::announce(std::string_view name) {
   add(name);
   announced_ = true;
-  first_block_ = false;
 }
 
 std::string* RowBlocks::row(std::string_view name) {
-  if (first_block_) return add(name);
+  if (first_block_ && !announced_) return add(name);
   if (next_ == names_.size()) next_ = 0;
   if (names_[next_] != name) {
     if (first_of_.empty()) {
@@ -42,7 +41,9 @@ std::string* RowBlocks::row() {
 void RowBlocks::end_block() {
   if (!first_block_ || names_.empty()) return;
   first_block_ = false;
-  check_names();
+  if (!announced_) check_names();
+  for (std::string& row : rows_)
+    row.reserve(bytes_ / rows_.size());  // memory that no letter ever touches costs nothing
 }
 
 /// Where all names come again in the same order, nobody can tell more sequences from more of the same ones.

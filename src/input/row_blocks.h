@@ -12,6 +12,9 @@ namespace trimora::rooms {
 
 class RowBlocks {
  public:
+  /// `bytes`: of the whole input, as far as that is known.
+  explicit RowBlocks(std::size_t bytes = 0) : bytes_(bytes) {}
+
   /// The names are known before the first block.
   void announce(std::string_view name);
 
@@ -21,7 +24,7 @@ class RowBlocks {
   /// The next row in the order of the first block.
   std::string* row();
 
-  /// The first block has ended, if it had any rows.
+  /// The first block has ended, if it had any rows, or all names are announced.
   void end_block();
 
   bool empty() const { return names_.empty(); }
@@ -42,6 +45,7 @@ class RowBlocks {
   std::vector<std::string> rows_;
   std::unordered_map<std::string, std::size_t> first_of_;  // made when a name is not the one that is due
   std::size_t next_ = 0;                                   // the row that is due, from 0
+  std::size_t bytes_;
   bool first_block_ = true;
   bool announced_ = false;
 };

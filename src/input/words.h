@@ -2,6 +2,7 @@
 #pragma once
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string_view>
 
@@ -11,6 +12,12 @@ namespace trimora::rooms {
 
 constexpr bool is_blank(char c) {
   return c == ' ' || c == '\t';
+}
+
+/// Where `wanted` is first found, `last` when it is not.
+inline const char* found_in(const char* first, const char* last, char wanted) {
+  const void* found = std::memchr(first, wanted, static_cast<std::size_t>(last - first));
+  return found != nullptr ? static_cast<const char*>(found) : last;
 }
 
 /// Whether `text` holds nothing but characters for which `member` is true.
@@ -26,8 +33,8 @@ inline bool blank(std::string_view text) {
 
 /// `text` from its first character that is neither blank nor tab.
 inline std::string_view without_indent(std::string_view text) {
-  const auto first = std::find_if_not(text.begin(), text.end(), is_blank);
-  return text.substr(static_cast<std::size_t>(first - text.begin()));
+  while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
+  return text;
 }
 
 /// `text` without blanks and tabs at either end.
@@ -37,10 +44,14 @@ inline std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+/// `text` up to the first `end`; all of it when it has none.
+inline std::string_view up_to(std::string_view text, char end) {
+  return text.substr(0, text.find(end));  // which is a fast search: words are short or very long
+}
+
 /// `text` up to the first of the two characters; all of it when it has neither.
 inline std::string_view up_to(std::string_view text, char one, char other) {
-  text = text.substr(0, text.find(one));  // which are fast searches: words are short or very long
-  return text.substr(0, text.find(other));
+  return up_to(up_to(text, one), other);
 }
 
 /// The first line of `text`.

@@ -112,8 +112,7 @@ struct Notebook {
 };
 
 /// Letters at which the programs that come next stop, where a form is written that they read.
-void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const KindByLetters& by_letters,
-                const Settings& settings) {
+void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const Settings& settings) {
   const bool plain =
       std::any_of(settings.forms.begin(), settings.forms.end(), [](Form f) { return f != Form::trimora; });
   if (!plain || settings.unknown == Unknown::x) return;
@@ -123,11 +122,13 @@ void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const 
     book.note(words_of_run::stops_readers,
               {"!", std::to_string(remark.number), "IQ-TREE and RAxML", protein ? "X" : "N"});
   }
-  if (!protein || by_letters.rare == 0) return;  // as most
+  if (!protein) return;
   long long count = 0;
   for (int i = 1; i <= book.ali.numseq; ++i) {
-    const char* text = book.ali.let[i].from(1);
-    count += std::count_if(text, text + book.ali.nupo, [](char c) { return capital(c) == 'U' || capital(c) == 'J'; });
+    const std::string_view text(book.ali.let[i].from(1), static_cast<std::size_t>(book.ali.nupo));
+    for (const char c : {'U', 'u', 'J', 'j'}) {
+      if (text.find(c) != text.npos) count += std::count(text.begin(), text.end(), c);  // few have any
+    }
   }
   if (count > 0) book.note(words_of_run::stops_readers, {"U or J", std::to_string(count), "RAxML", "X"});
 }
@@ -270,7 +271,7 @@ std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vec
   const bool looks_dna = by_letters.kind == Kind::dna;
   const bool looks_protein = by_letters.kind == Kind::protein;
   note_characters(book, protein ? !looks_dna : !looks_protein);
-  note_stops(book, remarks, by_letters, settings);
+  note_stops(book, remarks, settings);
   if (points_at_first(ali, remarks)) book.note(words_of_run::points, {});
   if (protein && looks_dna) book.note(words_of_run::looks_nucleotide, {});
   if (!protein && looks_protein) book.note(words_of_run::looks_protein, {});

@@ -25,7 +25,7 @@ foreach(program trimora trimora-run) # trimora for the tests alone: it asks
 endforeach()
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/package.json.in ${package}/package.json @ONLY)
-foreach(file trimora.mjs trimora.d.ts README.md)
+foreach(file trimora.mjs gunzip.mjs trimora.d.ts README.md)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/${file} ${package}/${file} COPYONLY)
 endforeach()
 configure_file(${PROJECT_SOURCE_DIR}/LICENSE ${package}/LICENSE COPYONLY)

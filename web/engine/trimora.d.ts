@@ -24,9 +24,9 @@ export function compile(bytes?: BufferSource): Promise<WebAssembly.Module>;
 
 /**
  * Start `trimora-run` with `args` in a folder that holds `files` and nothing else. `files[name]` may be in an inner
- * folder, as in "genes/cox1.fas".
+ * folder, as in "genes/cox1.fas". What begins as gzip does is inflated first, `stdin` as well.
  *
- * Rejects when memory ends or the program cannot be loaded. For what the program itself finds wrong, read `status` and
- * `stderr`. The bytes that you give are neither changed nor copied.
+ * Rejects when memory ends, the program cannot be loaded, or gzip data are damaged. For what the program itself finds
+ * wrong, read `status` and `stderr`. The bytes that you give are neither changed nor copied.
  */
 export function run(files: Record<string, Uint8Array>, args: string[], given?: Given): Promise<Run>;

@@ -1,5 +1,7 @@
-// trimora-run as a function: the same program, compiled to WebAssembly, for pages, workers and Node.
+// trimora-run as a function: the same program, compiled to WebAssembly, for pages, workers and Node. It has no zlib: what
+// begins as gzip does is inflated here.
 // Words     program: the compiled program, made once | run: one start of it, in a file system of its own
+import { gunzip, isPacked } from "./gunzip.mjs";
 import instantiate from "./trimora-run.mjs";
 
 const folder = "/here"; // holds the files of a run; the program is started in it
@@ -15,6 +17,16 @@ export async function compile(bytes) {
     ? import("node:fs/promises").then(({ readFile }) => readFile(url)).then((wasm) => WebAssembly.compile(wasm))
     : WebAssembly.compileStreaming(fetch(url));
   return installed;
+}
+
+/** The bytes, inflated when they are gzip. @param {string} name @param {Uint8Array} bytes */
+async function unpacked(name, bytes) {
+  if (!isPacked(bytes)) return bytes;
+  try {
+    return new Uint8Array(await (await gunzip(bytes)).arrayBuffer());
+  } catch (error) {
+    throw new Error(`${name}: ${error instanceof Error ? error.message : error}`, { cause: error });
+  }
 }
 
 /**
@@ -50,11 +62,16 @@ export async function run(files, args, { program, stdin = new Uint8Array(), glue
     FS.mkdirTree(path.slice(0, path.lastIndexOf("/")) || "/");
     FS.writeFile(path, bytes, { canOwn: true });
   };
-  for (const name of Object.keys(files)) place(`${folder}/${name}`, files[name]);
+  /** @type {Record<string, Uint8Array>} */
+  const placed = Object.create(null);
+  for (const name of Object.keys(files)) {
+    placed[name] = await unpacked(name, files[name]);
+    place(`${folder}/${name}`, placed[name]);
+  }
   FS.mkdirTree(folder);
   FS.chdir(folder);
   const streams = ["/stdin", "/stdout", "/stderr"];
-  place(streams[0], stdin);
+  place(streams[0], await unpacked("the standard input", stdin));
   streams.forEach((path, number) => {
     FS.close(FS.streams[number]);
     FS.open(path, number === 0 ? "r" : "w+"); // takes the number that is free
@@ -80,7 +97,7 @@ export async function run(files, args, { program, stdin = new Uint8Array(), glue
         continue;
       }
       const name = inner.slice(folder.length + 1), bytes = content(inner);
-      const given = Object.hasOwn(files, name) ? files[name] : undefined;
+      const given = placed[name];
       const unchanged = given && given.length === bytes.length &&
         (bytes.length === 0 || (given.buffer === bytes.buffer && given.byteOffset === bytes.byteOffset));
       if (!unchanged) written[name] = bytes;

@@ -1,6 +1,6 @@
 // The page's side of the engine: workers that do one job after the other and are dropped when their work is no longer wanted.
 
-import { gunzip } from "./gunzip.js";
+import { gunzip } from "../engine/gunzip.mjs";
 import packedWorker from "packed:worker";
 import packedProgram from "packed:wasm";
 
@@ -11,7 +11,7 @@ export const noMemory = "This browser does not give a page enough memory for thi
 /** Thrown into what waits for a run that was dropped. */
 export class Dropped extends Error {}
 
-const unpack = (/** @type {string} */ base64) => gunzip(new Blob([Uint8Array.from(atob(base64), (c) => c.charCodeAt(0))]));
+const unpack = (/** @type {string} */ base64) => gunzip(Uint8Array.from(atob(base64), (c) => c.charCodeAt(0)));
 /** The program, compiled once for all workers, and where a worker finds its code. */
 const parts = Promise.all([
   unpack(packedProgram).then((wasm) => wasm.arrayBuffer()).then((bytes) => WebAssembly.compile(bytes)),

@@ -5,7 +5,7 @@ import batch1 from "../../examples/batch/primates_mt_1.fas";
 import batch2 from "../../examples/batch/primates_mt_2.fas";
 import globins from "../../examples/globins.fas";
 import primates from "../../examples/primates_mt.fas";
-import { gunzip } from "./gunzip.js";
+import { gunzip } from "../engine/gunzip.mjs";
 import { fromLink } from "./parameters.js";
 import { element, showWhen, state, unread, update } from "./state.js";
 
@@ -39,7 +39,7 @@ async function unpacked({ name, blob }) {
   const [first, second] = new Uint8Array(await blob.slice(0, 2).arrayBuffer());
   if (first !== 0x1f || second !== 0x8b) return { name, blob };
   try {
-    return { name: name.replace(/\.gz$/i, ""), blob: await gunzip(blob) };
+    return { name: name.replace(/\.gz$/i, ""), blob: await gunzip(new Uint8Array(await blob.arrayBuffer())) };
   } catch {
     throw new Error(`${name} is compressed, but cannot be unpacked: it is damaged or incomplete.`);
   }

@@ -2,6 +2,7 @@
 
 import assert from "node:assert/strict";
 import { test } from "node:test";
+import { gzipSync } from "node:zlib";
 import { layers } from "../page/layers.js";
 import { letters } from "../page/letters.js";
 import { state } from "../page/state.js";
@@ -61,6 +62,21 @@ test("the program is compiled once, and a large file is copied only when it doub
   assert.ok(Buffer.from(files["large.fas-tr.fasta"]).toString().replaceAll("\n", "") === `>a${row}>b${row}`);
   assert.ok(copies <= Math.log2(length / 4096), `${copies} copies`);
   assert.equal(compiled.mock.callCount(), 1);
+});
+
+test("gzip is read to its end, in one member or several, and what follows it is an error", async () => {
+  const text = globins["globins.fas"], half = text.length >> 1;
+  const packed = { one: gzipSync(text), two: Buffer.concat([gzipSync(text.subarray(0, half)), gzipSync(text.subarray(half)), gzipSync("")]) };
+  const expected = (await run(globins, ["globins.fas", "-p=N"])).files["globins.fas-tr.fasta"];
+  for (const [members, content] of Object.entries(packed)) {
+    const { files } = await run({ "x.fas.gz": content }, ["x.fas.gz", "-p=N"]);
+    assert.deepEqual(Object.keys(files), ["x.fas-tr.fasta"], members);
+    assert.deepEqual(files["x.fas-tr.fasta"], expected, members);
+    assert.deepEqual((await run({}, ["-"], { stdin: content })).stdout, expected, members);
+    for (const wrong of [Buffer.concat([content, bytes(">more\nACDE\n")]), content.subarray(0, -9)]) {
+      await assert.rejects(run({ "x.fas.gz": wrong }, ["x.fas.gz"]), /^Error: x\.fas\.gz: its gzip data are damaged, or something else follows/);
+    }
+  }
 });
 
 test("a program that cannot be loaded is an error, and the next run works", async () => {
