@@ -200,6 +200,7 @@ TEST_F(Messages, OfRealFiles) {
     {"dna.fas few.fas -p=n -s=n -c=y -b4=2", 0, "supermatrix: 2 alignments with fewer than four species, which tell no tree program anything: dna.fas, few.fas"},
     {"h1.fas h2.fas -t=P -s=n -p=n -b4=2 -a=y", 1, "h2.fas: sequence 1 is Homo erectus, but Homo sapiens in h1.fas: nothing"},
     {"h1.fas h3.fas -t=P -s=n -p=n -b4=2 -a=y --into=made/h", 0, ""},
+    {"h3.fas h1.fas -t=P -s=n -p=n -b4=2 -a=y --into=made/h", 0, ""},
     {"dna.fas -s=n -p=n --codons=c1", 1, "dna.fas: is DNA: --codons goes with proteins"},
     {"dna.fas x.pir -p=n -s=n -a=y", 1, "x.pir: is protein, the first alignment is DNA: -t= says what all of them are"},
     {"same.fas -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "same.fas: two sequences are called a, sequences 1 and 2 (paralogs?), and nothing tells"},
