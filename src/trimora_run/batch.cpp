@@ -9,15 +9,12 @@
 #include "trimora_run/notes.h"
 #include "trimora_run/notes_on_batch.h"
 #include "trimora_run/options.h"
+#include "trimora_run/result_paths.h"
 #include "trimora_run/words.h"
 
 namespace trimora::rooms {
 
 namespace {
-
-std::string number_of(long long number, const char* noun) {
-  return std::to_string(number) + ' ' + noun + (number == 1 || std::string_view(noun) == "species" ? "" : "s");
-}
 
 /// "97.2 %", cut after the first digit.
 std::string share_of(long long part, long long whole) {

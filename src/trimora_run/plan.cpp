@@ -1,9 +1,9 @@
 #include "trimora_run/plan.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 #include <system_error>
 #include <unordered_map>
 
@@ -11,11 +11,9 @@
 #include "ground/path.h"
 #include "ground/places.h"
 #include "ground/system_path.h"
-#include "input/read.h"
-#include "input/words.h"
-#include "output/columns.h"
-#include "output/file_names.h"
-#include "output/results.h"
+#include "trimora_run/inputs.h"
+#include "trimora_run/result_paths.h"
+#include "trimora_run/voice.h"
 #include "trimora_run/words.h"
 
 namespace trimora::rooms {
@@ -24,136 +22,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool exists(const std::string& path) {
-  std::error_code unknown;
-  return fs::exists(system_path(path), unknown);
-}
-
-/// Whether it can be opened twice. A missing path counts as a file.
-bool is_file(const std::string& path) {
-  std::error_code unknown;
-  const fs::file_type type = fs::status(system_path(path), unknown).type();
-  return type == fs::file_type::regular || type == fs::file_type::not_found || type == fs::file_type::none;
-}
-
-bool is_folder(const std::string& path) {
-  std::error_code unknown;
-  return fs::is_directory(system_path(path), unknown);
-}
-
-std::string count(std::size_t number, const char* noun) {
-  return std::to_string(number) + ' ' + noun + (number == 1 ? "" : "s");
-}
-
-std::string in_folder(const std::string& folder, const std::string& name) {
-  if (folder.empty()) return name;
-  return folder + (getpath(folder).name_file.empty() ? "" : "/") + name;
-}
-
 /// The path that results begin with: that of the alignment, without ".gz", in the folder of --into when there is one.
 std::string stem_of(std::string path, const Settings& settings) {
   if (path.size() > 3 && path.ends_with(".gz")) path.resize(path.size() - 3);
   return settings.into.empty() ? path : in_folder(settings.into, getpath(path).name_file);
-}
-
-// ---- The alignments
-
-/// What the files that were named hold.
-struct Named {
-  std::vector<std::string> paths;
-  std::vector<std::string> decided;
-  std::optional<std::string> list;  // the one file that was named is a list
-  bool several = false;             // several files, or a folder
-};
-
-/// The path in a line of a list: as it is, below the home folder, or counted from the folder of the list.
-std::string listed_path(std::string_view line, const std::string& list, std::size_t& from_list) {
-  std::string path(trimmed(line));
-  if (path.starts_with("~/")) {
-    const char* home = std::getenv("HOME");
-    if (home == nullptr) home = std::getenv("USERPROFILE");  // on Windows
-    if (home != nullptr) path.replace(0, 1, home);
-  }
-  if (exists(path)) return path;
-  const std::string beside = in_folder(getpath(list).path_file, path);
-  if (beside == path || !exists(beside)) return path;
-  ++from_list;
-  return beside;
-}
-
-bool is_comment(std::string_view line) {
-  return line.empty() || line.starts_with('#');
-}
-
-/// The paths in a list: one a line; comments and empty lines do not count. Nothing when the file is no list: its first
-/// line names no file.
-std::optional<Named> read_list(const std::string& list) {
-  Input input(list);
-  if (input.format() != nullptr) return std::nullopt;
-  Named named;
-  std::size_t from_list = 0;
-  for (std::string_view line; input.line(line);) {
-    if (is_comment(trimmed(line))) continue;
-    named.paths.push_back(listed_path(line, list, from_list));
-    if (named.paths.size() == 1 && !exists(named.paths.front())) return std::nullopt;
-  }
-  if (named.paths.empty()) return std::nullopt;
-  named.list = list;
-  if (from_list > 0) named.decided.push_back(count(from_list, "path") + " counted from the folder of the list");
-  return named;
-}
-
-/// The alignments in a folder, in bytewise order: no subfolders, no hidden files.
-void add_folder(const std::string& folder, Named& named) {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(system_path(folder), error), end; !error && entry != end; entry.increment(error)) {
-    std::error_code unknown;
-    const std::string name = plain_path(entry->path().filename());
-    if (entry->is_regular_file(unknown) && !name.starts_with('.')) names.push_back(name);
-  }
-  if (error) throw Failure{.kind = Failure::Kind::not_readable, .file = folder, .error = error.value()};
-  std::sort(names.begin(), names.end());
-  std::vector<std::string> skipped;
-  for (const std::string& name : names) {
-    const std::string path = in_folder(folder, name);
-    bool alignment = false;
-    try {
-      const InputFormat* format = Input(path).format();
-      alignment = format != nullptr && format->read != nullptr;
-    } catch (const Failure&) {
-    }
-    if (alignment) {
-      named.paths.push_back(path);
-    } else {
-      skipped.push_back(name);
-    }
-  }
-  if (skipped.empty()) return;
-  named.decided.push_back(folder + ": " + count(skipped.size(), "file") + " skipped as no alignment, the first is " +
-                          skipped.front());
-}
-
-Named named_files(const Settings& settings) {
-  if (settings.files.size() == 1 && !is_folder(settings.files.front())) {
-    const std::string& file = settings.files.front();
-    if (file != "-" && is_file(file)) {
-      if (auto list = read_list(file)) return *list;
-    }
-    Named one;
-    one.paths = {file};
-    return one;
-  }
-  Named named;
-  named.several = true;
-  for (const std::string& file : settings.files) {
-    if (is_folder(file)) {
-      add_folder(file, named);
-    } else {
-      named.paths.push_back(file);
-    }
-  }
-  return named;
 }
 
 // ---- The coding sequences
@@ -164,33 +36,10 @@ std::string first_name(const std::string& path) {
   return name.substr(0, name.find('.'));
 }
 
-/// The files of a folder, a list, or the one file.
-std::vector<std::string> coding_files(const std::string& path, bool& list) {
-  list = false;
-  if (is_folder(path)) {
-    std::vector<std::string> files;
-    std::error_code error;
-    for (fs::directory_iterator entry(system_path(path), error), end; !error && entry != end; entry.increment(error)) {
-      std::error_code unknown;
-      const std::string name = plain_path(entry->path().filename());
-      if (entry->is_regular_file(unknown) && !name.starts_with('.')) files.push_back(in_folder(path, name));
-    }
-    if (error) throw Failure{.kind = Failure::Kind::not_readable, .file = path, .error = error.value()};
-    std::sort(files.begin(), files.end());
-    return files;
-  }
-  if (auto named = read_list(path)) {
-    list = true;
-    return named->paths;
-  }
-  return {path};
-}
-
 /// Find the coding sequences of each alignment: by name up to the first dot; by order where that finds none and both are
 /// lists; the one file for the one alignment.
 void find_coding(Plan& plan, const Settings& settings, bool from_list) {
-  bool list = false;
-  const std::vector<std::string> files = coding_files(settings.codons, list);
+  const auto [files, list] = coding_files(settings.codons);
   if (files.size() == 1 && plan.jobs.size() == 1) {
     plan.jobs[0].coding = files[0];
     return;
@@ -215,57 +64,6 @@ void find_coding(Plan& plan, const Settings& settings, bool from_list) {
   }
   if (any || !list || !from_list || files.size() != plan.jobs.size()) return;
   for (std::size_t k = 0; k < files.size(); ++k) plan.jobs[k].coding = files[k];
-}
-
-// ---- The results
-
-std::vector<std::string> in_forms(const std::string& path, const Settings& settings) {
-  std::vector<std::string> paths;
-  for (const Form form : settings.forms) paths.push_back(path + std::string(ending(form)));
-  return paths;
-}
-
-/// Whether names may have to change to fit the forms that are written.
-bool changes_names(const Settings& settings) {
-  return std::any_of(settings.forms.begin(), settings.forms.end(), [](Form form) { return form != Form::trimora; });
-}
-
-/// The files that are written for one alignment.
-std::vector<std::string> results_of(const Job& job, const Settings& settings) {
-  std::vector<std::string> all;
-  const OutputState run = output_state(settings, job.stem);
-  for (const Result& result : results()) {
-    if (!result.wanted(run)) continue;
-    if (result.positions == nullptr) {
-      all.push_back(result.path(run));
-    } else {
-      for (std::string& path : in_forms(result.path(run), settings)) all.push_back(std::move(path));
-    }
-  }
-  if (changes_names(settings)) all.push_back(names_path(job.stem));
-  if (settings.columns) all.push_back(columns_file(run));
-  if (!settings.codons.empty()) {
-    for (std::string& path : in_forms(codons_path(run), settings)) all.push_back(std::move(path));
-  }
-  return all;
-}
-
-constexpr Joined every_joined[] = {Joined::blocks, Joined::input, Joined::ungapped, Joined::codons};
-
-std::vector<std::string> joined_results(const Plan& plan, const Settings& settings) {
-  std::vector<std::string> all;
-  const Supermatrix::Choice choice = joined_choice(plan, settings);
-  for (const Joined joined : every_joined) {
-    if (!choice.joined[static_cast<std::size_t>(joined)]) continue;
-    const std::string path = joined_path(plan, settings, joined);
-    for (std::string& form : in_forms(path, settings)) all.push_back(std::move(form));
-    if (changes_names(settings)) all.push_back(names_path(path));
-    if (settings.partitions) all.insert(all.end(), {raxml_file(path), nexus_file(path)});
-  }
-  if (!settings.occupancy.empty()) all.push_back(settings.occupancy);
-  if (writes_kept(settings) && plan.batch && settings.concatenates()) all.push_back(kept_path(plan));
-  if (settings.filters()) all.push_back(left_out_path(plan));
-  return all;
 }
 
 /// Whether `name` ends as the results of a run with this suffix do, in any form.
@@ -295,8 +93,8 @@ void leave_out_results(Plan& plan, const Settings& settings) {
     const bool like_result = !settings.join && ends_like_result(getpath(job.stem).name_file, settings);
     return like_result || written.contains(places.of(job.path));
   };
-  const std::size_t left_out = std::erase_if(plan.jobs, own);
-  if (left_out > 0) plan.decided.push_back(count(left_out, "result") + " of an earlier run left out");
+  const auto left_out = static_cast<long long>(std::erase_if(plan.jobs, own));
+  if (left_out > 0) plan.decided.push_back(number_of(left_out, "result") + " of an earlier run left out");
 }
 
 [[noreturn]] void refuse(const std::string& file, std::string_view words,
@@ -360,76 +158,6 @@ void make_folder(const Settings& settings) {
 }
 
 }  // namespace
-
-OutputState output_state(const Settings& settings, const std::string& stem) {
-  const auto toggle = [](bool on) { return static_cast<char>(on ? 1 : 0); };
-  OutputState run;
-  run.fichero1 = stem;
-  run.tog_seqfile = toggle(settings.blocks);
-  switch (settings.report) {
-    case Report::html: run.tog_viewfile = html_report; break;
-    case Report::text: run.tog_viewfile = text_report; break;
-    case Report::brief: run.tog_viewfile = short_report; break;
-    case Report::none: run.tog_viewfile = no_report; break;
-  }
-  run.tog_maskfile = toggle(settings.mask);
-  run.tog_psfile = toggle(settings.map);
-  run.tog_ncbfile = toggle(settings.nonconserved);
-  run.tog_ungappedfile = toggle(settings.ungapped);
-  run.exten = settings.suffix;
-  run.form = ending(settings.forms.front());
-  run.breakcount = settings.line_length;
-  run.escaped = true;
-  return run;
-}
-
-std::string names_path(const std::string& path) {
-  return path + ".names.tsv";
-}
-
-std::string left_out_path(const Plan& plan) {
-  return plan.joined_stem + ".left_out.tsv";
-}
-
-std::string kept_path(const Plan& plan) {
-  return plan.joined_stem + ".kept.txt";
-}
-
-bool writes_kept(const Settings& settings) {
-  return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
-}
-
-std::string report_path(const Job& job, const Settings& settings) {
-  return settings.report == Report::none ? "" : viewfile(output_state(settings, job.stem));
-}
-
-std::string codons_path(const OutputState& run) {
-  return seqfile(run) + ".codons";
-}
-
-std::string blocks_path(const OutputState& run, const Settings& settings) {
-  return seqfile(run) + std::string(ending(settings.forms.front()));
-}
-
-std::string joined_path(const Plan& plan, const Settings& settings, Joined joined) {
-  switch (joined) {
-    case Joined::blocks: return plan.joined_stem + settings.suffix + ".seq";
-    case Joined::input: return plan.joined_stem + ".seq";
-    case Joined::ungapped: return plan.joined_stem + "--.seq";
-    case Joined::codons: return plan.joined_stem + settings.suffix + ".codons.seq";
-  }
-  return {};
-}
-
-Supermatrix::Choice joined_choice(const Plan& plan, const Settings& settings) {
-  Supermatrix::Choice choice;
-  if (plan.batch) {
-    choice.joined = {settings.all_blocks, settings.all_input, settings.all_ungapped,
-                     settings.all_blocks && !settings.codons.empty()};
-  }
-  choice.by_name = settings.match == Match::name;
-  return choice;
-}
 
 Plan plan_of(const Settings& settings) {
   const Named named = named_files(settings);

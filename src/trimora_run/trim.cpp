@@ -15,6 +15,7 @@
 #include "output/whole_file.h"
 #include "selection/parameters.h"
 #include "trimora_run/notes.h"
+#include "trimora_run/result_paths.h"
 #include "trimora_run/words.h"
 
 namespace trimora::rooms {

@@ -9,6 +9,7 @@
 #include "ground/failure.h"
 #include "ground/table.h"
 #include "input/alignment.h"
+#include "output/forms.h"
 #include "output/output_state.h"
 #include "selection/selection.h"
 #include "trimora_run/coding.h"

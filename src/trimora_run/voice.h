@@ -50,6 +50,11 @@ class Voice {
   bool failed_ = false;
 };
 
+/// "1 alignment", "2 alignments", "2 species".
+inline std::string number_of(long long number, const char* noun) {
+  return std::to_string(number) + ' ' + noun + (number == 1 || std::string_view(noun) == "species" ? "" : "s");
+}
+
 inline std::string joined_by(const std::vector<std::string>& texts, std::string_view between) {
   std::string all;
   for (const std::string& text : texts) all.append(all.empty() ? "" : between).append(text);

@@ -71,6 +71,29 @@ TEST(NameKeys, ProposedForTenStylesOfNames) {
   }
 }
 
+TEST(NameKeys, ByEachRule) {
+  using Style = KeyRule::Style;
+  const struct {
+    KeyRule rule;
+    const char *name, *key;
+  } cases[] = {
+      {{.style = Style::fields, .first = 2, .last = 3}, "AB_Homo sapiens|x", "Homo_sapiens"},
+      {{.style = Style::fields, .first = 1, .last = 1}, "__Homo_sapiens", "Homo"},
+      {{.style = Style::fields, .first = 2, .last = 4}, "AB_Homo_sapiens", ""},
+      {{.style = Style::organism}, "sp|P1 Hemoglobin OS=Homo sapiens OX=9606", "Homo_sapiens"},
+      {{.style = Style::organism}, "OS=Homo sapiens", "Homo_sapiens"},
+      {{.style = Style::organism}, "sp|P1 XOS=Homo", ""},
+      {{.style = Style::brackets}, "XP_1 cytochrome [Fe] b [Homo sapiens]", "Homo_sapiens"},
+      {{.style = Style::brackets}, "XP_1 ]Homo[", ""},
+      {{.style = Style::letters}, "ENSP0001.1", "ENSP"},
+      {{.style = Style::letters}, "ENS-P0001", ""},
+      {{.style = Style::letters}, "Homo", ""},
+      {{.begin = "_", .end = "|"}, "x_Homo sapiens |1", "Homo_sapiens"},
+      {{.begin = "_"}, "Homo sapiens", "Homo"},
+  };
+  for (const auto& [rule, name, key] : cases) EXPECT_EQ(key_of(name, rule), key) << name;
+}
+
 TEST(NameKeys, NeverCutAnEpithetOff) {
   // Each gene has one species of Macaca, so that Macaca alone would be unique in each.
   const std::vector<Names> genes = {{"Macaca_mulatta_1", "Homo_sapiens_1"},

@@ -97,8 +97,9 @@ TEST(Supermatrix, ByOrder) {
   std::vector<Gene> genes = {{{"a\n", "b\n"}, {"GGU", "ggu"}, {{1, 3}}}, {{"c\n", "d\n"}, {"AA", "AC"}, {{2, 2}}}};
   EXPECT_EQ(text(together(genes, false, 'D'), Joined::blocks), "2 4\nc  GGUA\nd  gguC\n");
   genes[1].rows[1] = "tC";
-  EXPECT_EQ(text(together(genes, false, 'D'), Joined::blocks), "2 4\nc  GGTA\nd  ggtC\n");
-  EXPECT_EQ(text(together(genes, false, 'P'), Joined::blocks), "2 4\nc  GGUA\nd  gguC\n");
+  genes[0].rows[0] = "GGG";
+  EXPECT_EQ(text(together(genes, false, 'D'), Joined::blocks), "2 4\nc  GGGA\nd  ggtC\n");
+  EXPECT_EQ(text(together(genes, false, 'P'), Joined::blocks), "2 4\nc  GGGA\nd  gguC\n");
 }
 
 }  // namespace

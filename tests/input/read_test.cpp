@@ -96,6 +96,7 @@ TEST(Read, Fasta) {
     {"utf_16",             "\xFF\xFE>\0\xE9\0\n\0A\0C\0\r\0\n\0>\0=\xD8\0\xDE\n\0A\0C\0"s, "\xC3\xA9=AC;\xF0\x9F\x98\x80=AC;"},
     {"utf_16_big_endian",  "\xFE\xFF\0>\0a\0\n\0A\0C\0\n\0>\0b\0\n\0A\0C"s, "a=AC;b=AC;"},
     {"utf_16_cut",         "\xFF\xFE>\0a\0\n\0A\0C\0\n\0>\0b\0\n\0A\0C"s,   "[damaged 'its UTF-16 text is cut off']"},
+    {"utf_16_lone_halves", "\xFF\xFE>\0=\xD8=\xD8\n\0A\0\n\0>\0\x00\xDE\xFF\x07\x00\x08\n\0A\0"s, "\xEF\xBF\xBD\xEF\xBF\xBD=A;\xEF\xBF\xBD\xDF\xBF\xE0\xA0\x80=A;"},
     {"gaps",               ">a\nA.~-C\n>b\nA---C\n",            "a=A---C;b=A---C; dots@1:1"},
     {"unknown_residues",   ">a\nA*!?C\n>b\nACUOJ\n",            "a=A*!?C;b=ACUOJ; stars:1 bangs:1"},
     {"column_of_stars",    ">a\nAC*\n>b\nA*-\n",                "a=AC-;b=A--; last_stars:1 end_stars:1"},
@@ -103,6 +104,7 @@ TEST(Read, Fasta) {
     {"a2m",                ">a\nAC.g-T\n>b\nACat-T\n",          "a=AC-g-T;b=ACat-T; 3..4 inserts:2"},
     {"soft_masked",        ">a\nACcg-T\n>b\nAC.t-T\n>c\nac.GTT\n", "a=ACcg-T;b=AC-t-T;c=ac-GTT; dots@2:2"},
     {"lower_case_alone",   ">a\nac.g\n>b\nac.g\n",              "a=ac-g;b=ac-g; dots@1:2"},
+    {"upper_case_and_dots", ">a\nAC.g\n>b\nAcTG\n",             "a=AC-g;b=AcTG; dots@1:1"},
     {"digit",              ">a\nAC\n>b b\nA C\nG7T\n",          "[bad_character 2 b b '7' 4]"},
     {"nul",                ">a\nA\0C\n>b\nAC\n"s,               "[bad_character 1 a 'NUL' 2]"},
     {"nul_in_a_name",      ">a\0b\nAC\n>b\nAC\n"s,              "[bad_character 1 a 'NUL']"},
@@ -122,6 +124,7 @@ TEST(Read, Pir) {
     {"plain",             ">P1;a\nabout it\nAC D\nEF*\n\n*\n any\nC;Species\n\n>F1;b\n\nACDEF\n*\n", "a=ACDEF;b=ACDEF; protein"},
     {"dna",               ">DL;a\n\nAC*\n>RC;b\n\nAC*",                           "a=AC;b=AC; dna"},
     {"unknown",           ">XX;a\n\nAC*\n>P1;b\n\nAC*\n",                         "a=AC;b=AC;"},
+    {"two_kinds",         ">P1;a\n\nAC*\n>DL;b\n\nAC*\n",                         "a=AC;b=AC;"},
     {"not_described_once", ">P1;a\nabout\nACD\nEF*\n>P1;b\nACD\nEF*\n",           "a=ACDEF;b=ACDEF; protein described@2:1"},
     {"not_described_first", ">P1;a\nACD\nEF*\n>P1;b\nabout 2\nACDEF*\n",          "a=ACDEF;b=ACDEF; protein described@1:1"},
     {"never_described",   ">P1;a\nACD*\n>P1;b\nACE*\n",                           "a=ACD;b=ACE; protein described@1:2"},
@@ -133,6 +136,16 @@ TEST(Read, Pir) {
     {"another_line",      ">P1;a\n\nAC*\nGT\n>P1;b\n\nAC*\n",                     "[bad_record 'GT' 4]"},
     {"fasta_among_them",  ">P1;a\n\nAC*\n>b\n\nAC*\n",                            "[bad_record 2 '>b' 4]"},
   });
+}
+
+TEST(Read, TypesOfPir) {
+  for (const char* code : {"P1", "P9", "F1", "p1", "DL", "DC", "RL", "RC", "N1", "N3", "HL", "HC"}) {
+    const std::string record = "\n\nAC*\n", found = outcome(">"s + code + ";a" + record + ">" + code + ";b" + record);
+    EXPECT_EQ(found, "a=AC;b=AC; "s + (std::string_view("PFp").find(*code) != std::string_view::npos ? "protein" : "dna")) << code;
+  }
+  for (const std::string code : {"F2", "RX", "N2", "HX", "Q1"}) {  // names of FASTA
+    EXPECT_EQ(outcome(">" + code + ";a\nAC\n>b\nAC\n"), code + ";a=AC;b=AC;");
+  }
 }
 
 TEST(Read, Clustal) {
@@ -153,6 +166,7 @@ TEST(Read, Clustal) {
     {"name_of_two_words", "CLUSTAL\n\nMus musculus AC\nb AC\n",                           "[bad_record 'Mus musculus AC' 3]"},
     {"name_alone",  "CLUSTAL\n\na AC\nbcd\n",                                             "[unfinished_record 2 bcd]"},
     {"path",        "clustal/a.fas\n",                                                    "[unknown_format 'clustal/a.fas']"},
+    {"two_words_of_letters", "CLUSTAL\n\na AC GT\nb AC GT\n",                           "[bad_record 'a AC GT' 3]"},
   });
 }
 
@@ -180,6 +194,7 @@ TEST(Read, Phylip) {
     {"too_short",          "2 4\na ACGT\nb ACG\n",                            "[unfinished_record 2 b 'letters' 3/4]"},
     {"too_long",           "2 4\na ACGTA\nb ACGT\n",                          "[unequal_lengths 1 a 5/4]"},
     {"unknown_option",     "2 4 Q\na ACGT\nb ACGT\n",                         "[bad_record '2 4 Q' 1]"},
+    {"nearest_failure",    "2 6\na  AC\nb  AC\n\nGT\nG\n",                 "[unequal_lengths 2 b 1/2]"},
   });
 }
 
@@ -197,6 +212,10 @@ TEST(Read, Nexus) {
     {"match_dots",   data("ntax=2 nchar=3", "datatype=dna matchchar=.", "a AC-\nb .T."),                        "a=AC-;b=AT-; dna resolved:2"},
     {"sets",         data("ntax=2 nchar=4", "datatype=dna", "a A{AC}(CGu)T\nb AA{A-}T"),                        "a=AMBT;b=AA?T; dna sets:3"},
     {"sets_protein", data("ntax=2 nchar=2", "datatype=protein missing=N", "a A{AC}\nb NA"),                     "a=AX;b=?A; protein sets:1"},
+    {"missing_n",    data("ntax=2 nchar=2", "datatype=dna missing=N", "a AN\nb nC"),                          "a=AN;b=nC; dna"},
+    {"interleave_no", data("ntax=2 nchar=4", "interleave=no labels=left", "a AC\nGT\nb ACGT"),               "a=ACGT;b=ACGT;"},
+    {"labels_right", data("ntax=2 nchar=2", "labels=right", "AC a\nAC b"),                                    "[refused_format 'NEXUS with names on the right']"},
+    {"transposed",   data("ntax=2 nchar=2", "transpose", "a AC\nb AC"),                                       "[refused_format 'NEXUS with TRANSPOSE']"},
     {"twice",        data("ntax=2 nchar=2", "datatype=dna", "a AC\nb AC") + "begin data; matrix a A; end; begin sets; charset x=1-2; end;", "a=AC;b=AC; dna more charsets"},
     {"standard",     data("ntax=2 nchar=2", "datatype=Standard symbols=\"01\"", "a 01\nb 01"),                  "[refused_format 'NEXUS with datatype=Standard']"},
     {"mixed",        data("ntax=2 nchar=2", "datatype=mixed(dna:1)", "a 01\nb 01"),                             "[refused_format 'NEXUS with datatype=mixed']"},
@@ -215,6 +234,7 @@ TEST(Read, Stockholm) {
     {"several", "# STOCKHOLM 1.0\na AC\nb AC\n//\n# STOCKHOLM 1.0\na GT\nb GT\n//\n",                         "a=AC;b=AC; more"},
     {"no_end",  "# STOCKHOLM 1.0\na AC\nb AC\n",                                                              "[unfinished_record '// at its end']"},
     {"short_rf", "# STOCKHOLM 1.0\na AC\nb AC\n#=GC RF x\n//\n",                                              "[bad_record '#=GC RF' 1/2]"},
+    {"rf_decides", "# STOCKHOLM 1.0\na AC.g-\nb ACatT\n#=GC RF xxxxx\n//\n",                                "a=AC-g-;b=ACatT;"},
     {"blank_in_a_row", "# STOCKHOLM 1.0\na AC\nb A C\n//\n",                                                  "[bad_record 'b A C' 3]"},
   });
 }
@@ -226,6 +246,7 @@ TEST(Read, Msf) {
     {"blocks",    header + "a  AC\nb  AC\n\n 3 4\nb GT\na GA\n",         "a=ACGA;b=ACGT; dna"},
     {"other_name", header + "a  ACGT\nc  ACGT\n",                        "[bad_record 'c  ACGT' 11]"},
     {"no_rows",   header + "a  ACGT\n",                                  "[unfinished_record 2 b/4]"},
+    {"protein_or_not", "PileUp\n MSF: 2 Type: P Check: 1 ..\n Name: a\n Name: b\n//\na AC\nb AC\n", "a=AC;b=AC;"},
     {"too_short", header + "a  ACG\nb  ACG\n",                           "[unequal_lengths 1 a 3/4]"},
     {"no_header", "!!AA_MULTIPLE_ALIGNMENT 1.0\na.msf MSF: 2",           "[unfinished_record '// after its header']"},
   });
@@ -241,6 +262,17 @@ TEST(Read, OtherFiles) {
     {"maf",         "##maf version=1\n",     "[refused_format 'MAF']"},
     {"bzip2",       "BZh91AY",               "[refused_format 'bzip2']"},
     {"zstd",        "\x28\xB5\x2F\xFD...",   "[refused_format 'zstd']"},
+    {"other_formats", "@r1\nAC\n",          "[refused_format 'FASTQ or SAM']"},
+    {"vcf",         "##fileformat=VCFv4",    "[refused_format 'VCF']"},
+    {"gff",         "##gff-version 3\n",     "[refused_format 'GFF']"},
+    {"genbank",     "LOCUS       X\n",       "[refused_format 'GenBank']"},
+    {"embl",        "ID   X; SV 1;\n",       "[refused_format 'EMBL']"},
+    {"hennig",      "xread\n2 2\n",          "[refused_format 'Hennig86']"},
+    {"xml",         "<?xml version",         "[refused_format 'XML']"},
+    {"html",        "<html>\n",              "[refused_format 'HTML']"},
+    {"pdf",         "%PDF-1.7",              "[refused_format 'PDF']"},
+    {"zip",         "PK\x03\x04...",         "[refused_format 'zip']"},
+    {"xz",          "\xFD\x37zXZ",           "[refused_format 'xz']"},
   });
 }
 // clang-format on

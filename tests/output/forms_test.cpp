@@ -108,6 +108,9 @@ TEST(Forms, NamesTheyHold) {
       EXPECT_EQ(found, expected);
     }
   }
+  const FormNames made = names_for(Form::phylip, names({"a:", "a;", "b", "a__2"}), Unique::made);
+  EXPECT_EQ(made.name[1] + ' ' + made.name[2] + ' ' + made.name[3] + ' ' + made.name[4], "a_ a__3 b a__2");
+  EXPECT_EQ(made.changed, 2);
 }
 
 }  // namespace

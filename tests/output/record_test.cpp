@@ -1,5 +1,8 @@
 #include "output/record.h"
 
+#include <cerrno>
+#include <cstdio>
+
 #include "output/whole_file.h"
 #include "support.h"
 
@@ -54,6 +57,18 @@ TEST_F(Files, StayAsTheyWereButForTheirContent) {
   EXPECT_EQ(text_of("sub/file"), "new");
   EXPECT_EQ(std::filesystem::status("sub/file").permissions(), perms::owner_read | perms::owner_write);
   EXPECT_TRUE(std::filesystem::is_symlink("sub/link"));
+  write("other.part1", "of somebody else");
+  write_whole("other", [](OutputFile& out) { out.put("new"); });
+  EXPECT_EQ(text_of("other.part1"), "of somebody else");
+}
+
+// What a stream keeps until the end may fail there alone.
+TEST(Streams, TellThatTheirEndIsNotWritten) {
+  std::FILE* full = std::fopen("/dev/full", "wb");
+  OutputFile out(full);
+  out.put("few bytes");
+  EXPECT_EQ(out.close(), ENOSPC);
+  std::fclose(full);
 }
 
 }  // namespace

@@ -203,6 +203,7 @@ TEST(CommandLine, BecomesSettings) {
     {"- --into y",                     "! --into=y does not go with -"},
     {"- -a=y --partitions",            "! -a=y does not go with -"},
     {"x -a=y --partitions=12+3",       "! --partitions=12+3 goes with -t=C or --codons"},
+    {"x -a=y --codons=y --partitions=positions", "a=1 partitions=1"},
     {"x --name-begin=_",               "! --name-begin goes with --match=name"},
     {"x -a=y --match=name --name-parts=1-2 --name-end=_", "! --name-parts goes with neither"},
     {"x -a=y --match=name --name-parts=2-1", "! --name-parts=2-1 is refused: it has to be fields"},
@@ -210,6 +211,10 @@ TEST(CommandLine, BecomesSettings) {
     {"x --code=2",                     "! --code goes with --codons or -t=C"},
     {"x -a=y --min-genes=2",           "! --min-genes goes with --match=name"},
     {"x --min-filled=5",               "! --min-filled=5 is refused: it has to be a whole number of per cent"},
+    {"x --min-filled=0%",              "! --min-filled=0% is refused: it has to be a whole number from 1% to 100%"},
+    {"x --min-filled=1%",              ""},
+    {"x --min-species=0",              "! --min-species=0 is refused"},
+    {"x --min-columns=0",              "! --min-columns=0 is refused"},
     {"x --min-species=101%",           "! --min-species=101% is refused"},
     {"x --join -a=y",                  "! -a=y does not go with --join"},
     {"- --join",                       "! --join does not go with -"},
@@ -221,6 +226,15 @@ TEST(CommandLine, BecomesSettings) {
     std::istringstream text(line);
     const std::string found = outcome({std::istream_iterator<std::string>(text), {}});
     EXPECT_EQ(expected[0] == '!' ? found.substr(0, std::string_view(expected).size()) : found, expected) << line;
+  }
+  // What selects or writes goes with neither the standard input nor --join.
+  for (const std::string word :
+       {"-p=t", "-k=y", "-d=y", "-n=y", "-u=y", "-a=y", "-w=y", "--columns", "--min-columns=2", "--codons=y"}) {
+    EXPECT_EQ(outcome({"-", word}), "! " + word + " does not go with -, which writes no file");
+    EXPECT_EQ(outcome({"x", "--join", word}), "! " + word + " does not go with --join, which selects nothing");
+  }
+  for (const std::string word : {"-c=y", "--into=y", "--table=y", "--min-species=2"}) {
+    EXPECT_EQ(outcome({"-", word}), "! " + word + " does not go with -, which writes no file");
   }
   EXPECT_EQ(outcome({"x", ""}), "! a file name is empty");
   EXPECT_EQ(outcome({"x", "-b5=with half", "--name-end", " |", "-a=y", "--match=name"}),
