@@ -261,7 +261,7 @@ TEST_F(Messages, OfRealFiles) {
   // Beside what was read: what the account says of it.
   const std::pair<const char*, const char*> accounts[] = {
     {"a.fas -t=P -s=n -p=n -b4=2",      "a.fas: 4 sequences, 5 positions, 5 kept (100 %) in 1 block\n"},
-    {"ten.phy -s=n -p=n",               "; read as PHYLIP; DNA, by its letters; read as PHYLIP, "},
+    {"ten.phy -s=n -p=n",               "; DNA, by its letters; read as PHYLIP, "},
     {"sets.nex -s=n -p=n",              "; only the first alignment of the file is read; the character sets in the file no longer hold"},
     {"insert.sto -s=n -p=n",            "; 2 columns are inserts and not aligned, as #=GC RF says: never selected\n"},
     {"two.pir -s=n -p=n",               "; 2 records have no description line (the first: sequence 1): the line after the name is read as sequence\n"},
@@ -320,9 +320,10 @@ TEST_F(Messages, OfRealFiles) {
 // Whatever file of a run is called as an input, or leads to one: nothing is run, and the input stays as it was.
 TEST_F(Messages, NoInputIsReplaced) {
   const std::string letters = ">a\nACDEF\n>b\nACDEF\n";
-  for (const char* result : {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS",
-                             "a.fas-trComp.fasta", "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta",
-                             "list.seq.phy", "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "table"}) {
+  for (const char* result :
+       {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS", "a.fas-trComp.fasta",
+        "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta", "list.seq.phy", "list--.seq.fasta", "list.seq.nex",
+        "list-tr.seq.partitions", "table", "a.fas.names.tsv", "list.seq.names.tsv"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
