@@ -30,6 +30,7 @@ present() {
     libc++abi-dev) [ -e "$(clang++ -print-file-name=libc++abi.so)" ] ;;
     locales) [ -e /usr/share/i18n/locales/tr_TR ] ;;
     ghostscript) command -v gs >/dev/null ;;
+    hmmer) command -v hmmalign >/dev/null ;;
     emboss) command -v tranalign >/dev/null ;;
     iqtree) command -v iqtree2 >/dev/null ;;
     mrbayes) command -v mb >/dev/null ;;

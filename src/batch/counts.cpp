@@ -6,30 +6,14 @@
 #include <string_view>
 
 #include "ground/vector_clones.h"
+#include "input/letter_vectors.h"
 #include "input/letters.h"
 
 namespace trimora::rooms {
 
 namespace {
 
-constexpr int tile = 4096;  // positions looked at together
-
-struct Piece {
-  std::uint32_t unknown = 0, gaps = 0;
-};
-
-/// `letter` is the small letter for an unknown residue.
-TRIMORA_VECTOR_CLONES
-Piece count_piece(const char* text, int width, char letter) {
-  std::uint32_t unknown = 0, gaps = 0;
-  for (int k = 0; k < width; ++k) {
-    const char c = text[k];
-    gaps += c == '-' ? 1U : 0U;
-    const bool is_unknown = ((c | 0x20) == letter) | (c == '?') | (c == '*') | (c == '!');
-    unknown += is_unknown ? 1U : 0U;
-  }
-  return {unknown, gaps};
-}
+constexpr int tile = 1024;  // positions looked at together: their states fit into the first cache
 
 /// Counts one sequence, stretch by stretch.
 class Counter {
@@ -37,13 +21,17 @@ class Counter {
   explicit Counter(char seq_type) : letter_(seq_type == 'P' ? 'x' : 'n') {}
 
   void add(const char* text, int width) {
-    const Piece piece = count_piece(text, width, letter_);
-    const auto letters = static_cast<std::uint32_t>(width) - piece.unknown - piece.gaps;
+    const auto found = count_letters(
+        {text, static_cast<std::size_t>(width)},
+        [this](LetterVector c) { return between(c | 0x20, 'a', 'z') & ~where(c | 0x20, letter_); },
+        [this](LetterVector c) { return where(c | 0x20, letter_) | where(c, '?') | where(c, '*') | where(c, '!'); });
+    const auto letters = static_cast<std::uint32_t>(found[0]), unknown = static_cast<std::uint32_t>(found[1]);
+    const std::uint32_t gap = static_cast<std::uint32_t>(width) - letters - unknown;
     counts_.letters += letters;
-    counts_.unknown += piece.unknown;
-    counts_.gaps += piece.gaps;
+    counts_.unknown += unknown;
+    counts_.gaps += gap;
     if (letters == 0) {
-      since_letter_ += piece.gaps;
+      since_letter_ += gap;
       return;
     }
     const auto is_letter = [&](char c) {
@@ -66,7 +54,8 @@ class Counter {
   static std::uint32_t gaps(const char* first, const char* last) {
     return static_cast<std::uint32_t>(std::count(first, last, '-'));
   }
-  char letter_;
+
+  char letter_;  // the small one for an unknown residue
   RowCounts counts_;
   std::uint32_t since_letter_ = 0;  // gaps after the last letter, or from the beginning
 };

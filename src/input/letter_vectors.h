@@ -44,7 +44,8 @@ template <typename Use>
   use(letters);
 }
 
-/// How many characters of `text` are of each kind: functions that say where a LetterVector is of that kind.
+/// How many characters of `text` are of each kind: functions that say where a LetterVector is of that kind, which no gap
+/// is.
 template <typename... Kinds>
 [[gnu::always_inline]] inline std::array<long long, sizeof...(Kinds)> count_letters(std::string_view text,
                                                                                     Kinds... kinds) {

@@ -1,7 +1,10 @@
-// MSF: a header with "MSF: length Type: P ..", a line "Name: ..." for each sequence, "//", then blocks of "name letters".
+// MSF: a header with "MSF: length Type: P ..", a line "Name: ... Len: length" for each sequence, "//", then blocks of
+// "name letters". The rows tell how long they are; what is shorter than the header says was cut off.
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "ground/failure.h"
 #include "input/assembly.h"
@@ -19,6 +22,20 @@ std::string_view word_after(std::string_view line, std::string_view key) {
   line.remove_prefix(at + key.size());
   return take_word(line);
 }
+
+/// What a header says of the length of the rows.
+struct MsfLengths {
+  std::optional<int> msf;   // in its line "MSF:"
+  std::optional<int> rows;  // in the lines of the sequences, where they agree
+  bool agree = true;
+
+  void add_row(std::optional<int> length) {
+    agree = agree && length && (!rows || rows == length);
+    rows = length;
+  }
+  /// Whether rows of `nupo` letters can be whole.
+  bool whole(int nupo) const { return nupo >= *msf || (agree && rows == nupo); }
+};
 
 /// Whether a line counts columns.
 bool msf_ruler(std::string_view line) {
@@ -40,21 +57,24 @@ bool begins_msf(std::string_view head) {
 Reading read_msf(Lines& in) {
   RowBlocks rows(in.bytes());
   std::optional<Kind> kind;
-  std::optional<int> length;
+  MsfLengths lengths;
   std::string_view line;
   bool headed = false;
   while (!headed && in.next(line)) {
     const std::string_view name = word_after(line, "Name:");
     const std::string_view msf = word_after(line, "MSF:");
-    if (!name.empty()) rows.announce(name);
-    if (!length && !msf.empty()) {
-      length = number_in(msf);
+    if (!name.empty()) {
+      rows.announce(name);
+      lengths.add_row(number_in(word_after(line, "Len:")));
+    }
+    if (!lengths.msf && !msf.empty()) {
+      lengths.msf = number_in(msf);
       const std::string_view type = word_after(line, "Type:");
       if (type == "N") kind = Kind::dna;  // P is written for DNA, too, by some programs: the letters decide
     }
     headed = trimmed(line) == "//";
   }
-  if (!headed || !length) throw Failure{.kind = Failure::Kind::unfinished_record, .detail = "// after its header"};
+  if (!headed || !lengths.msf) throw Failure{.kind = Failure::Kind::unfinished_record, .detail = "// after its header"};
   rows.end_block();
   while (in.next(line)) {
     if (msf_ruler(line)) continue;
@@ -68,8 +88,14 @@ Reading read_msf(Lines& in) {
   Assembly assembly;
   assembly.dots_are_usual = true;
   rows.move_to(assembly);
-  if (!assembly.empty()) assembly.expect(*length);
-  Reading reading = assembly.finish();
+  if (!assembly.empty() && !lengths.whole(assembly.nupo())) assembly.expect(*lengths.msf);
+  std::vector<Remark> remarks;
+  if (const int nupo = assembly.nupo(); !assembly.empty() && nupo != *lengths.msf) {
+    remarks.push_back({.what = Remark::What::layout,
+                       .detail = "MSF of " + std::to_string(nupo) + " positions, though its header says " +
+                                 std::to_string(*lengths.msf)});
+  }
+  Reading reading = assembly.finish({}, std::move(remarks));
   reading.kind = kind;
   return reading;
 }

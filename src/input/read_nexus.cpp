@@ -91,6 +91,16 @@ class NexusText {
     const LetterFacts facts = letter_facts(line_);
     return facts.pure && facts.letters == line_.size() ? std::exchange(line_, {}) : std::string_view();
   }
+  /// The lines from here on, the last one up to the next ';'.
+  std::string up_to_semicolon() {
+    std::string text;
+    do {
+      const std::string_view part = up_to(line_, ';');
+      text.append(part) += '\n';
+      line_.remove_prefix(part.size());
+    } while (line_.empty() && next_line());
+    return text;
+  }
   bool at_semicolon() const { return line_.front() == ';'; }
   void take_semicolon() { line_.remove_prefix(1); }
 
@@ -220,10 +230,12 @@ char nucleotide_set(std::string_view set) {
   return nucleotide_codes[bits];
 }
 
-/// The matrix of a block, up to its ';'.
+/// The matrix of a block, up to its ';'. Some write it in blocks and do not say so: unless the layout is `sure`, two words
+/// on the second line raise the question.
 class NexusMatrix {
  public:
-  NexusMatrix(NexusText& text, const NexusFormat& format) : text_(text), format_(format), rows_(text.bytes()) {
+  NexusMatrix(NexusText& text, const NexusFormat& format, bool sure = false)
+      : text_(text), format_(format), sure_(sure || format.interleave || !format.labels), rows_(text.bytes()) {
     if (!format_.nchar || *format_.nchar == 0) {
       throw Failure{.kind = Failure::Kind::bad_record, .detail = "MATRIX without NCHAR", .length = text_.number()};
     }
@@ -242,11 +254,18 @@ class NexusMatrix {
         continue;
       }
       if (text_.at_semicolon()) break;
-      if (format_.interleave ? text_.begun() : row == nullptr) {
+      const bool begins = text_.begun();
+      if (format_.interleave ? begins : row == nullptr) {
+        if (rows_.empty() && !sure_) remember_line();
         row = next_row();
         continue;
       }
-      text_.begun();
+      if (begins && !first_line_.empty()) {
+        const std::string first = std::exchange(first_line_, {});
+        std::string_view second = text_.line();
+        take_word(second);
+        if (!second.empty()) return read_either_way(first);
+      }
       if (const std::string_view letters = text_.letters(); !letters.empty()) {  // as most lines
         *row += letters;
       } else {
@@ -261,6 +280,49 @@ class NexusMatrix {
   }
 
  private:
+  /// Remember the first line, unless it holds a whole row by all appearances.
+  void remember_line() {
+    constexpr std::size_t name_and_comment = 1000;
+    if (text_.line().size() > static_cast<std::size_t>(*format_.nchar) + name_and_comment) return;
+    first_line_ = text_.line();
+    first_number_ = text_.number();
+  }
+
+  /// Read the whole matrix in the one way that fits: one row after the other, or in blocks. `first` is its first line.
+  Reading read_either_way(const std::string& first) {
+    const auto lines_since = static_cast<std::size_t>(text_.number() - first_number_);
+    std::string lines = first + std::string(lines_since, '\n') + text_.up_to_semicolon();
+    if (text_.line().empty()) throw unfinished();
+    text_.take_semicolon();
+    lines += ';';
+    std::optional<Failure> failure;
+    std::optional<Reading> sequential = read_as(false, lines, failure), interleaved = read_as(true, lines, failure);
+    if (sequential && interleaved) {
+      throw Failure{.kind = Failure::Kind::ambiguous_format,
+                    .detail = "NEXUS: one sequence after the other; or interleaved, which it does not say"};
+    }
+    if (sequential) return *std::move(sequential);
+    if (!interleaved) throw *failure;
+    interleaved->remarks.push_back(
+        {.what = Remark::What::layout, .detail = "NEXUS, interleaved though it does not say so"});
+    return *std::move(interleaved);
+  }
+
+  /// Read `lines` in one way; when that fails, tell why if it came further than the other way.
+  std::optional<Reading> read_as(bool interleave, const std::string& lines, std::optional<Failure>& why) const {
+    Lines in(bytes_of_memory(lines));
+    NexusText text(in);
+    NexusFormat format = format_;
+    format.interleave = interleave;
+    try {
+      return NexusMatrix(text, format, true).read();
+    } catch (Failure& failure) {
+      if (failure.kind == Failure::Kind::bad_record) failure.length += first_number_ - 1;
+      if (!why || failure.sequence > why->sequence) why = std::move(failure);
+      return std::nullopt;
+    }
+  }
+
   std::string* next_row() {
     std::string* row = nullptr;
     if (format_.labels) {
@@ -367,6 +429,9 @@ class NexusMatrix {
 
   NexusText& text_;
   const NexusFormat& format_;
+  bool sure_;
+  std::string first_line_;  // as long as the layout is not sure
+  long long first_number_ = 0;
   RowBlocks rows_;
   long long sets_ = 0;
 };

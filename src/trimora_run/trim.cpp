@@ -145,7 +145,10 @@ bool joins(const Plan& plan, const Settings& settings) {
 Reading read_chosen(Outcome& outcome, const Job& job, const Settings& settings, const Filters& filters,
                     const Before& before, KindByLetters& by_letters) {
   Reading reading = read_job(job, settings);
-  if (reading.format != "FASTA" && reading.format != "NBRF/PIR") {
+  const bool plain = reading.format == "FASTA" || reading.format == "NBRF/PIR";
+  const bool told = std::any_of(reading.remarks.begin(), reading.remarks.end(),
+                                [](const Remark& remark) { return remark.what == Remark::What::layout; });
+  if (!plain && !told) {
     outcome.decided.push_back("read as " + std::string(reading.format));
   }
   by_letters = kind_by_letters(reading);

@@ -219,6 +219,12 @@ TEST(Read, Nexus) {
     {"twice",        data("ntax=2 nchar=2", "datatype=dna", "a AC\nb AC") + "begin data; matrix a A; end; begin sets; charset x=1-2; end;", "a=AC;b=AC; dna more charsets"},
     {"standard",     data("ntax=2 nchar=2", "datatype=Standard symbols=\"01\"", "a 01\nb 01"),                  "[refused_format 'NEXUS with datatype=Standard']"},
     {"mixed",        data("ntax=2 nchar=2", "datatype=mixed(dna:1)", "a 01\nb 01"),                             "[refused_format 'NEXUS with datatype=mixed']"},
+    {"interleave_unsaid", data("ntax=2 nchar=6", "datatype=dna", "a AC [1]\nb AC\n\na GTAC\nb GAAC"),         "a=ACGTAC;b=ACGAAC; dna layout"},
+    {"groups_are_no_names", data("nchar=8", "datatype=dna", "a  ACG\nTA ACG\nb ACG TAACG"),                   "a=ACGTAACG;b=ACGTAACG; dna"},
+    {"both_ways",    data("nchar=6", "datatype=protein", "AC GT\nGT GT\n\nAC GT\nGT GT\n\nAC GT\nGT GT"),       "[ambiguous_format 'NEXUS: one sequence after the other; or interleaved, which it does not say']"},
+    {"neither_way",  data("ntax=2 nchar=6", "datatype=dna", "a AC\nb AC\n\na GTAC\nb GAA"),                    "[unequal_lengths 2 b 5/6]"},
+    {"neither_line", data("ntax=2 nchar=5", "datatype=dna", "\n\na AC\n\nb AC\n\na GTA\nb G{A"),               "[bad_record '{A' 13]"},
+    {"unsaid_unfinished", "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=5;matrix a AC\nb AC\na GTA\nb GAA\n",  "[unfinished_record 1 a '; after the matrix']"},
     {"too_few",      data("ntax=3 nchar=2", "datatype=dna", "a AC\nb AC"),                                      "[unfinished_record 'sequences' 2/3]"},
     {"too_short",    data("ntax=2 nchar=3", "datatype=dna", "a ACG\nb AC"),                                     "[unequal_lengths 2 b 2/3]"},
     {"too_long",     data("ntax=2 nchar=2", "datatype=dna", "a ACG\nb AC"),                                     "[unequal_lengths 1 a 3/2]"},
@@ -248,6 +254,8 @@ TEST(Read, Msf) {
     {"no_rows",   header + "a  ACGT\n",                                  "[unfinished_record 2 b/4]"},
     {"protein_or_not", "PileUp\n MSF: 2 Type: P Check: 1 ..\n Name: a\n Name: b\n//\na AC\nb AC\n", "a=AC;b=AC;"},
     {"too_short", header + "a  ACG\nb  ACG\n",                           "[unequal_lengths 1 a 3/4]"},
+    {"longer",    header + "a  ACGTA\nb  ACGTA\n",                      "a=ACGTA;b=ACGTA; dna layout"},
+    {"rows_agree", "PileUp\nMSF: 9 Type: N Check: 1 ..\nName: a Len: 4\nName: b Len: 4\n//\na ACGT\nb ACGT\n", "a=ACGT;b=ACGT; dna layout"},
     {"no_header", "!!AA_MULTIPLE_ALIGNMENT 1.0\na.msf MSF: 2",           "[unfinished_record '// after its header']"},
   });
 }

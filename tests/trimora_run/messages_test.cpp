@@ -291,7 +291,7 @@ TEST_F(Messages, OfRealFiles) {
   // Beside what was read: what the account says of it.
   const std::pair<const char*, const char*> accounts[] = {
     {"a.fas -t=P -s=n -p=n -b4=2",      "a.fas: 4 sequences, 5 positions, 5 kept (100 %) in 1 block\n"},
-    {"ten.phy -s=n -p=n",               "; read as PHYLIP; DNA, by its letters; read as PHYLIP, "},
+    {"ten.phy -s=n -p=n",               "; DNA, by its letters; read as PHYLIP, "},
     {"sets.nex -s=n -p=n",              "; only the first alignment of the file is read; the character sets in the file no longer hold"},
     {"insert.sto -s=n -p=n",            "; 2 columns are inserts and not aligned, as #=GC RF says: never selected\n"},
     {"two.pir -s=n -p=n",               "; 2 records have no description line (the first: sequence 1): the line after the name is read as sequence\n"},
