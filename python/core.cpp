@@ -38,6 +38,14 @@ std::string bytes_of(const py::str& text) {
   return py::reinterpret_steal<py::bytes>(bytes);
 }
 
+using Strings = std::vector<std::string>;
+
+Strings texts_of(const py::list& names) {
+  Strings all;
+  for (const py::handle name : names) all.push_back(bytes_of(py::reinterpret_borrow<py::str>(name)));
+  return all;
+}
+
 /// The letters of one object at a time, in its own memory wherever they are side by side there.
 class Letters {
  public:
@@ -85,8 +93,7 @@ std::optional<trimora::Kind> kind_of(std::optional<int> kind) {
 
 /// An alignment of what Python holds: the letters are copied while no other thread of Python can change them.
 Alignment from_rows(const py::list& names, const py::list& rows, std::optional<int> kind) {
-  std::vector<std::string> all;
-  for (const py::handle name : names) all.push_back(bytes_of(py::reinterpret_borrow<py::str>(name)));
+  const Strings all = texts_of(names);
   Letters letters;
   return Alignment::from_rows(
       all, [&](std::size_t i) { return letters.in(rows[i]); }, kind_of(kind));
@@ -113,14 +120,15 @@ struct Selection {
 
 using Share = std::optional<std::pair<int, bool>>;  // a number of sequences, or of per cent
 
+std::optional<trimora::Sequences> sequences_in(const Share& share) {
+  return share ? std::optional(trimora::Sequences{share->first, share->second}) : std::nullopt;
+}
+
 Selection selected(const Alignment& ali, std::optional<int> kind, int gaps, std::optional<int> b0, Share b1, Share b2,
                    int b3, int b4, bool similarity) {
-  const auto share = [](const Share& s) {
-    return s ? std::optional(trimora::Sequences{s->first, s->second}) : std::nullopt;
-  };
   const trimora::Parameters parameters{.kind = kind_of(kind),
-                                       .b1 = share(b1),
-                                       .b2 = share(b2),
+                                       .b1 = sequences_in(b1),
+                                       .b2 = sequences_in(b2),
                                        .b3 = b3,
                                        .b4 = b4,
                                        .b0 = b0,
@@ -149,6 +157,45 @@ py::list reasons_of(const Selection& selection) {
   py::list reasons;
   for (const std::string& words : all) reasons.append(known.try_emplace(words, words).first->second);
   return reasons;
+}
+
+/// The alignment, the columns of each part, which parts are left out, and the letters of each sequence in each.
+py::tuple joined(const std::vector<Alignment>& alignments, int match, const py::list& rule, const py::list& species,
+                 const py::list& new_names, const Share& min_species, int min_columns, const Share& min_genes,
+                 bool numpy) {
+  trimora::Joining joining;
+  joining.match = static_cast<trimora::Match>(match);
+  const Strings rules = texts_of(rule), old_names = texts_of(species), names = texts_of(new_names);
+  joining.name_begin = rules.at(0);
+  joining.name_end = rules.at(1);
+  joining.name_parts = rules.at(2);
+  for (std::size_t k = 0; k < old_names.size(); ++k) joining.species.emplace_back(old_names[k], names.at(k));
+  joining.min_species = sequences_in(min_species);
+  joining.min_columns = min_columns;
+  joining.min_genes = sequences_in(min_genes);
+  const trimora::Supermatrix all = [&] {
+    const py::gil_scoped_release others_run;
+    return trimora::supermatrix(alignments, joining);
+  }();
+  py::object occupancy = py::cast(all.occupancy);
+  if (numpy) {
+    py::array_t<int> array({all.occupancy.size(), all.parts.size()});
+    auto cells = array.mutable_unchecked<2>();
+    for (py::ssize_t i = 0; i < cells.shape(0); ++i) {
+      const std::vector<int>& row = all.occupancy[static_cast<std::size_t>(i)];
+      for (py::ssize_t k = 0; k < cells.shape(1); ++k) cells(i, k) = row[static_cast<std::size_t>(k)];
+    }
+    occupancy = std::move(array);
+  }
+  return py::make_tuple(all.alignment, all.parts, all.left_out, occupancy);
+}
+
+/// Coding sequences of Python, one to each name.
+trimora::CodingSequences coding_sequences(const py::list& names, const py::list& rows) {
+  trimora::CodingSequences coding{texts_of(names), {}};
+  Letters letters;
+  for (const py::handle row : rows) coding.sequences.emplace_back(letters.in(row));
+  return coding;
 }
 
 int run(std::vector<std::string> arguments) {
@@ -222,6 +269,23 @@ PYBIND11_MODULE(_core, module) {
           without_gil())
       .def_property_readonly("alignment", [](const Selection& selection) { return selection.ali; });
   module.def("select", selected, without_gil());
+
+  py::class_<trimora::CodingSequences>(module, "CodingSequences");
+  module.def("coding_sequences", coding_sequences);
+  module.def("read_coding_sequences", &trimora::read_coding_sequences, without_gil());
+  module.def(
+      "codons",
+      [](const Alignment& proteins, const trimora::CodingSequences& coding, int code) {
+        return trimora::codons(proteins, coding.names, coding.sequences, code);
+      },
+      without_gil());
+  module.def(
+      "selected_codons",
+      [](const Selection& selection, const trimora::CodingSequences& coding, int code) {
+        return trimora::codons(selection.ali, selection.found, coding, code);
+      },
+      without_gil());
+  module.def("supermatrix", joined);
 
   module.def("run", run, without_gil());
 }

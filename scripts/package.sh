@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Build the packages in build/packages: a .tar.gz, for Windows a .zip, and three .deb: the programs, the library, and what is
-# needed to build with it. The page is in them when scripts/web.sh has made it. Where lintian is installed, it has to accept
-# each .deb.
+# needed to build with it; a wheel for Python and a source package for R. The page is in them when scripts/web.sh has made it,
+# and so is the package for npm. Where lintian is installed, it has to accept each .deb.
 # The .deb use the system's libraries, as Debian asks: their corrections reach the programs without a new package. In
 # the .tar.gz and the .zip the programs are linked statically: they run on any Linux of the same processor, on any Windows.
 set -euo pipefail
@@ -49,5 +49,9 @@ if command -v lintian >/dev/null; then
 else
   echo "lintian is not installed: the packages were not judged." >&2
 fi
+wheel=$(scripts/python.sh --wheel)
+tarball=$(scripts/r.sh --tarball)
+cp "$wheel" "$tarball" $packages
+[ ! -d build/web/package ] || npm pack --silent build/web/package --pack-destination $packages >/dev/null
 [ -e build/web/trimora.html ] || echo "The page has not been made (scripts/web.sh): the packages are without it." >&2
 for package in "$project/$packages"/*; do echo "$package"; done

@@ -15,7 +15,7 @@ mkdir -p "$package"
 cp -R r/trimora/. "$package"
 sed "s/@VERSION@/$version/" r/trimora/DESCRIPTION.in >"$package/DESCRIPTION"
 mkdir -p "$package/inst/extdata"
-cp examples/globins.fas examples/primates_mt.fas "$package/inst/extdata"
+cp examples/globins.fas examples/primates_mt.fas examples/genes/*.fas "$package/inst/extdata"
 library=$package/src/trimora
 mkdir -p "$library/src"
 cp -R include "$library"

@@ -187,17 +187,54 @@ TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Paramet
 /// Error    bad_argument when a column is not one of `ali`
 TRIMORA_API Alignment trim(const Alignment& ali, const Selection& selection);
 
+/// How the sequences of several alignments are matched.
+enum class Match {
+  name,   // by the part of their names that tells the species; '?' where an alignment lacks one
+  same,   // by their order, and their names have to be the same up to the first blank
+  order,  // by their order, whatever their names
+};
+
+/// How alignments are put together, and what is left out.
+struct Joining {
+  Match match = Match::name;
+  std::string
+      name_begin;        // the name of a species begins after the first of these characters; none: where the name does
+  std::string name_end;  // and ends before the first of these; none: before the first blank
+  std::string
+      name_parts;  // or it is these fields between _, | and blanks, as "2" or "1-2"; or "OS", "brackets", "letters"
+  std::vector<std::pair<std::string, std::string>>
+      species;                           // only these, in this order, under their second names unless
+                                         // these are empty; none: all
+  std::optional<Sequences> min_species;  // leave out alignments with fewer species, a number or a share of those of all
+  int min_columns = 0;                   // leave out alignments with fewer columns
+  std::optional<Sequences> min_genes;    // leave out species that are in fewer of the alignments that are left
+};
+
 /// Alignments put together: the columns of one after those of the other.
 struct Supermatrix {
   Alignment alignment;
   std::vector<std::pair<std::size_t, std::size_t>> parts;  // of each alignment, its first column and one past its last
+  std::vector<bool> left_out;               // of each alignment, whether it was left out: it has no columns
+  std::vector<std::vector<int>> occupancy;  // of each sequence, its letters in each alignment; -1 where it is in none:
+                                            // gaps and unknown residues are no letters
 };
 
-/// Put alignments together by the names of their sequences, up to the first blank. Species come in the order in which they
-/// first appear, with '?' where an alignment lacks one.
-/// Error    bad_argument without any alignment; unfit_name for an empty name, same_name for two that are one in an
-///          alignment, contrary_type where proteins and nucleotides meet
-TRIMORA_API Supermatrix supermatrix(const std::vector<Alignment>& alignments);
+/// Put alignments together. By name, species come in the order in which they first appear, or in that of `species`.
+/// Error    bad_argument without any alignment and where `joining` contradicts itself; unfit_name for a name without a
+///          species, same_name for two of one species in an alignment; contrary_type where proteins and nucleotides meet;
+///          other_sequences when no species is in two of the alignments, and where order and names do not fit;
+///          too_few_sequences when all alignments or all species are left out
+TRIMORA_API Supermatrix supermatrix(const std::vector<Alignment>& alignments, const Joining& joining = {});
+
+/// Sequences, aligned or not.
+struct CodingSequences {
+  std::vector<std::string> names;
+  std::vector<std::string> sequences;  // without gaps
+};
+
+/// Read coding sequences: FASTA, in which they may differ in length, or an alignment in any format.
+/// Error    as read()
+TRIMORA_API CodingSequences read_coding_sequences(const std::string& path);
 
 /// The codons of a protein alignment, three columns for each of its own: '-' for a gap, N for a stop codon inside.
 /// `sequences` are the coding sequences called `names`, whose gaps do not count; they are matched with the proteins by
@@ -207,6 +244,12 @@ TRIMORA_API Supermatrix supermatrix(const std::vector<Alignment>& alignments);
 ///          does not encode it
 TRIMORA_API Alignment codons(const Alignment& proteins, const std::vector<std::string>& names,
                              const std::vector<std::string>& sequences, int code = 1);
+
+/// Of these, the codons of the selected columns.
+/// Needs    a selection made of `proteins`
+/// Error    as codons(); bad_argument when a column is not one of `proteins`
+TRIMORA_API Alignment codons(const Alignment& proteins, const Selection& selection, const CodingSequences& coding,
+                             int code = 1);
 
 /// The text of an alignment file.
 /// Error    unfit_name or same_name when the form cannot hold a name

@@ -130,6 +130,93 @@ def test_drawn_alignments_are_as_the_program_says():
         assert rows in ([], [dict(sel.trimmed)])
 
 
+def drawn_genes(draw):
+    """Genes of some of nine species, in any order."""
+    genes = {}
+    for number in range(draw.randrange(2, 7)):
+        width = draw.randrange(3, 70)
+        some = draw.sample([f"S{k}" for k in range(9)], draw.randrange(2, 9))
+        genes[f"g{number}"] = {
+            f"{name}|gene {number}": "A" + "".join(draw.choice("ACGTNacgt-") for _ in range(width)) for name in some}
+    return genes  # fmt: skip
+
+
+def test_supermatrices_are_as_the_program_says():
+    draw = random.Random(22)
+    put_together = 0
+    for number in range(cases):
+        genes = drawn_genes(draw)
+        shutil.rmtree("genes", ignore_errors=True)
+        Path("genes").mkdir()
+        for name, rows in genes.items():
+            Path(f"genes/{name}").write_text("".join(f">{key}\n{row}\n" for key, row in rows.items()))
+        filters = {"min_species": draw.choice((None, 3, 5, "60%")), "min_genes": draw.choice((None, 2, "50%"))}
+        options = [f"--{name.replace('_', '-')}={value}" for name, value in filters.items() if value]
+        if draw.random() < 0.5:
+            filters["species"] = {f"S{k}": draw.choice(("", f"new S{k}")) for k in draw.sample(range(9), 6)}
+            Path("species").write_text("".join("\t".join(pair).strip() + "\n" for pair in filters["species"].items()))
+            options.append("--species=species")
+        done = run("genes", "-t=D", "--join", "--match=name", "--name-end=|", "--partitions", "--occupancy=letters", "--name=all",
+                   "--into=out", *options)  # fmt: skip
+        alis = {name: trimora.Alignment(rows, kind="dna") for name, rows in genes.items()}
+        try:
+            m = trimora.supermatrix(alis, name_end="|", **filters)
+        except trimora.Error:
+            assert done.returncode == 1, (number, options, done.stderr)
+            continue
+        assert done.returncode == 0, (number, options, done.stderr)
+        put_together += 1
+        text = Path("out/all.seq.fasta").read_text().split(">")[1:]
+        assert dict(m.alignment) == {name: rows.replace("\n", "") for name, _, rows in (each.partition("\n") for each in text)}
+        lines = [line.split("\t") for line in Path("letters").read_text().splitlines()]
+        assert m.alignment.names == [line[0] for line in lines[1:]]
+        kept = [name for name in genes if name not in m.left_out]
+        assert [Path(path).name for path in lines[0][1:]] == kept
+        assert m.occupancy[:, [list(genes).index(name) for name in kept]].tolist() == [
+            [-1 if cell == "NA" else int(cell) for cell in line[1:]] for line in lines[1:]]  # fmt: skip
+        assert Path("out/all.seq.partitions").read_text() == "".join(
+            f"DNA, {name} = {m.partitions[name][0] + 1}-{m.partitions[name][1]}\n" for name in kept)  # fmt: skip
+    assert put_together > cases // 2
+
+
+def test_codons_are_as_the_program_says():
+    proteins = {"a x": "MKV-LWQERTYIPAS", "b": "MKVALWQ-RTYIPAS", "c": "MKV-LW--RTYIPAT"}
+    codon = dict(zip("MKVALWQERTYIPST", "ATG AAG GTC GCT TTA TGA CAA GAA CGT ACC TAT ATC CCG TCT ACA".split()))
+    cds = {name.split()[0]: "".join(codon[letter] for letter in row if letter != "-") + "TAA" for name, row in proteins.items()}
+    Path("proteins").write_text("".join(f">{name}\n{row}\n" for name, row in proteins.items()))
+    Path("cds").write_text("".join(f">{name}\n{row}\n" for name, row in cds.items()))
+    done = run("proteins", "-t=P", "-b4=2", "--codons=cds", "--code=2", "-p=n")
+    assert done.returncode == 0, done.stderr
+    sel = trimora.select(proteins, kind="protein", b4=2)
+    records = [SeqRecord(Seq(row), id=name) for name, row in cds.items()]
+    for given in ("cds", Path("cds"), cds, list(cds.items()), records, {each.id: each for each in records}):
+        t = trimora.codons(sel, given, code=2)
+        assert dict(t) == dict(trimora.read("proteins-tr.codons.fasta")) and t.kind == "codons"
+    assert trimora.codons(proteins, cds, code=2).sequences[0].startswith("ATGAAGGTC---TTATGACAA")
+    with pytest.raises(trimora.Error, match="a x") as caught:
+        trimora.codons(sel, cds)  # W is not TGA in the standard code
+    assert (caught.value.kind, caught.value.sequence) == ("other_sequences", 0)
+
+
+def test_what_supermatrix_takes():
+    one, two = {"a": "ACGTA", "b": "ACGTC"}, {"b": "GG", "c": "GC"}
+    sel = trimora.select(one, kind="dna", b4=2)
+    m = trimora.supermatrix([sel, two, trimora.Alignment(one)], min_columns=2)
+    assert (m.partitions, m.left_out, m.alignment.names) == ([(0, 4), (4, 6), (6, 11)], [], ["a", "b", "c"])
+    assert m.alignment.sequences[2] == "????GC?????" and m.occupancy[2].tolist() == [-1, 2, -1]
+    assert trimora.supermatrix([one, two], match="order").alignment.sequences == ["ACGTAGG", "ACGTCGC"]
+    assert trimora.supermatrix([one, two], min_columns=3).left_out == [1]
+    assert trimora.supermatrix({"x": one, "y": two}, species=["c", "b"]).alignment.names == ["c", "b"]
+    fields = [{"x_Homo_1": "AC", "x_Pan_2": "AC"}, {"Homo": "G", "Pan": "T"}]
+    assert trimora.supermatrix([fields[0], {"y_Pan": "G", "y_Homo": "T"}], name_parts=2).alignment.sequences == ["ACT", "ACG"]
+    with pytest.raises(trimora.Error, match="no species is in two"):
+        trimora.supermatrix(fields)
+    with pytest.raises(trimora.Error, match="where the first one has a"):
+        trimora.supermatrix([one, two], match="same")
+    with pytest.raises(trimora.Error, match="another type"):
+        trimora.supermatrix([one, trimora.Alignment({"a": "MKL", "b": "MKL"}, kind="protein")])
+
+
 # ---- Ways in and out
 
 plain = {"one a": "ACDEFGHIKLMN-A", "two": "ACDEFGHIKLMNPA", "three": "ACDEYGHIKLM.PA"}
@@ -249,7 +336,12 @@ def test_errors_say_what_and_where(kind, sequence, name, given):
      (ValueError, lambda: trimora.select(plain, **{**settings, "b4": 2**40})),
      (ValueError, lambda: trimora.select(plain, **{**settings, "b1": 9})),
      (ValueError, lambda: trimora.select(plain, b1="60.5%")), (ValueError, lambda: trimora.select(plain, b1="101%")),
-     (ValueError, lambda: trimora.Alignment(plain).write("x", form="clustal"))],
+     (ValueError, lambda: trimora.Alignment(plain).write("x", form="clustal")),
+     (TypeError, lambda: trimora.supermatrix(trimora.Alignment(plain))), (ValueError, lambda: trimora.supermatrix([])),
+     (ValueError, lambda: trimora.supermatrix([plain], match="names")), (TypeError, lambda: trimora.supermatrix([1])),
+     (ValueError, lambda: trimora.supermatrix([plain], min_species=0)), (TypeError, lambda: trimora.supermatrix([plain], species="a")),
+     (ValueError, lambda: trimora.supermatrix([plain], name_parts="2-1")), (TypeError, lambda: trimora.codons(plain, 3)),
+     (ValueError, lambda: trimora.supermatrix([plain], min_genes=2, match="order")), (ValueError, lambda: trimora.codons(plain, {}, code=7))],
 )  # fmt: skip
 def test_wrong_arguments_are_python_errors(error, call):
     with pytest.raises(error) as caught:
@@ -322,7 +414,7 @@ def test_the_module_runs_as_the_program():
     assert run("nowhere.fas").returncode == 1
 
 
-@pytest.mark.parametrize("module", ["trimora", "trimora._alignment", "trimora._error", "trimora._selection"])
+@pytest.mark.parametrize("module", ["trimora", "trimora._alignment", "trimora._error", "trimora._joining", "trimora._selection"])
 def test_examples_in_the_help_run(module):
     done = doctest.testmod(importlib.import_module(module), extraglobs={"trimora": trimora})
     assert done.attempted > 0 and done.failed == 0

@@ -12,6 +12,7 @@ Sequences and columns count from 0; the second number of a pair is one past the 
 from ._alignment import Alignment, read
 from ._core import __version__ as __version__
 from ._error import Error
+from ._joining import Supermatrix, codons, supermatrix
 from ._selection import Selection, select
 
-__all__ = ["Alignment", "Error", "Selection", "read", "select"]
+__all__ = ["Alignment", "Error", "Selection", "Supermatrix", "codons", "read", "select", "supermatrix"]

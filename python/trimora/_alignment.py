@@ -141,6 +141,20 @@ def read(source: Union[str, os.PathLike[Any], bytes, bytearray, memoryview, IO[A
     return ali
 
 
+def of_data(data: _core.Alignment) -> Alignment:
+    ali = Alignment.__new__(Alignment)
+    ali._data = data
+    return ali
+
+
+def numpy_is_there() -> bool:
+    try:
+        import numpy  # noqa: F401
+    except ImportError:
+        return False
+    return True
+
+
 def as_alignment(x: Any) -> Alignment:
     return x if isinstance(x, Alignment) else Alignment(x)
 

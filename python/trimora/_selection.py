@@ -6,7 +6,7 @@ from functools import cached_property
 from typing import TYPE_CHECKING, Any, List, Optional, Tuple
 
 from . import _core
-from ._alignment import Alignment, as_alignment, is_biopython, names_and_rows
+from ._alignment import Alignment, as_alignment, is_biopython, names_and_rows, numpy_is_there, of_data
 from ._choices import GAPS, KINDS, Share, choice, kind_number, share, whole
 
 if TYPE_CHECKING:
@@ -94,7 +94,7 @@ class Selection:
     @cached_property
     def columns(self) -> NDArray[numpy.int32]:
         """The columns that are kept, ascending: a read-only array, or a list where numpy is not installed."""
-        columns: NDArray[numpy.int32] = self._found.columns(_numpy_is_there())
+        columns: NDArray[numpy.int32] = self._found.columns(numpy_is_there())
         return columns
 
     @cached_property
@@ -102,7 +102,7 @@ class Selection:
         """The score of each column, in sequences, of shape (width,); 0 where gaps or unknown residues forbid one.
 
         A read-only array, or a list where numpy is not installed."""
-        scores: NDArray[numpy.float32] = self._found.scores(_numpy_is_there())
+        scores: NDArray[numpy.float32] = self._found.scores(numpy_is_there())
         return scores
 
     @property
@@ -190,9 +190,7 @@ class Selection:
         return f"<trimora.Selection: {count} of {self._width} columns in {blocks} block{'' if blocks == 1 else 's'}>"
 
     def _trimmed(self, data: _core.Alignment) -> Alignment:
-        ali = Alignment.__new__(Alignment)
-        ali._data = self._found.trim(data)
-        return ali
+        return of_data(self._found.trim(data))
 
     def _check(self, width: int) -> None:
         if width != self._width:
@@ -238,11 +236,3 @@ class Selection:
         ]
         of_columns = {key: self._picked(value) for key, value in x.column_annotations.items()}
         return MultipleSeqAlignment(records, annotations=dict(x.annotations), column_annotations=of_columns)
-
-
-def _numpy_is_there() -> bool:
-    try:
-        import numpy  # noqa: F401
-    except ImportError:
-        return False
-    return True

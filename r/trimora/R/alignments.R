@@ -44,8 +44,26 @@ need_phangorn <- function() {
   if (!requireNamespace("phangorn", quietly = TRUE)) stop("a phyDat needs the package phangorn", call. = FALSE)
 }
 
+# The names and letters of coding sequences, which may differ in length.
+coding_in <- function(x) {
+  if (is_file(x)) return(told(.Call(trimora_read_coding, path.expand(x))))
+  if (inherits(x, "DNAbin")) {
+    if (is.matrix(x)) {
+      rows <- lapply(seq_len(nrow(x)), function(i) unclass(x)[i, ])
+      names(rows) <- rownames(x)
+      x <- rows
+    }
+    x <- vapply(unclass(x), function(row) rawToChar(dna_letters[as.integer(row) + 1]), "")
+  }
+  if (!is.character(x) || is.null(names(x)) || anyNA(x)) {
+    stop("coding sequences are a file name, a named character vector or a DNAbin", call. = FALSE)
+  }
+  list(names = enc2utf8(names(x)), sequences = unname(x))
+}
+
 # Sequences in the memory of the library as a named character vector. Names that are not UTF-8 are taken as Latin-1.
 texts <- function(ali, columns) {
+  if (is.null(columns)) columns <- seq_len(.Call(trimora_width, ali))
   rows <- .Call(trimora_texts, ali, columns)
   strange <- !validUTF8(names(rows))
   Encoding(names(rows))[strange] <- "latin1"
@@ -67,7 +85,9 @@ with_columns <- function(x, columns, width) {
   }
   if (is.matrix(x)) {
     check(ncol(x))
-    kept <- unclass(x)[, columns, drop = FALSE]
+    if (!is.raw(x)) return(x[, columns, drop = FALSE])
+    kept <- .Call(trimora_columns, x, columns)
+    rownames(kept) <- rownames(x)
     class(kept) <- oldClass(x)
     return(kept)
   }

@@ -1,6 +1,7 @@
 # Arguments as users give them, checked and made into what the library takes. In the order of its enumerations:
 kinds <- c("protein", "dna", "codons")
 gap_choices <- c("none", "half", "all")
+matches <- c("name", "same", "order")
 forms <- c("fasta", "phylip", "nexus", "trimora")
 column_classes <- c("dropped", "gap", "nonconserved", "conserved", "flank")
 
@@ -35,6 +36,12 @@ share <- function(argument, value) {
     return(list(as.integer(sub("%", "", value)), TRUE))
   }
   list(whole(argument, value, ", or whole per cent as \"60%\""), FALSE)
+}
+
+text <- function(argument, value) {
+  if (is.numeric(value) && length(value) == 1) value <- as.character(value)
+  if (!is.character(value) || length(value) != 1 || is.na(value)) stop(argument, " has to be text", call. = FALSE)
+  enc2utf8(value)
 }
 
 library_parameters <- function(kind, gaps, b0, b1, b2, b3, b4, similarity) {

@@ -38,7 +38,9 @@ apply_blocks <- function(selection, x) {
 write_alignment <- function(x, file, form = "fasta") {
   form <- choice("form", form, forms)
   if (inherits(x, "trimora_blocks") && length(x$columns) == 0) stop("no column was selected", call. = FALSE)
-  ali <- in_library(if (inherits(x, "trimora_blocks")) x$trimmed else x)
+  if (inherits(x, "trimora_blocks")) x <- x$trimmed
+  if (inherits(x, "trimora_supermatrix")) x <- x$alignment
+  ali <- in_library(x)
   told(.Call(trimora_write, ali, form, path.expand(file)))
   invisible(file)
 }

@@ -163,16 +163,21 @@ SEXP selected(const Alignment& ali, const Arguments& arguments) {
                          "kind"_nm = static_cast<int>(found.kind)});
 }
 
-/// Columns that are side by side are copied at once.
+/// Columns that are side by side: first, length.
+std::vector<std::pair<std::size_t, std::size_t>> runs_of(const cpp11::integers& columns) {
+  std::vector<std::pair<std::size_t, std::size_t>> runs;
+  for (const int column : columns) {
+    const auto place = static_cast<std::size_t>(column) - 1;
+    if (runs.empty() || runs.back().first + runs.back().second != place) runs.emplace_back(place, 0);
+    ++runs.back().second;
+  }
+  return runs;
+}
+
+/// Picks columns of texts.
 class Picker {
  public:
-  explicit Picker(const cpp11::integers& columns) {
-    for (const int column : columns) {
-      const auto place = static_cast<std::size_t>(column) - 1;
-      if (runs_.empty() || runs_.back().first + runs_.back().second != place) runs_.emplace_back(place, 0);
-      ++runs_.back().second;
-    }
-  }
+  explicit Picker(const cpp11::integers& columns) : runs_(runs_of(columns)) {}
   SEXP operator()(std::string_view row) {
     picked_.clear();
     for (const auto& [first, length] : runs_) picked_ += row.substr(first, length);
@@ -180,9 +185,79 @@ class Picker {
   }
 
  private:
-  std::vector<std::pair<std::size_t, std::size_t>> runs_;  // first, length
+  std::vector<std::pair<std::size_t, std::size_t>> runs_;
   std::string picked_;
 };
+
+SEXP text_of(std::string_view text) {
+  return Rf_mkCharLenCE(text.data(), static_cast<int>(text.size()), CE_UTF8);
+}
+
+std::vector<std::string> strings_in(SEXP texts) {
+  return cpp11::as_cpp<std::vector<std::string>>(texts);
+}
+
+/// The columns of `ali` with these numbers as a selection.
+trimora::Selection selection_of(const cpp11::integers& columns, trimora::Kind kind) {
+  trimora::Selection selection;
+  selection.kind = kind;
+  for (const int column : columns) selection.columns.push_back(column - 1);
+  return selection;
+}
+
+/// What supermatrix() makes of its arguments.
+trimora::Joining joining_in(const Arguments& arguments) {
+  const auto share = [&](const char* name, const char* per_cent) -> std::optional<trimora::Sequences> {
+    const std::optional<int> number = given(arguments[name]);
+    if (!number) return {};
+    return trimora::Sequences{*number, cpp11::as_cpp<bool>(arguments[per_cent])};
+  };
+  trimora::Joining joining;
+  joining.match = static_cast<trimora::Match>(cpp11::as_cpp<int>(arguments["match"]));
+  joining.name_begin = cpp11::as_cpp<std::string>(arguments["name_begin"]);
+  joining.name_end = cpp11::as_cpp<std::string>(arguments["name_end"]);
+  joining.name_parts = cpp11::as_cpp<std::string>(arguments["name_parts"]);
+  const std::vector<std::string> species = strings_in(arguments["species"]), names = strings_in(arguments["new_names"]);
+  for (std::size_t k = 0; k < species.size(); ++k) joining.species.emplace_back(species[k], names.at(k));
+  joining.min_species = share("min_species", "min_species_per_cent");
+  joining.min_columns = cpp11::as_cpp<int>(arguments["min_columns"]);
+  joining.min_genes = share("min_genes", "min_genes_per_cent");
+  return joining;
+}
+
+SEXP joined(const cpp11::list& pointers, const Arguments& arguments) {
+  std::vector<Alignment> alignments;
+  for (const SEXP pointer : pointers) alignments.push_back(alignment_in(pointer));
+  trimora::Supermatrix all = trimora::supermatrix(alignments, joining_in(arguments));
+  writable::integers first, last;
+  writable::logicals left_out;
+  for (std::size_t k = 0; k < all.parts.size(); ++k) {
+    first.push_back(static_cast<int>(all.parts[k].first) + 1);
+    last.push_back(static_cast<int>(all.parts[k].second));
+    left_out.push_back(static_cast<cpp11::r_bool>(all.left_out[k]));
+  }
+  const auto rows = static_cast<int>(all.occupancy.size()), columns = static_cast<int>(all.parts.size());
+  writable::integers_matrix<cpp11::by_column> occupancy(rows, columns);
+  for (int i = 0; i < rows; ++i) {
+    for (int k = 0; k < columns; ++k) {
+      const int letters = all.occupancy[static_cast<std::size_t>(i)][static_cast<std::size_t>(k)];
+      occupancy(i, k) = letters < 0 ? NA_INTEGER : letters;
+    }
+  }
+  return writable::list({"alignment"_nm = pointer_to(std::move(all.alignment)), "first"_nm = first, "last"_nm = last,
+                         "left_out"_nm = left_out, "occupancy"_nm = occupancy});
+}
+
+/// The same columns of a matrix of bytes, without its attributes: columns lie side by side in memory.
+SEXP matrix_columns(SEXP x, const cpp11::integers& columns) {
+  const auto rows = static_cast<std::size_t>(Rf_nrows(x));
+  const cpp11::sexp kept(Rf_allocMatrix(RAWSXP, static_cast<int>(rows), static_cast<int>(columns.size())));
+  Rbyte* to = RAW(kept);
+  for (const auto& [first, length] : runs_of(columns)) {
+    to = std::copy_n(RAW(x) + first * rows, length * rows, to);
+  }
+  return kept;
+}
 
 /// Named texts of the rows of an alignment, reduced to `columns`.
 SEXP texts_of(const Alignment& ali, const cpp11::integers& columns) {
@@ -191,7 +266,7 @@ SEXP texts_of(const Alignment& ali, const cpp11::integers& columns) {
   for (std::size_t i = 0; i < ali.size(); ++i) {
     const auto k = static_cast<R_xlen_t>(i);
     SET_STRING_ELT(rows, k, picked(ali.row(i)));
-    SET_STRING_ELT(names, k, Rf_mkCharLenCE(ali.name(i).data(), static_cast<int>(ali.name(i).size()), CE_UTF8));
+    SET_STRING_ELT(names, k, text_of(ali.name(i)));
   }
   rows.attr("names") = names;
   return rows;
@@ -251,6 +326,46 @@ SEXP trimora_pick(SEXP texts, SEXP columns) {
   END_CPP11
 }
 
+SEXP trimora_columns(SEXP matrix, SEXP columns) {
+  BEGIN_CPP11
+  return matrix_columns(matrix, cpp11::integers(columns));
+  END_CPP11
+}
+
+SEXP trimora_trim(SEXP ali, SEXP columns, SEXP kind) {
+  BEGIN_CPP11
+  return told([&] {
+    const auto selection = selection_of(cpp11::integers(columns), kind_in(kind).value_or(trimora::Kind::protein));
+    return pointer_to(trimora::trim(alignment_in(ali), selection));
+  });
+  END_CPP11
+}
+
+SEXP trimora_supermatrix(SEXP alignments, SEXP arguments) {
+  BEGIN_CPP11
+  return told([&] { return joined(cpp11::list(alignments), Arguments(arguments)); });
+  END_CPP11
+}
+
+SEXP trimora_read_coding(SEXP path) {
+  BEGIN_CPP11
+  return told([&] {
+    const trimora::CodingSequences coding = trimora::read_coding_sequences(path_in(path));
+    return cpp11::as_sexp(writable::list({"names"_nm = coding.names, "sequences"_nm = coding.sequences}));
+  });
+  END_CPP11
+}
+
+SEXP trimora_codons(SEXP ali, SEXP columns, SEXP names, SEXP sequences, SEXP code) {
+  BEGIN_CPP11
+  return told([&] {
+    const trimora::Selection selection = selection_of(cpp11::integers(columns), trimora::Kind::codons);
+    const trimora::CodingSequences coding{strings_in(names), strings_in(sequences)};
+    return pointer_to(trimora::codons(alignment_in(ali), selection, coding, cpp11::as_cpp<int>(code)));
+  });
+  END_CPP11
+}
+
 SEXP trimora_write(SEXP ali, SEXP form, SEXP path) {
   BEGIN_CPP11
   return told([&]() -> SEXP {
@@ -268,6 +383,11 @@ void R_init_trimora(DllInfo* dll) {
                                           {"trimora_reasons", reinterpret_cast<DL_FUNC>(&trimora_reasons), 2},
                                           {"trimora_texts", reinterpret_cast<DL_FUNC>(&trimora_texts), 2},
                                           {"trimora_pick", reinterpret_cast<DL_FUNC>(&trimora_pick), 2},
+                                          {"trimora_columns", reinterpret_cast<DL_FUNC>(&trimora_columns), 2},
+                                          {"trimora_trim", reinterpret_cast<DL_FUNC>(&trimora_trim), 3},
+                                          {"trimora_supermatrix", reinterpret_cast<DL_FUNC>(&trimora_supermatrix), 2},
+                                          {"trimora_read_coding", reinterpret_cast<DL_FUNC>(&trimora_read_coding), 1},
+                                          {"trimora_codons", reinterpret_cast<DL_FUNC>(&trimora_codons), 5},
                                           {"trimora_write", reinterpret_cast<DL_FUNC>(&trimora_write), 3},
                                           {nullptr, nullptr, 0}};
   R_registerRoutines(dll, nullptr, calls, nullptr, nullptr);

@@ -145,6 +145,62 @@ test_that("what is wrong has a class, a sequence and a name", {
   expect_error(write_alignment(select_blocks(texts, b4 = 15), tempfile()), "no column")
 })
 
+test_that("alignments are put together as the program does it", {
+  genes <- list(x = c("A|1" = "ACGTAC-T", "B|1" = "ACNTACGT"), y = c("C|2" = "GGCC", "B|2" = "GG-C"), z = c("B|3" = "A", "D|3" = "T"))
+  m <- supermatrix(genes, name_end = "|")
+  expect_identical(m$alignment, c(A = "ACGTAC-T?????", B = "ACNTACGTGG-CA", C = "????????GGCC?", D = "????????????T"))
+  expect_identical(m$partitions, data.frame(first = c(1L, 9L, 13L), last = c(8L, 12L, 13L), row.names = c("x", "y", "z")))
+  expect_identical(unname(m$occupancy), rbind(c(7L, NA, NA), c(7L, 3L, 1L), c(NA, 4L, NA), c(NA, NA, 1L)))
+  expect_identical(dimnames(m$occupancy), list(c("A", "B", "C", "D"), c("x", "y", "z")))
+  filtered <- supermatrix(genes, name_end = "|", species = c(B = "Beta", A = ""), min_columns = 2)
+  expect_identical(filtered$alignment, c(Beta = "ACNTACGTGG-C", A = "ACGTAC-T????"))
+  expect_identical(filtered$left_out, "z")
+  expect_identical(names(supermatrix(genes, name_end = "|", min_genes = "60%")$alignment), "B")
+  expect_error(supermatrix(genes), class = "trimora_other_sequences")
+  expect_error(supermatrix(genes, match = "same"), class = "trimora_other_sequences")
+  for (wrong in list(list(3), list(genes, match = "names"), list(genes, species = character(0)), list(list()), list(genes, min_genes = 0),
+                     list(genes, name_parts = "2-1"), list(texts))) {
+    expect_s3_class(tryCatch(do.call(supermatrix, wrong), error = identity), "simpleError")
+  }
+  files <- example_file(c("nd4.fas", "nd5.fas", "trna.fas"))
+  sels <- lapply(files, select_blocks, gaps = "half")
+  expect_identical(supermatrix(sels)$alignment, supermatrix(lapply(sels, `[[`, "trimmed"))$alignment)
+  skip_if(program == "", "TRIMORA_RUN does not name the program")
+  folder <- tempfile()
+  options <- c("--match=name", "-a=y", "-b5=h", "-p=n", "--name=all", "--quiet", paste0("--into=", folder))
+  expect_identical(system2(program, shQuote(c(files, options)), stdout = FALSE, stderr = FALSE), 0L)
+  written <- tempfile()
+  write_alignment(supermatrix(sels), written)
+  expect_identical(readLines(written), readLines(file.path(folder, "all-tr.seq.fasta")))
+})
+
+test_that("alignments of ape stay what they are when they are put together", {
+  skip_if_not_installed("ape")
+  dna <- lapply(example_file(c("nd4.fas", "trna.fas")), ape::read.dna, format = "fasta")
+  m <- supermatrix(list(dna[[1]], select_blocks(dna[[2]])))
+  expect_s3_class(m$alignment, "DNAbin")
+  expect_identical(dim(m$alignment), c(nrow(m$occupancy), max(m$partitions$last)))
+  expect_identical(m$alignment[rownames(dna[[1]]), seq_len(ncol(dna[[1]]))], dna[[1]])
+})
+
+test_that("codons follow their proteins", {
+  proteins <- c("a x" = "MKV-LWQERT", b = "MKVALWQ-RT")
+  coding <- c(b = "ATGAAGGTCGCTTTATGACAACGTACCTAA", a = "ATGAAGGTCTTATGACAAGAACGTACC")
+  all <- c("a x" = "ATGAAGGTC---TTATGACAAGAACGTACC", b = "ATGAAGGTCGCTTTATGACAA---CGTACC")
+  expect_identical(codons(proteins, coding, code = 2), all)
+  expect_error(codons(proteins, coding), "a x", class = "trimora_other_sequences")
+  sel <- select_blocks(proteins, kind = "protein", b4 = 2)
+  triplets <- as.vector(outer(1:3, 3 * (sel$columns - 1), `+`))
+  expect_identical(unname(codons(sel, coding, code = 2)), picked(all, triplets))
+  file <- tempfile()
+  writeLines(rbind(paste0(">", names(coding)), coding), file)
+  expect_identical(codons(proteins, file, code = 2), all)
+  expect_error(codons(proteins, 3), "coding sequences are")
+  expect_error(codons(proteins, coding, code = 7), "genetic code 7")
+  skip_if_not_installed("ape")
+  expect_identical(toupper(codons(proteins, ape::as.DNAbin(strsplit(tolower(coding), "")), code = 2)), all)
+})
+
 test_that("it is drawn and told", {
   grDevices::pdf(NULL)
   on.exit(grDevices::dev.off())
