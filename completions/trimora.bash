@@ -47,6 +47,7 @@ _trimora() {
     --name=
     --keep-going
     --table=FILE
+    --overview=
     --strict
     --quiet
     --help

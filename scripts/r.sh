@@ -20,6 +20,7 @@ library=$package/src/trimora
 mkdir -p "$library/src"
 cp -R include "$library"
 cp -R src/ground src/input src/selection src/output src/batch src/library "$library/src"
+rm -r "$library"/src/output/{page.*,overview} "$library"/src/batch/overview.* # the page is of the program alone
 sed "s/@[A-Za-z_]*VERSION@/$version/" src/ground/version.h.in >"$library/src/ground/version.h"
 
 # Every object by a rule of its own, with the flags that stand in CMakeLists.txt: neither can be said portably in a variable.

@@ -8,18 +8,19 @@ and group of each alignment. What a job makes is called `made` when it is whole.
 import atexit
 import contextlib
 import fcntl
-import hashlib
 import os
 import re
 import shlex
 import shutil
 import subprocess
+from hashlib import sha256
 from pathlib import Path
 
 from snakemake.exceptions import WorkflowError as Refused  # with one sentence for the person who asked
 
-NOT_TAKEN = re.compile(r"--(match|table|keep-going|into|strict|join)|[^-]|.*[\t\r\n]")
-JOIN_ONLY = re.compile("-[acw]=|--(match|name-|partitions|model)", re.IGNORECASE)
+NOT_TAKEN = re.compile(r"--(match|table|keep-going|into|strict|join|species|min-|occupancy|codon)|[^-]|.*[\t\r\n]")
+ALONE = re.compile("-[acw]=|--columns", re.IGNORECASE)  # what the join says anew, or nothing of
+JOIN_ONLY = re.compile("-[acw]=|--(match|name|partitions|model)", re.IGNORECASE)
 
 
 @contextlib.contextmanager
@@ -38,11 +39,6 @@ def plainly(folder=None):
         raise Refused("") from None
 
 
-def repeat_refusals(folders):
-    for file in (folder / "refused" for folder in folders if (folder / "refused").exists()):
-        os.write(2, file.read_bytes())
-
-
 def write(file, lines):
     beside = file.with_name(f"{file.name}.{os.getpid()}")
     beside.write_bytes(os.fsencode("".join("\t".join(line) + "\n" for line in lines)))
@@ -59,14 +55,6 @@ def read_table(file):
     return {line[0]: dict(zip(header, line)) for line in lines}
 
 
-def write_table(folder, lines):
-    write(folder / "table.tsv", [next(iter(lines)), *(line.values() for line in lines)])
-
-
-def sha256(content):
-    return hashlib.sha256(content).hexdigest()
-
-
 def stamp(path):
     """Size and time of a file that can be read."""
     return [str(os.stat(path).st_size), str(os.stat(path).st_mtime_ns)] if os.access(path, os.R_OK) else ["-", "-"]
@@ -80,7 +68,7 @@ def read_options(text, match, program):
     words = shlex.split(text)
     if any(map(NOT_TAKEN.match, words)) or not any(word.startswith("-t=") for word in words):
         raise Refused("options: they have to say -t=P, -t=D or -t=C (protein, DNA, codons), and may name no file or folder, "
-                      "nor say --match (a setting), --keep-going, --strict or --table (which the workflow decides)")
+                      "nor say --match (a setting), --keep-going, --strict or --table (which the workflow decides) or filter")
     words += [f"--match={match}"] + ["--format=fasta"] * (not any(word.startswith("--format=") for word in words))
     tried = subprocess.run([program, "/dev/null/none", *words], stdin=subprocess.DEVNULL, capture_output=True)
     if tried.returncode != 1:  # which says that there is no such file
@@ -102,15 +90,13 @@ def read_paths(name):
 
 def divide(paths, size, bit=0):
     """Groups of at most `size`, by the bits of the hash of each path: one path more changes one group."""
-    if len(paths) <= size:
-        return [paths] if paths else []
-    sides = ([path for path in paths if int(sha256(os.fsencode(path)), 16) >> bit & 1 == side] for side in (0, 1))
-    return [group for side in sides for group in divide(side, size, bit + 1)]
+    sides = ([path for path in paths if int(sha256(os.fsencode(path)).hexdigest(), 16) >> bit & 1 == side] for side in (0, 1))
+    return [group for side in sides for group in divide(side, size, bit + 1)] if len(paths) > size else [paths][:len(paths)]
 
 
 def write_members(parent, program, options, members):
     """Returns the folder of these members. Where the program is does not decide anything, and is not in its name."""
-    folder = parent / sha256(repr([program[1:], options, *members]).encode())[:20]
+    folder = parent / sha256(repr([program[1:], options, *members]).encode()).hexdigest()[:20]
     folder.mkdir(parents=True, exist_ok=True)
     write(folder / "members.tsv", [program, options, *members])
     (folder / "refused").unlink(missing_ok=True)
@@ -123,7 +109,7 @@ def plan(settings, results, home):
     program = os.path.abspath(shutil.which(settings["program"], path=places) or settings["program"])
     options, paths = read_options(settings["options"], settings["match"], program), read_paths(settings["paths"])
     trimming = [word for word in options if not JOIN_ONLY.match(word)]  # which treats each alignment as if it were alone
-    digest = sha256(Path(program).read_bytes())
+    digest = sha256(Path(program).read_bytes()).hexdigest()
     members, folders = {path: [path, *stamp(path)] for path in paths}, []
     for group in divide(sorted(path for path in paths if members[path][1] != "-"), settings["group_size"]):
         folders.append(write_members(results / "groups", [program, digest], trimming, [members[path] for path in group]))
@@ -131,7 +117,7 @@ def plan(settings, results, home):
     program_and_list = program, digest, os.path.basename(settings["paths"])
     folders.append(write_members(results / "joins", program_and_list, options, members.values()))
     show(folders[-1])
-    atexit.register(repeat_refusals, folders)
+    atexit.register(lambda: [os.write(2, file.read_bytes()) for folder in folders for file in folder.glob("refused")])
     return folders
 
 
@@ -144,8 +130,9 @@ def memory(folder, most):
 
 
 def groups_of(join):
-    groups = dict.fromkeys(member[3] for member in read(join / "members.tsv")[2:] if len(member) > 3)
-    return [join.parent.parent / "groups" / group for group in groups]
+    """{alignment: the folder of its group}"""
+    members = read(join / "members.tsv")[2:] if (join / "members.tsv").exists() else []
+    return {path: join.parent.parent / "groups" / group[0] for path, _, _, *group in members if group}
 
 
 def make(log):
@@ -159,30 +146,35 @@ def make(log):
         fcntl.flock(lock, fcntl.LOCK_EX)
         if not made.exists():
             shutil.rmtree(part, ignore_errors=True)
-            (part / "alignments").mkdir(parents=True)
             program, options, *members = read(folder / "members.tsv")
             step(part, program, options, members)
+            (part / "list").unlink(missing_ok=True)
             changed = [path for path, *was in members if stamp(path) != was[:2]]
-            if changed or sha256(Path(program[0]).read_bytes()) != program[1]:
+            if changed or sha256(Path(program[0]).read_bytes()).hexdigest() != program[1]:
                 raise Refused(f"{[*changed, program[0]][0]} has changed since the workflow was started: start it again")
             part.rename(made)
         if step is join:
             show(folder)
-            failed = [line["status"] for line in read_table(made / "table.tsv").values()].count("failed")
-            if failed:
+            if failed := [line["status"] for line in read_table(made / "table.tsv").values()].count("failed"):
                 raise Refused(f"{failed} of the alignments failed; {folder.parent.parent}/table.tsv says which and why")
 
 
-def run(part, program, options, paths, name="list"):
-    """A batch over links in part/alignments, so that what it writes beside an alignment is there. Returns {path: its line}."""
-    places = {path.lstrip("/").replace("../", "__/"): path for path in paths}
+def place_of(path):
+    return path.lstrip("/").replace("../", "__/")  # of its results, below alignments
+
+
+def run(part, program, options, files):
+    """A batch over links in part/alignments, so that what it writes beside an alignment is there.
+
+    `files` has the file to read for each path. Returns {path: its line of the table}.
+    """
+    places = {place_of(path): path for path in files}
     for folder in set(map(os.path.dirname, places)):
-        (part / "alignments" / folder).mkdir(parents=True, exist_ok=True)
+        os.makedirs(f"{part}/alignments/{folder}", exist_ok=True)
     for place, path in places.items():
-        os.symlink(os.path.abspath(path), f"{part}/alignments/{place}")
-    (part.parent / "list").mkdir(exist_ok=True)
-    write(part.parent / "list" / name, [[place] for place in places])
-    command = [program, f"../../list/{name}", *options, "--keep-going", "--table=../table.tsv"]
+        os.symlink(os.path.abspath(files[path]), f"{part}/alignments/{place}")
+    write(part / "list", [[place] for place in places])
+    command = [program, "../list", *options, "--keep-going", "--table=../table.tsv"]
     done = subprocess.run(command, cwd=part / "alignments", stdin=subprocess.DEVNULL, capture_output=True)
     (part.parent / "log").write_bytes(done.stderr)
     table = read_table(part / "table.tsv") if (part / "table.tsv").exists() else {}
@@ -190,50 +182,53 @@ def run(part, program, options, paths, name="list"):
         how = f"was killed by signal {-done.returncode}" if done.returncode < 0 else f"ended with status {done.returncode}"
         raise Refused(f"{program} {how} in {part.parent}: {os.fsdecode(done.stderr).strip().split(chr(10))[-1]}")
     subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
-    return {path: {**table[place], "alignment": path} for place, path in places.items()}
+    return dict(zip(places.values(), table.values()))
 
 
 def trim(part, program, options, members):
-    table = run(part, program[0], options, [path for path, *_ in members])
-    write_table(part, table.values())
+    table = run(part, program[0], options, {path: path for path, *_ in members})
     # When the disk is full, no alignment is to blame.
     failed = (int(size) for path, size, _ in members if table[path]["status"] == "failed")
-    (part / "probe").write_bytes(bytes(2 * max(failed, default=0)))
-    (part / "probe").unlink()
+    (part / "list").write_bytes(bytes(2 * max(failed, default=0)))
 
 
-def concatenate(part, program, options, paths):
-    """Writes the concatenations. Returns {path: its line}.
-
-    To be replaced by --join on what the groups have made. Until then the program selects once more.
-    """
-    no_files = ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
-    table = run(part, program[0], [word for word in options if word != "--columns"] + no_files, paths, program[2])
-    for file in [file for file in (part.parent / "list").iterdir() if file.name != program[2]]:  # beside the list
-        file.rename(part / file.name)
-    return table
+def concatenate(part, program, options, table, groups):
+    """Puts together what the groups have made. What they have not written in FASTA the program selects once more."""
+    said = {key.lower(): value for key, _, value in (word.partition("=") for word in options)}
+    yes = {key for key, value in {"-s": "y", **said}.items() if value[:1] in ("y", "Y")}
+    common = [word for word in options if not ALONE.match(word)] + ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
+    fasta = "fasta" in said["--format"].lower().split(",") and {line["selected"] for line in table.values()} - {"0", "NA"}
+    name, species = said.get("--name", program[2]), 0
+    for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", "-u", "--"), ("-c", "no file", ""):
+        join = fasta and written in yes and (option, said["-t"][0]) not in (("-w", "c"), ("-w", "C"))  # which has no frame
+        how = ["--join", f"--name={name}{ending}"] if join else [f"{option}=y", f"--name={name}"]
+        files = {path: f"{groups[path]}/made/alignments/{place_of(path)}{ending}.fasta" if join else path
+                 for path, line in table.items() if line["status"] == "ok" and option in yes}
+        for path, line in (run(part, program[0], [*common, *how], files) if files else {}).items():
+            if line["status"] == "failed":
+                table[path].update(status="failed", message=line["message"])
+            elif line["positions"] != "0":
+                species = int(line["species"]) + int(line["absent_before"]) // int(line["positions"])
+    for line in (line for line in table.values() if species and line["status"] == "ok"):
+        absent = species - int(line["species"])  # which only all together know
+        line.update(absent_before=str(absent * int(line["positions"])), absent=str(absent * int(line["selected"])))
 
 
 def join(part, program, options, members):
     """One table, the concatenations of what went through, and links to what was made of each alignment."""
-    table, refused, paths = {}, True, [path for path, *_ in members]
-    for group in groups_of(part.parent):
-        table.update(read_table(group / "made" / "table.tsv"))
-    none = dict.fromkeys(next(iter(table.values())), "NA")
-    none.update(status="failed", message="there is no such file, or it cannot be read")
-    while refused and any(re.match("-[acw]=y", word, re.IGNORECASE) for word in options):
-        passed = [path for path in paths if path in table and table[path]["status"] == "ok"]
-        lines = concatenate(part, program, options, passed) if passed else {}
-        refused = {path: line for path, line in lines.items() if line["status"] == "failed"}
-        for path, line in lines.items():  # what is absent, only all together know
-            table[path] = line if path in refused else {**table[path], **{key: line[key] for key in line if "absent" in key}}
-    write_table(part, [table.get(path, {**none, "alignment": path}) for path in paths])
-    for group in groups_of(part.parent):
+    groups = groups_of(part.parent)
+    done = {place: line for group in {*groups.values()} for place, line in read_table(group / "made" / "table.tsv").items()}
+    none = {**dict.fromkeys(next(iter(done.values())), "NA"), "status": "failed", "message": "there is no such file to read"}
+    table = {path: {**done.get(place_of(path), none), "alignment": path} for path, *_ in members}
+    concatenate(part, program, options, table, groups)
+    write(part / "table.tsv", [none, *(line.values() for line in table.values())])
+    for group in {*groups.values()}:
         for folder, _, files in os.walk(group / "made" / "alignments"):
-            links = part / os.path.relpath(folder, group / "made")
-            links.mkdir(parents=True, exist_ok=True)
+            links = os.path.join(part, os.path.relpath(folder, group / "made"))
+            os.makedirs(links, exist_ok=True)
+            target = os.path.relpath(folder, links)
             for file in files:
-                os.symlink(os.path.join(os.path.relpath(folder, links), file), f"{links}/{file}")
+                os.symlink(f"{target}/{file}", f"{links}/{file}")
 
 
 def show(folder):
@@ -248,7 +243,7 @@ def show(folder):
 def gc(results, planned):
     """Removes the folders that neither this run reads nor the current results come from."""
     current = (results / "table.tsv").resolve().parent.parent
-    kept = {folder.name for folder in [*planned, current, *(groups_of(current) if (current / "members.tsv").exists() else [])]}
+    kept = {folder.name for folder in [*planned, current, *groups_of(current).values()]}
     with plainly(planned[-1]):
         for folder in [*(results / "groups").iterdir(), *(results / "joins").iterdir()]:
             if folder.name not in kept and subprocess.run(["flock", "-n", folder / "lock", "rm", "-r", folder]).returncode:

@@ -47,7 +47,7 @@ class TRIMORA_API Error : public std::exception {
     not_found,          // there is no such file
     not_readable,       // it is there and cannot be read, or not to its end
     not_writable,       // a file cannot be created, or not written to its end
-    changed,            // a file changed while it was used
+    changed,            // a file changed while it was read
     empty,              // a file without anything in it
     unknown_format,     // not in any known format
     refused_format,     // a known format that is not read

@@ -1,7 +1,6 @@
 #include "batch/results_table.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace trimora::rooms {
 
@@ -13,8 +12,32 @@ std::string on_one_line(std::string text) {
   return text;
 }
 
-std::string_view status(TableRow::Status status) {
-  switch (status) {
+}  // namespace
+
+std::vector<std::string> table_columns() {
+  std::vector<std::string> titles = {"alignment", "sequences", "columns",    "positions", "ungapped",
+                                     "selected",  "percent",   "blocks",     "b1",        "b2",
+                                     "species",   "variable",  "informative"};
+  for (const char* when : {"_before", ""}) {
+    for (const char* what : {"letters", "unknown", "gaps", "end_gaps", "absent"}) {
+      titles.push_back(std::string(what) + when);
+    }
+  }
+  titles.insert(titles.end(), {"status", "message"});
+  return titles;
+}
+
+std::array<long long, 22> numbers_of(const TableRow& row) {
+  constexpr Counts unknown = {-1, -1, -1, -1, -1};
+  const Counts before = row.before.value_or(unknown), after = row.after.value_or(unknown);
+  return {row.sequences,  row.columns,    row.positions,  row.ungapped,    row.selected,  row.percent,
+          row.blocks,     row.b1,         row.b2,         row.species,     row.variable,  row.informative,
+          before.letters, before.unknown, before.gaps,    before.end_gaps, before.absent, after.letters,
+          after.unknown,  after.gaps,     after.end_gaps, after.absent};
+}
+
+std::string_view status_of(const TableRow& row) {
+  switch (row.status) {
     case TableRow::Status::skipped: return "skipped";
     case TableRow::Status::ok: return "ok";
     case TableRow::Status::failed: return "failed";
@@ -23,35 +46,20 @@ std::string_view status(TableRow::Status status) {
   return "";
 }
 
-}  // namespace
-
 void write_table_header(OutputFile& out) {
-  out.put(
-      "alignment\tsequences\tcolumns\tpositions\tungapped\tselected\tpercent\tblocks\tb1\tb2\tspecies\tvariable\t"
-      "informative");
-  for (const char* when : {"_before", ""}) {
-    for (const char* what : {"letters", "unknown", "gaps", "end_gaps", "absent"}) {
-      out.put(std::string("\t") + what + when);
-    }
+  bool first = true;
+  for (const std::string& title : table_columns()) {
+    out.put((first ? "" : "\t") + title);
+    first = false;
   }
-  out.put("\tstatus\tmessage\n");
+  out.put('\n');
 }
 
 void write_table_row(OutputFile& out, const TableRow& row) {
   out.put(on_one_line(row.alignment));
-  const auto put = [&](long long value) { out.put(value < 0 ? "\tNA" : '\t' + std::to_string(value)); };
-  put(row.sequences);
-  put(row.columns);
-  for (const int value : {row.positions, row.ungapped, row.selected, row.percent, row.blocks, row.b1, row.b2,
-                          row.species, row.variable, row.informative}) {
-    put(value);
-  }
-  for (const std::optional<Counts>& counts : {row.before, row.after}) {
-    const Counts c = counts.value_or(Counts{-1, -1, -1, -1, -1});
-    for (const long long value : {c.letters, c.unknown, c.gaps, c.end_gaps, c.absent}) put(value);
-  }
+  for (const long long value : numbers_of(row)) out.put(value < 0 ? "\tNA" : '\t' + std::to_string(value));
   out.put('\t');
-  out.put(status(row.status));
+  out.put(status_of(row));
   out.put('\t');
   out.put(on_one_line(row.message));
   out.put('\n');

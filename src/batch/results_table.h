@@ -1,7 +1,10 @@
 // The table of the alignments of a run: what became of each.
 #pragma once
+#include <array>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "batch/counts.h"
 #include "output/output_file.h"
@@ -25,6 +28,12 @@ struct TableRow {
   enum class Status { skipped, ok, failed, left_out } status = Status::skipped;  // skipped: an earlier one failed
   std::string message;  // why it failed or was left out, or the notes
 };
+
+/// The titles of its columns: the path, the numbers, status and message.
+std::vector<std::string> table_columns();
+/// The numbers of a row, below 0 where they are not known.
+std::array<long long, 22> numbers_of(const TableRow& row);
+std::string_view status_of(const TableRow& row);
 
 /// Write the header of the table: tab-separated.
 void write_table_header(OutputFile& out);

@@ -36,7 +36,7 @@ std::string words(const Failure& failure) {
     case Kind::not_found: return "there is no such file";
     case Kind::not_readable: return refused("could not be read: {}");
     case Kind::not_writable: return refused("could not be written: {}");
-    case Kind::changed: return "was changed while it was used: run it again";
+    case Kind::changed: return "has changed while it was read: is it still being written?";
     case Kind::empty: return detail.empty() ? "is empty" : detail;
     case Kind::unknown_format: return filled("is not an alignment in any known format: it begins with '{}'", {detail});
     case Kind::refused_format: return filled("is {}, which is not read", {detail});

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <optional>
 #include <utility>
 
 #include "ground/failure.h"
@@ -25,31 +26,45 @@ class FileBytes : public Bytes {
  public:
   explicit FileBytes(const std::string& path) : path_(path), file_(std::fopen(path.c_str(), "rb")) {
     if (!file_) fail();
-    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
+    begin();
   }
   FileBytes() : file_(stdin) {
 #ifdef _WIN32
     _setmode(_fileno(stdin), _O_BINARY);  // every byte counts, as in a file
 #endif
-    std::setvbuf(file_.get(), nullptr, _IONBF, 0);
+    begin();
   }
 
   std::string_view next() override {
     errno = 0;
     const std::size_t bytes = std::fread(block_.get(), 1, bytesatatime, file_.get());
     if (std::ferror(file_.get()) != 0) fail();  // half an alignment must not pass for a whole one
+    // Cut off, or still being written: what was read may be neither the old file nor the new one.
+    if (bytes == 0 && end_ && end().value_or(*end_) != *end_) {
+      throw Failure{.kind = Failure::Kind::changed, .file = path_};
+    }
     return {block_.get(), bytes};
   }
 
   std::size_t size() const override {
-    const auto here = tell_offset(file_.get());
-    if (here < 0 || seek_offset(file_.get(), 0, SEEK_END) != 0) return 0;
-    const auto bytes = tell_offset(file_.get());
-    seek_offset(file_.get(), here, SEEK_SET);
-    return bytes < here ? 0 : static_cast<std::size_t>(bytes);
+    return end_.value_or(0);
   }
 
  private:
+  void begin() {
+    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the block is the buffer
+    end_ = end();
+  }
+
+  /// Where the file ends now; nothing where that is not known, as of a pipe.
+  std::optional<std::size_t> end() const {
+    const auto here = tell_offset(file_.get());
+    if (here < 0 || seek_offset(file_.get(), 0, SEEK_END) != 0) return std::nullopt;
+    const auto bytes = tell_offset(file_.get());
+    if (seek_offset(file_.get(), here, SEEK_SET) != 0) fail();
+    return bytes < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(bytes));
+  }
+
   [[noreturn]] void fail() const {
     const int error = errno;
     const bool missing = error == ENOENT || error == ENOTDIR;
@@ -66,6 +81,7 @@ class FileBytes : public Bytes {
   std::string path_;
   std::unique_ptr<std::FILE, Closer> file_;
   std::unique_ptr<char[]> block_{new char[bytesatatime]};  // not filled: it is overwritten
+  std::optional<std::size_t> end_;                         // of the file as it was opened
 };
 
 class MemoryBytes : public Bytes {

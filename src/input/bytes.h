@@ -1,5 +1,5 @@
 // The bytes of an input in large blocks: of a file, of the standard input, of memory; inflated and in UTF-8.
-// Fails     with Failure: not_found, not_readable (errno), damaged; refused_format for gzip without zlib at build time
+// Fails     with Failure: not_found, not_readable (errno), changed (while it was read), damaged; refused_format for gzip without zlib at build time
 #pragma once
 #include <cstddef>
 #include <memory>

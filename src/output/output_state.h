@@ -23,6 +23,7 @@ struct OutputState : SelectionState {
   char tog_ungappedfile = 0;        // -u  the ungapped alignment
   std::string exten = "-tr";        // -e  suffix of the files written, 1 to 5 characters
   int breakcount = 60;              // -v  characters per line of the report, 50 to 32000
+  std::string form;                 // ending of the selected blocks' file, after the suffix
   bool escaped = false;             // in the HTML report: names and letters that a browser would take for its own
 };
 

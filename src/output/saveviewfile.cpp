@@ -256,10 +256,10 @@ void saveviewfile(OutputFile& out, const Alignment& ali, const PositionScores& s
     flanks(out, "Flanks_1: ", blocks.newposseq);
   }
 
-  out.print(marked ? "\n\nNew number of positions in %s%s: <b> %i </b> (%i%% of the original %i positions)\n"
-                   : "\n\nNew number of positions in %s%s: *** %i *** (%i%% of the original %i positions)\n",
-            shown(run.fichero1, marked && run.escaped).c_str(), run.exten.c_str(), blocks.nupo3, blocks.nupo3per,
-            ali.nupo);
+  out.print(marked ? "\n\nNew number of positions in %s%s%s: <b> %i </b> (%i%% of the original %i positions)\n"
+                   : "\n\nNew number of positions in %s%s%s: *** %i *** (%i%% of the original %i positions)\n",
+            shown(run.fichero1, marked && run.escaped).c_str(), run.exten.c_str(), run.form.c_str(), blocks.nupo3,
+            blocks.nupo3per, ali.nupo);
   if (marked) out.put("\n\n</body>\n</html>\n");
 }
 

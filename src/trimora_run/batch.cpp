@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "ground/path.h"
+#include "ground/version.h"
 #include "output/forms.h"
 #include "trimora_run/notes.h"
 #include "trimora_run/notes_on_batch.h"
+#include "trimora_run/options.h"
 #include "trimora_run/words.h"
 
 namespace trimora::rooms {
@@ -82,28 +85,38 @@ void Batch::complete(TableRow& row) const {
   row.after->absent = missing * (settings_.join ? row.positions : row.selected);
 }
 
-void Batch::note_identity(Voice& voice) const {
+void Batch::note(const std::string& path, const std::string& words, Voice& voice) {
+  notes_.push_back(path + ": " + words);
+  voice.note(path, words);
+}
+
+void Batch::error(std::string_view words, Voice& voice) {
+  notes_.emplace_back(words);
+  voice.error(plan_.joined_stem, words);
+}
+
+void Batch::note_identity(Voice& voice) {
   if (settings_.match == Match::name) {
     for (const std::string& note : notes_on_identity(all_.species(), identity_, settings_)) {
-      voice.note(plan_.joined_stem, note);
+      this->note(plan_.joined_stem, note, voice);
     }
   }
   if (!small_.empty()) {
-    voice.note(plan_.joined_stem,
-               filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"), listed_names(small_)}));
+    note(plan_.joined_stem,
+         filled(words_of_run::small_genes, {number_of(std::ssize(small_), "alignment"), listed_names(small_)}), voice);
   }
 }
 
 void Batch::write_joined(const InputState& run, Voice& voice) {
   if (!all_.wanted()) return;
   if (all_.size() == 0) {
-    if (alignments_out_ > 0) voice.error(plan_.joined_stem, words_of_run::nothing_left);
+    if (alignments_out_ > 0) error(words_of_run::nothing_left, voice);
     return;
   }
   const bool by_name = settings_.match == Match::name;
   if (by_name) {
     const std::string apart = names_never_meet(all_.species(), identity_);
-    if (!apart.empty()) return voice.error(plan_.joined_stem, apart);
+    if (!apart.empty()) return error(apart, voice);
   }
   note_identity(voice);
 
@@ -115,7 +128,7 @@ void Batch::write_joined(const InputState& run, Voice& voice) {
   }
   for (const LeftOut& each : species_out) left_out("", each);
   for (const int s : chosen_) name_.append(all_.name()[s]);
-  if (chosen_.empty()) return voice.error(plan_.joined_stem, words_of_run::nobody_left);
+  if (chosen_.empty()) return error(words_of_run::nobody_left, voice);
   for (const Joined joined : {Joined::blocks, Joined::input, Joined::ungapped, Joined::codons}) {
     if (all_.wanted(joined)) write_one(joined, run, voice);
   }
@@ -123,7 +136,7 @@ void Batch::write_joined(const InputState& run, Voice& voice) {
   say_summary(voice);
 }
 
-void Batch::write_one(Joined joined, const InputState& first, Voice& voice) const {
+void Batch::write_one(Joined joined, const InputState& first, Voice& voice) {
   InputState run = first;
   if (joined == Joined::codons) run.seq_type = 'C';
   const char seq_type = run.seq_type;
@@ -135,7 +148,7 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) cons
                                       ", " + std::to_string(sheet.width) + " positions put together"};
   write_forms(path, sheet, settings_.forms, run, names_path(path), decided, written);
   if (sheet.width > 0) {
-    for (const std::string& note : notes_on_species(sheet, seq_type)) voice.note(path, note);
+    for (const std::string& note : notes_on_species(sheet, seq_type)) this->note(path, note, voice);
   }
   if (settings_.partitions) {
     const bool given = !settings_.model.empty() && joined != Joined::codons;
@@ -147,9 +160,10 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) cons
     written.insert(written.end(), {raxml_file(path), nexus_file(path)});
   }
   voice.account(joined_by(decided, "; ") + ": " + joined_by(written, ", "));
+  files_.insert(files_.end(), written.begin(), written.end());
 }
 
-void Batch::write_files_of_batch(Voice& voice) const {
+void Batch::write_files_of_batch(Voice& voice) {
   const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
   std::vector<std::string> written;
   if (!settings_.occupancy.empty()) {
@@ -164,6 +178,7 @@ void Batch::write_files_of_batch(Voice& voice) const {
     written.push_back(kept_path(plan_));
   }
   if (!written.empty()) voice.account("  also written: " + joined_by(written, ", "));
+  files_.insert(files_.end(), written.begin(), written.end());
 }
 
 void Batch::say_summary(Voice& voice) const {
@@ -184,13 +199,41 @@ void Batch::say_summary(Voice& voice) const {
 void Batch::finish(Voice& voice) {
   const std::vector<std::string> in_vain = filters_.listed_in_vain(listed_);
   if (!in_vain.empty()) {
-    voice.note(settings_.species,
-               filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"), listed_names(in_vain)}));
+    note(settings_.species,
+         filled(words_of_run::listed_in_vain, {number_of(std::ssize(in_vain), "name"), listed_names(in_vain)}), voice);
   }
   if (!left_out_) return;
   left_out_->commit();
+  files_.push_back(left_out_path(plan_));
   voice.account("left out: " + number_of(sequences_out_, "sequence") + ", " + number_of(alignments_out_, "alignment") +
                 ", " + number_of(species_out_, "species") + ", listed in " + left_out_path(plan_));
+}
+
+void Batch::write_page(const std::vector<TableRow>& rows, Voice& voice) const {
+  Overview about{settings_.overview,
+                 std::string("trimora-run ") + version_text,
+                 getpath(plan_.joined_stem).name_file,
+                 settings_.command,
+                 {},
+                 notes_,
+                 files_};
+  for (const Option& option : all_options()) {
+    if (option.group != Group::parameters || settings_.join) continue;
+    std::string value(option.standard);
+    for (const auto& [name, word] : settings_.given) {
+      if (name == option.name) value = word.substr(word.find('=') + 1);
+    }
+    about.parameters.push_back({std::string(option.name), value, std::string(option.brief)});
+  }
+  if (!settings_.table.empty() && settings_.table != "-") about.files.push_back(settings_.table);
+  const auto report = [&](std::size_t r) {
+    return rows[r].status == TableRow::Status::ok ? report_path(plan_.jobs[r], settings_) : "";
+  };
+  const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
+  write_whole(settings_.overview, [&](OutputFile& out) {
+    write_overview(out, about, rows, report, {occupancy_, row, chosen_, all_.name()});
+  });
+  voice.account("overview: " + settings_.overview);
 }
 
 }  // namespace trimora::rooms

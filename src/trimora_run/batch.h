@@ -8,6 +8,7 @@
 
 #include "batch/identity.h"
 #include "batch/occupancy.h"
+#include "batch/overview.h"
 #include "batch/supermatrix.h"
 #include "output/whole_file.h"
 #include "trimora_run/filters.h"
@@ -36,12 +37,16 @@ class Batch {
   void write_joined(const InputState& run, Voice& voice);
   /// End the table of what was left out, and count it.
   void finish(Voice& voice);
+  /// Write the page on the whole run, `rows` being those of all alignments.
+  void write_page(const std::vector<TableRow>& rows, Voice& voice) const;
 
  private:
   void left_out(const std::string& path, const LeftOut& each);
-  void note_identity(Voice& voice) const;
-  void write_one(Joined joined, const InputState& first, Voice& voice) const;
-  void write_files_of_batch(Voice& voice) const;
+  void note(const std::string& path, const std::string& words, Voice& voice);
+  void error(std::string_view words, Voice& voice);
+  void note_identity(Voice& voice);
+  void write_one(Joined joined, const InputState& first, Voice& voice);
+  void write_files_of_batch(Voice& voice);
   void say_summary(Voice& voice) const;
   int row(std::size_t gene, int species) const { return all_.row(gene, species); }
 
@@ -56,6 +61,8 @@ class Batch {
   std::unordered_set<int> listed_;     // places in the list of --species that were found
   std::vector<int> chosen_;            // the sequences of the concatenations
   Table<std::string> name_;            // and their names
+  std::vector<std::string> notes_;     // what was said of the whole
+  std::vector<std::string> files_;     // and written
   std::optional<WholeFile> left_out_;  // none: there are no filters
   long long sequences_out_ = 0, alignments_out_ = 0, species_out_ = 0;
 };

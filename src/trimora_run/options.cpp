@@ -238,6 +238,7 @@ void check_filter(const CommandLine& line) {
       {"--columns", true},
       {"--partitions", true},
       {"--table", true},
+      {"--overview", true},
       {"--join", true},
       {"--codons", true},
       {"--min-species", true},
@@ -331,6 +332,11 @@ void check(const CommandLine& line) {
     }
   }
   if (s.every) check_every(line);
+  for (const char* option : {"--occupancy", "--overview"}) {
+    if (line.has(option) && line.given.at(option).ends_with("=-")) {
+      refuse(line.given.at(option) + " is no file: --table=- alone goes to standard output");
+    }
+  }
   if (s.suffix == "--" && s.ungapped && s.blocks) refuse("-e=-- and -u=y give two files one name");
   if (s.suffix == "--" && s.all_blocks && s.all_ungapped) refuse("-e=--, -a=y and -w=y give two files one name");
   if (s.filter()) check_filter(line);
@@ -430,6 +436,8 @@ Settings parse_command_line(int argc, char* argv[]) {
   if (line.settings.filter() || line.settings.every) {
     line.settings.report = Report::none;
   }
+  line.settings.command.assign(argv + 1, argv + argc);
+  line.settings.given.assign(line.given.begin(), line.given.end());
   return line.settings;
 }
 

@@ -321,14 +321,16 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   for (const Job& job : plan.jobs) {
     if (!job.coding.empty()) inputs.try_emplace(places.of(job.coding), &job.coding);
   }
-  if (!settings.species.empty()) inputs.try_emplace(places.of(settings.species), &settings.species);
+  for (const std::string* given : {&settings.species, &settings.codons, &settings.codon_names}) {
+    if (!given->empty()) inputs.try_emplace(places.of(*given), given);
+  }
 
   const std::string& file = settings.files.front();
   if (!settings.into.empty()) {
     std::unordered_map<std::string, const std::string*> stems;
     for (const Job& job : plan.jobs) {
       const auto [entry, fresh] = stems.try_emplace(job.stem, &job.path);
-      if (!fresh) refuse(file, words_of_run::same_base_name, {*entry->second, job.path, settings.into});
+      if (!fresh) refuse(job.path, words_of_run::same_base_name, {*entry->second, settings.into});
     }
   }
   std::unordered_map<std::string, bool> written;
@@ -344,6 +346,7 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   }
   for (const std::string& result : joined_results(plan, settings)) check(result);
   if (!settings.table.empty() && settings.table != "-") check(settings.table);
+  if (!settings.overview.empty()) check(settings.overview);
 }
 
 void make_folder(const Settings& settings) {
@@ -374,6 +377,7 @@ OutputState output_state(const Settings& settings, const std::string& stem) {
   run.tog_ncbfile = toggle(settings.nonconserved);
   run.tog_ungappedfile = toggle(settings.ungapped);
   run.exten = settings.suffix;
+  run.form = ending(settings.forms.front());
   run.breakcount = settings.line_length;
   run.escaped = true;
   return run;
@@ -393,6 +397,10 @@ std::string kept_path(const Plan& plan) {
 
 bool writes_kept(const Settings& settings) {
   return settings.concatenates() && (settings.filters() || !settings.occupancy.empty());
+}
+
+std::string report_path(const Job& job, const Settings& settings) {
+  return settings.report == Report::none ? "" : viewfile(output_state(settings, job.stem));
 }
 
 std::string codons_path(const OutputState& run) {

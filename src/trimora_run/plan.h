@@ -39,6 +39,9 @@ std::string left_out_path(const Plan& plan);
 std::string kept_path(const Plan& plan);
 bool writes_kept(const Settings& settings);
 
+/// The report on an alignment; empty: there is none.
+std::string report_path(const Job& job, const Settings& settings);
+
 /// The codons of the selected blocks, without the ending of a form.
 std::string codons_path(const OutputState& run);
 

@@ -45,10 +45,10 @@ std::string preset_of(const Settings& settings) {
   return line;
 }
 
-/// The table of alignments, where it was asked for: in its file, or on standard output.
+/// The lines of the alignments, where they were asked for, and the table of them: in its file, or on standard output.
 class ResultsTable {
  public:
-  explicit ResultsTable(const Settings& settings) {
+  explicit ResultsTable(const Settings& settings) : keeps_(settings.tells_each()) {
     if (settings.table == "-") {
       stream_.emplace(stdout);
     } else if (!settings.table.empty()) {
@@ -58,13 +58,14 @@ class ResultsTable {
   }
   /// Keep a row until the whole batch is known.
   void add(TableRow row) {
-    if (out() != nullptr) rows_.push_back(std::move(row));
+    if (keeps_) rows_.push_back(std::move(row));
   }
-  /// Write the rows, completed by `batch`.
+  const std::vector<TableRow>& rows() const { return rows_; }
+  /// Complete the rows by `batch`, and write them.
   void commit(const Batch& batch) {
     for (TableRow& row : rows_) {
       batch.complete(row);
-      write_table_row(*out(), row);
+      if (out() != nullptr) write_table_row(*out(), row);
     }
     if (file_) file_->commit();
     if (!stream_) return;
@@ -75,6 +76,7 @@ class ResultsTable {
 
  private:
   OutputFile* out() { return file_ ? &file_->out() : stream_ ? &*stream_ : nullptr; }
+  bool keeps_;
   std::optional<WholeFile> file_;
   std::optional<OutputFile> stream_;
   std::vector<TableRow> rows_;
@@ -119,6 +121,7 @@ class Run {
     table_.commit(batch_);
     if (joinable_) batch_.write_joined(before_.first, voice_);
     batch_.finish(voice_);
+    if (!settings_.overview.empty()) batch_.write_page(table_.rows(), voice_);
   }
 
  private:

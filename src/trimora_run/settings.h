@@ -2,6 +2,7 @@
 #pragma once
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "batch/name_keys.h"
@@ -33,10 +34,12 @@ enum class Unknown {
 /// The parameters of the selection under the names of their options, b0 to b6, and all else that can be set. b1 and b2 are
 /// as they were given: their ranges depend on the alignment. Of b2, the number 0 means as few sequences as b1.
 struct Settings : Parameters {
-  Asked asked = Asked::run;        // anything but a run: the rest is as it is by default
-  std::vector<std::string> files;  // one or more; "-", the standard input, only alone
-  const Preset* preset = nullptr;  // --preset: what the parameters are where no option says otherwise; none: classic
-  std::string in_place_of_preset;  // the options that say otherwise: "-b3=4 -b5=a"
+  Asked asked = Asked::run;          // anything but a run: the rest is as it is by default
+  std::vector<std::string> files;    // one or more; "-", the standard input, only alone
+  const Preset* preset = nullptr;    // --preset: what the parameters are where no option says otherwise; none: classic
+  std::string in_place_of_preset;    // the options that say otherwise: "-b3=4 -b5=a"
+  std::vector<std::string> command;  // the command line as it was given, without the program's name
+  std::vector<std::pair<std::string, std::string>> given;  // each option of it by its name, as it was written last
 
   // Files written for each alignment.
   bool blocks = true;                                                    // -s: the selected blocks
@@ -79,9 +82,10 @@ struct Settings : Parameters {
   bool keep_going = false;           // --keep-going: go on after an alignment that fails
 
   // The run.
-  std::string table;    // --table: a line for each alignment; "-": on standard output; none: not written
-  bool strict = false;  // --strict: a note makes the status 1
-  bool quiet = false;   // --quiet: no account on standard output
+  std::string overview;  // --overview: a page on the whole run; none: not written
+  std::string table;     // --table: a line for each alignment; "-": on standard output; none: not written
+  bool strict = false;   // --strict: a note makes the status 1
+  bool quiet = false;    // --quiet: no account on standard output
 
   /// Whether the alignment is the standard input, and its blocks go to the standard output.
   bool filter() const { return files.size() == 1 && files.front() == "-"; }
@@ -90,6 +94,8 @@ struct Settings : Parameters {
     if (name_parts.style != KeyRule::Style::word) return name_parts;
     return {.begin = name_begin, .end = name_end};
   }
+  /// Whether a line is kept for each alignment.
+  bool tells_each() const { return !table.empty() || !overview.empty(); }
   bool filters() const { return !species.empty() || min_filled || min_species || min_columns > 0 || min_genes; }
   bool concatenates() const { return all_blocks || all_input || all_ungapped; }
 };

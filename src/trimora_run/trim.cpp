@@ -193,7 +193,7 @@ void count_all(Outcome& outcome, const Settings& settings, bool joined) {
   const Table<RowCounts> after = count(ali, blocks, seq_type);
   row.before = sum(before);
   row.after = sum(after);
-  if (!settings.table.empty()) {
+  if (settings.tells_each()) {
     const Variation found = variation(ali, blocks, seq_type);
     row.variable = found.variable;
     row.informative = found.informative;
@@ -265,14 +265,14 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   }
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
   outcome.notes.insert(outcome.notes.end(), codons.notes.begin(), codons.notes.end());
-  const bool needs_ungapped = settings.ungapped || !settings.table.empty() || (joined && settings.all_ungapped);
+  const bool needs_ungapped = settings.ungapped || settings.tells_each() || (joined && settings.all_ungapped);
   outcome.found = find_blocks(ali, run, needs_ungapped);
   row.selected = outcome.found.blocks.nupo3;
   row.percent = outcome.found.blocks.nupo3per;
   row.blocks = static_cast<int>(outcome.found.blocks.newpos.size());
   if (needs_ungapped) row.ungapped = outcome.found.ungapped.nupoung;
   if (coding.wanted()) outcome.codons = selected_codons(codons, ali, outcome.found.blocks.newpos);
-  if (joined || !settings.table.empty()) count_all(outcome, settings, joined);
+  if (joined || settings.tells_each()) count_all(outcome, settings, joined);
   if (const std::string few = filters.few_columns(row.selected); !few.empty()) {
     outcome.left_out = LeftOut{"--min-columns", "alignment", "", few};
     return;

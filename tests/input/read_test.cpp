@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -148,6 +149,7 @@ TEST(Read, Clustal) {
     {"empty_lines", "CLUSTAL\n\n\na AC\n\nb GT\n\na A\n\nb G\n",                          "a=ACA;b=GTG;"},
     {"no_empty_line", "CLUSTAL\na AC\nb GT\na A\nb G\n",                                  "[ambiguous_format 3 a 'the same names again without an empty line before them: further sequences, or more of the same']"},
     {"new_name_later", "CLUSTAL\n\na AC\nb GT\n\na A\nc G\n",                             "[unequal_lengths 2 b 2/3]"},
+    {"same_name_apart", "CLUSTAL\n\na AC\nb GT\na AA\n",                                 "a=AC;b=GT;a=AA;"},
     {"name_of_two_words", "CLUSTAL\n\nMus musculus AC\nb AC\n",                           "[bad_record 'Mus musculus AC' 3]"},
     {"name_alone",  "CLUSTAL\n\na AC\nbcd\n",                                             "[unfinished_record 2 bcd]"},
     {"path",        "clustal/a.fas\n",                                                    "[unknown_format 'clustal/a.fas']"},
@@ -170,6 +172,7 @@ TEST(Read, Phylip) {
     {"dots",               "2 4\na ACGT\nb ..-A\n",                           "a=ACGT;b=AC-A; resolved:2"},
     {"dots_that_are_gaps", "2 4\na A.GT\nb ..-A\n",                           "a=A-GT;b=---A; dots@1:3"},
     {"several",            "2 4\na ACGT\nb ACGT\n2 4\na AAAA\nb AAAA\n",      "a=ACGT;b=ACGT; more"},
+    {"names_of_numbers",   "2 4\n7 1  ACGT\n7 2  ACGT\n",                    "7 1=ACGT;7 2=ACGT; layout"},
     {"ambiguous",          "2 30\nACGTACGTACACGTACGTAC\nACGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\n", "[ambiguous_format 'PHYLIP: sequential, names of ten columns; or interleaved, names of ten columns']"},
     {"digit",              "2 4\na ACGT\nb AC7T\n",                           "[bad_character 2 b '7' 3]"},
     {"too_few",            "3 4\na ACGT\nb ACGT\n",                           "[unfinished_record 2 b 'sequences' 2/3]"},
@@ -192,7 +195,7 @@ TEST(Read, Nexus) {
     {"signs",        data("ntax=2 nchar=5", "datatype=dna missing=-gap=? matchchar=+", "a AC?-.\nb +G+++"),     "a=AC-?-;b=AG-?-; dna resolved:4 hyphens:1"},
     {"hyphen_is_missing", data("ntax=2 nchar=3", "datatype=dna missing=-", "a AC-\nb A-C"),                     "a=AC?;b=A?C; dna hyphens:2"},
     {"match_dots",   data("ntax=2 nchar=3", "datatype=dna matchchar=.", "a AC-\nb .T."),                        "a=AC-;b=AT-; dna resolved:2"},
-    {"sets",         data("ntax=2 nchar=4", "datatype=dna", "a A{AC}(CGT)T\nb AA{A-}T"),                        "a=AMBT;b=AA?T; dna sets:3"},
+    {"sets",         data("ntax=2 nchar=4", "datatype=dna", "a A{AC}(CGu)T\nb AA{A-}T"),                        "a=AMBT;b=AA?T; dna sets:3"},
     {"sets_protein", data("ntax=2 nchar=2", "datatype=protein missing=N", "a A{AC}\nb NA"),                     "a=AX;b=?A; protein sets:1"},
     {"twice",        data("ntax=2 nchar=2", "datatype=dna", "a AC\nb AC") + "begin data; matrix a A; end; begin sets; charset x=1-2; end;", "a=AC;b=AC; dna more charsets"},
     {"standard",     data("ntax=2 nchar=2", "datatype=Standard symbols=\"01\"", "a 01\nb 01"),                  "[refused_format 'NEXUS with datatype=Standard']"},
@@ -303,6 +306,7 @@ std::string with_file(const std::string& bytes, Step step) {
 
 // Lines and names longer than what is read at once, and line ends on both sides of where it ends.
 TEST(Read, LongLines) {
+  const auto read_file = [](const std::string& path) { return outcome([&] { return read(path); }); };
   const std::string name(100'000, 'n');
   for (const std::string end : {"\n", "\r\n", "\r"}) {
     for (std::size_t width : {59U, 60U, 61U, 62U, 200'000U}) {
@@ -313,10 +317,13 @@ TEST(Read, LongLines) {
         if (p % width == width - 1) text += end;
       }
       text += end + ">b" + end + row;
-      const auto read_file = [](const std::string& path) { return outcome([&] { return read(path); }); };
       EXPECT_EQ(with_file(text, read_file), name + "=" + row + ";b=" + row + ";");
     }
   }
+  // The two characters of a line end in two blocks: no empty line between, which would be the description.
+  const std::string edge(65'531, 'n');
+  EXPECT_EQ(with_file(">P1;" + edge + "\r\nabout\r\nAC*\r\n>P1;b\r\n\r\nAC*\r\n", read_file),
+            edge + "=AC;b=AC; protein");
 }
 
 TEST(Read, Lists) {
@@ -334,6 +341,19 @@ TEST(Read, Lists) {
 TEST(Read, FilesThatCannotBeRead) {
   EXPECT_EQ(outcome([] { return read("/nowhere/x.fas"); }), "[not_found]");
   EXPECT_EQ(outcome([] { return read(testing::TempDir()); }), "[not_readable]");
+}
+
+// A file that is cut off or goes on while it is read is neither the old one nor the new one.
+TEST(Read, FilesThatChange) {
+  const std::string text = ">a\n" + std::string(100'000, 'A') + "\n>b\n" + std::string(100'000, 'A') + "\n";
+  for (const std::size_t size : {text.size(), text.size() - 1, text.size() + 1}) {
+    const std::string found = with_file(text, [&](const std::string& path) {
+      Input input(path);
+      std::filesystem::resize_file(path, size);
+      return outcome([&] { return input.read(); });
+    });
+    EXPECT_EQ(found == "[changed]", size != text.size()) << size;
+  }
 }
 
 #ifdef TRIMORA_ZLIB

@@ -1,5 +1,6 @@
 #include "output/record.h"
 
+#include "output/whole_file.h"
 #include "support.h"
 
 namespace trimora::rooms {
@@ -40,6 +41,19 @@ TEST_F(Files, HoldPiecesOfAnyLength) {
     for (const char c : piece) out.put(c);
   }
   EXPECT_TRUE(text_of("long") == piece + piece + "|7" + piece);
+}
+
+// A file that is written again keeps its permissions, and a link its target.
+TEST_F(Files, StayAsTheyWereButForTheirContent) {
+  using std::filesystem::perms;
+  std::filesystem::create_directory("sub");
+  write("sub/file", "old");
+  std::filesystem::permissions("sub/file", perms::owner_read | perms::owner_write);
+  std::filesystem::create_symlink("file", "sub/link");
+  write_whole("sub/link", [](OutputFile& out) { out.put("new"); });
+  EXPECT_EQ(text_of("sub/file"), "new");
+  EXPECT_EQ(std::filesystem::status("sub/file").permissions(), perms::owner_read | perms::owner_write);
+  EXPECT_TRUE(std::filesystem::is_symlink("sub/link"));
 }
 
 }  // namespace

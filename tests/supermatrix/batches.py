@@ -3,8 +3,9 @@
 Each batch, numbered FIRST to LAST, has genes with missing species, fragments, unknown letters and gaps at the ends. It is
 trimmed with random filters and put together, or only put together (--join). What the run writes is compared with what this
 program makes of the genes and of the single files: the supermatrix, the four counts of each gene, variable and informative
-columns, occupancy, what was left out, the genes kept.
+columns, occupancy, what was left out, the genes kept. The data of the overview are those of the table and the occupancy.
 """
+import json
 import pathlib
 import random
 import re
@@ -68,6 +69,19 @@ def enough(number, least, of):
     return number * 100 >= int(least[:-1]) * of if least.endswith("%") else number >= int(least)
 
 
+def overview(path):
+    """Its table and occupancy, as the files of the run have them."""
+    data = json.loads(re.search('(?s) id="data">(.*?)</script>', pathlib.Path(path).read_text())[1])
+    text = lambda cell: "NA" if cell is None else str(cell)
+    lines = [data["table"]["columns"], *([text(cell) for cell in row] for row in data["table"]["rows"])]
+    who = data["occupancy"]
+    if not who:
+        return lines, None
+    occupancy = [["species", *(lines[1 + g][0] for g in who["genes"])]]
+    occupancy += [[name, *map(text, letters)] for name, letters in zip(who["species"], who["letters"])]
+    return lines, occupancy
+
+
 def batch(number):
     random.seed(number)
     shutil.rmtree("batch", ignore_errors=True)
@@ -83,7 +97,7 @@ def batch(number):
     listed = maybe(random.sample(species, random.randint(2, len(species))))
     new = {one: f"new_{one}" if listed and random.random() < 0.3 else one for one in listed or species}
     options = ["batch/genes", f"-t={kind}", "--match=name", "--name-end=|", "--into=batch/out", "--name=all", "--quiet",
-               "--table=batch/table", "--occupancy=batch/occupancy"]
+               "--table=batch/table", "--occupancy=batch/occupancy", "--overview=batch/page.html"]
     options += ["--join"] if join else ["-a=y", "-b4=2", "-p=n", "-b5=" + random.choice("nha"), "-b3=4"]
     for option, value in {"filled": filled, "columns": columns, "species": least_species, "genes": least_genes}.items():
         options += [f"--min-{option}={value}"] if value else []
@@ -115,6 +129,8 @@ def batch(number):
             before[path] = rows if join else without_gap_columns(rows)
     after = {}
     table = [line.split("\t") for line in pathlib.Path("batch/table").read_text().splitlines()]
+    shown_table, shown_occupancy = overview("batch/page.html")
+    assert shown_table == table, "overview"
     table = {line[0]: dict(zip(table[0], line)) for line in table[1:]}
     assert list(table) == list(genes), "table"
     for path, rows in before.items():
@@ -154,7 +170,7 @@ def batch(number):
         assert sorted((line[0], line[2], line[3]) for line in lines) == sorted(left_out), "left out"
     joined = pathlib.Path("batch/out/all.seq.fasta" if join else "batch/out/all-tr.seq.fasta")
     if not (after and meet and kept):
-        assert not joined.exists() and run.returncode == 1, run
+        assert not joined.exists() and run.returncode == 1 and shown_occupancy is None, run
         return 0
     assert run.returncode == 0, run
     rows_of = {path: {name.split("|")[0]: row for name, row in rows} for path, rows in after.items()}
@@ -166,7 +182,7 @@ def batch(number):
         cells = [str(counts(rows_of[p][one], kind)[0]) if one in rows_of[p] else "NA" for p in after]
         occupancy.append([new[one], *cells])
     found = [line.split("\t") for line in pathlib.Path("batch/occupancy").read_text().splitlines()]
-    assert found == occupancy, "occupancy"
+    assert found == occupancy == shown_occupancy, "occupancy"
     single = list(after) if join else [f"batch/out/{path[12:]}-tr.fasta" for path in after]
     assert pathlib.Path("batch/out/all.kept.txt").read_text().split() == single, "kept"
     return 1

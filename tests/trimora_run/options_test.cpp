@@ -198,6 +198,8 @@ TEST(CommandLine, BecomesSettings) {
     {"- -k=y",                         "! -k=y does not go with -, which writes no file"},
     {"- -p=t",                         "! -p=t does not go with -"},
     {"- --table=-",                    "! --table=- does not go with -"},
+    {"- --overview=x",                 "! --overview=x does not go with -"},
+    {"x --overview=-",                 "! --overview=- is no file: --table=- alone goes to standard output"},
     {"- --into y",                     "! --into=y does not go with -"},
     {"- -a=y --partitions",            "! -a=y does not go with -"},
     {"x -a=y --partitions=12+3",       "! --partitions=12+3 goes with -t=C or --codons"},

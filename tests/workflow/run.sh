@@ -48,7 +48,7 @@ same() { # same GENES OPTIONS [STATUS]: one batch over the alignments that went 
   rm -rf "$single" && mkdir "$single"
   cp -R "$1" "$single"
   awk -F '\t' 'NR == 1 { while ($++status != "status"); } $status == "ok" { print $1 }' "$results/table.tsv" >"$single/$1.txt"
-  (cd "$single" && "$PROGRAM" "$1.txt" $2 --match="${match:-name}" --format=fasta --table=table.tsv >printed 2>&1) ||
+  (cd "$single" && "$PROGRAM" "$1.txt" --format=fasta $2 --match="${match:-name}" --table=table.tsv >printed 2>&1) ||
     fail "$1: $(<"$single/printed")"
   find "$single/$1" -name "$1.txt*" -exec mv {} "$single" \;
   rm "$single/printed" "$single/$1.txt" && find "$single" -name '*.fas' -delete
@@ -89,6 +89,13 @@ interrupt() { # interrupt PROFILE GENES OPTIONS COUNT FILES: the main process is
 # species, and the order of -b2 and -b1.
 cut_genes name 'if (k == 1 && NR > 4 || k % 2 == 0 && NR == 2) continue; name = name "|gene" k'
 options="-t=D -a=y -c=y -w=y -u=y -p=t -k=y --partitions --columns --name-end=|"
+flow "$here" name.txt "$options"
+same name "$options"
+# What the groups have not written in FASTA is selected once more for the join.
+options="-t=D -a=y -w=y -s=n -k=y -p=n --format=nexus,phylip --name-end=| --name=name.txt-all"
+flow "$here" name.txt "$options"
+same name "$options"
+options="-t=C -a=y -w=y -u=y -p=n -b4=5 -e=_x --partitions --name-end=|"
 flow "$here" name.txt "$options"
 same name "$options"
 cut_genes fasta 'if (k == 5 && NR == 2) gsub(/./, "-", text)'
@@ -246,6 +253,7 @@ $(gene fasta/link 1)\n||are the same file
 |options=-t=D --help|--help would trim nothing
 |options=-t=D -b3=x|-b3=x is not a whole number
 |options=-t=D --table=x|which the workflow decides
+|options=-t=D --min-species=75%|or filter
 |options=-a=y|they have to say -t=P, -t=D or -t=C
 EOT
 snakemake --lint --snakefile "$project/workflow/Snakefile" --config paths=fasta.txt options=-t=D program="$PROGRAM" >log 2>&1 || true

@@ -6,7 +6,7 @@ import { layers } from "../page/layers.js";
 import { letters } from "../page/letters.js";
 import { state } from "../page/state.js";
 import { readColumns } from "../page/tables.js";
-import { bytes, globins, run } from "./harness.mjs";
+import { bytes, globins, run, url } from "./harness.mjs";
 
 test("what was written is handed out as bytes from 0 to 255, and what was only read is not", async () => {
   const given = { "Übung.fas": bytes(">Blåbær\nACDEFGHIKLMN\n>b\nACDEFGHIKLMN\n"), "list": bytes("Übung.fas\n") };
@@ -22,9 +22,51 @@ test("a file that the run writes again is among its files", async () => {
   assert.match(Buffer.from(files["globins.fas-tr.fasta"]).toString(), /^>MYG_ESCGI/);
 });
 
+test("inputs that are only read are not among the files, and one that is replaced by as many bytes is", async () => {
+  const name = "globins.fas-tr.fasta", args = ["globins.fas", "-p=N"], first = (await run(globins, args)).files[name];
+  const given = { "globins.fas": Uint8Array.from(globins["globins.fas"]), "empty": bytes(""), [name]: new Uint8Array(first.length).fill(65) };
+  const { files } = await run(given, args);
+  assert.deepEqual(Object.keys(files), [name]);
+  assert.deepEqual(files[name], first);
+  assert.ok(given[name].every((byte) => byte === 65), "what was given is as it was");
+  const piped = await run({}, ["-"], { stdin: given["globins.fas"] });
+  assert.deepEqual([piped.stdout, Object.keys(piped.files)], [first, []]);
+});
+
+test("the program is compiled once, and a large file is copied only when it doubles", async (context) => {
+  const compiled = context.mock.method(WebAssembly, "compile");
+  const fresh = await import(`${new URL("package/trimora.mjs", url).href}?fresh`);
+  const { default: instantiate } = await import(new URL("package/trimora-run.mjs", url).href);
+  let copies = 0;
+  /** @param {any} settings */
+  const glue = async (settings) => {
+    const program = await instantiate(settings);
+    return {
+      ...program,
+      callMain(/** @type {string[]} */ args) {
+        const { MEMFS } = program.FS.filesystems, grow = MEMFS.expandFileStorage;
+        MEMFS.expandFileStorage = (/** @type {{contents?: Uint8Array}} */ node, /** @type {number} */ capacity) => {
+          const before = node.contents;
+          grow(node, capacity);
+          copies += before && before !== node.contents ? 1 : 0;
+        };
+        return program.callMain(args);
+      },
+    };
+  };
+  const row = "ACDEFGHIKL".repeat(1 << 19), length = 2 * (3 + row.length + Math.ceil(row.length / 60));
+  const large = { "large.fas": bytes(`>a\n${row}\n>b\n${row}\n`) };
+  const [{ files }] = await Promise.all([fresh.run(large, ["large.fas", "-t=P", "-p=N"], { glue }), fresh.run({}, ["--help"])]);
+  assert.equal(files["large.fas-tr.fasta"].length, length);
+  assert.ok(Buffer.from(files["large.fas-tr.fasta"]).toString().replaceAll("\n", "") === `>a${row}>b${row}`);
+  assert.ok(copies <= Math.log2(length / 4096), `${copies} copies`);
+  assert.equal(compiled.mock.callCount(), 1);
+});
+
 test("a program that cannot be loaded is an error, and the next run works", async () => {
   const wrong = await WebAssembly.compile(Uint8Array.of(0, 97, 115, 109, 1, 0, 0, 0));
   await assert.rejects(run(globins, ["globins.fas"], { program: wrong }));
+  await assert.rejects(run(globins, ["globins.fas"], { glue: () => Promise.reject(new Error("not loaded")) }), /not loaded/);
   assert.equal((await run({}, ["--help"])).status, 0);
 });
 
