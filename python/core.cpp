@@ -124,16 +124,19 @@ std::optional<trimora::Sequences> sequences_in(const Share& share) {
   return share ? std::optional(trimora::Sequences{share->first, share->second}) : std::nullopt;
 }
 
-Selection selected(const Alignment& ali, std::optional<int> kind, int gaps, std::optional<int> b0, Share b1, Share b2,
-                   int b3, int b4, bool similarity) {
-  const trimora::Parameters parameters{.kind = kind_of(kind),
-                                       .b1 = sequences_in(b1),
-                                       .b2 = sequences_in(b2),
-                                       .b3 = b3,
-                                       .b4 = b4,
-                                       .b0 = b0,
-                                       .gaps = static_cast<trimora::Gaps>(gaps),
-                                       .similarity = similarity};
+/// What is not given is as the preset says.
+Selection selected(const Alignment& ali, const std::string& preset, std::optional<int> kind, std::optional<int> gaps,
+                   std::optional<int> b0, Share b1, Share b2, std::optional<int> b3, std::optional<int> b4,
+                   bool similarity) {
+  trimora::Parameters parameters = trimora::preset(preset);
+  parameters.kind = kind_of(kind);
+  if (gaps) parameters.gaps = static_cast<trimora::Gaps>(*gaps);
+  if (b0) parameters.b0 = b0;
+  if (b1) parameters.b1 = sequences_in(b1);
+  if (b2) parameters.b2 = sequences_in(b2);
+  if (b3) parameters.b3 = *b3;
+  if (b4) parameters.b4 = *b4;
+  parameters.similarity = similarity;
   return {ali, parameters, trimora::select(ali, parameters)};
 }
 

@@ -34,11 +34,13 @@ def draw_trees():
     rows = [row for row in read_table(HERE / "results" / "trees.tsv") if row["program"] == "FastTree" and row["difference"]]
     there = {row["cell"] for row in rows}
     cells = {name: cell["what"] for name, cell in read_cells().items() if name in there}
-    least, most, left, wide, high, top = -0.15, 0.35, 330, 250, 30, 74
+    least, most, left, wide, high, top = -0.15, 0.35, 290, 250, 30, 74
     picture = Picture(left + 2 * wide + 60, top + high * len(cells) + 46)
-    for i, (colour, words) in enumerate(SERIES.values()):
-        picture.dot(20 + 165 * i, 18, colour, 4)
-        picture.text(30 + 165 * i, 22, words)
+    x = 20
+    for colour, words in SERIES.values():
+        picture.dot(x, 18, colour, 4)
+        picture.text(x + 10, 22, words)
+        x += 50 + 6.5 * len(words)
     for k, (panel, heading) in enumerate(PANELS.items()):
         start = left + k * (wide + 30)
 
@@ -59,11 +61,10 @@ def draw_trees():
                 colour = SERIES[row["variant"]][0]
                 picture.line(at(value - width), y, at(value + width), y, colour, 1.5)
                 picture.dot(at(value), y, colour)
-    for j, (name, what) in enumerate(cells.items()):
+    for j, what in enumerate(cells.values()):
         y = top + high * j
         picture.line(10, y, left + 2 * wide + 40, y)
-        short = what if len(what) < 56 else what[:53].rsplit(" ", 1)[0] + " ..."
-        picture.text(left - 10, y + 19, short, "end", 'font-size="11"')
+        picture.text(left - 10, y + 19, what, "end")
     picture.text(left + wide + 15, top + high * len(cells) + 36, "difference in the normalised Robinson-Foulds distance",
                  "middle", 'font-size="11"')
     picture.save("trimming-trees.svg")
@@ -93,7 +94,7 @@ def draw_pairs():
             colour, words = marked.get(options, ("#b9c0c9", ""))
             picture.dot(x, y, colour, 5 if words else 3)
             if words:
-                picture.text(x + 9, y - 6, words, more='font-weight="600"')
+                picture.text(x - 9, y + 14, words, "end", 'font-weight="600"')
         picture.text(left + size * 0.3, top + size * 0.3 + 20, "columns at random", more='font-size="10"')
     picture.text(16, top + size / 2, "wrong pairs left out, %", "middle", f'transform="rotate(-90 16 {top + size / 2})"')
     picture.save("trimming-pairs.svg")

@@ -7,16 +7,13 @@ Words   class    how fast a position changes: one of CLASSES equally likely rate
         place    the identity of a position: residues with the same place are homologous
         foreign  letters that descend from nothing here: each has a place of its own
 """
-import csv
 import math
 import random
 from bisect import bisect
-from pathlib import Path
 from statistics import NormalDist
 
-from files import CODONS
+from files import CODONS, HERE, read_table
 
-HERE = Path(__file__).parent
 CLASSES, NORMAL = 12, NormalDist()
 LONGEST = {"dna": 50, "codons": 17, "protein": 30}  # indels, in the units that evolve: nucleotides, codons, residues
 NUCLEOTIDES, KAPPA, OMEGA = {"A": 0.3, "C": 0.2, "G": 0.22, "T": 0.28}, 3.0, 0.2
@@ -58,16 +55,15 @@ def codons():
     weights = [math.prod(NUCLEOTIDES[letter] for letter in codon) for codon in states]
 
     def exchange(i, j):
-        changes = [a + b for a, b in zip(states[i], states[j]) if a != b]
-        rate = KAPPA if changes[0] in TRANSITIONS else 1.0
-        same = CODONS[states[i]] == CODONS[states[j]]
-        return 0.0 if len(changes) > 1 else rate if same else rate * OMEGA
+        first, *more = [a + b for a, b in zip(states[i], states[j]) if a != b]
+        rate = KAPPA if first in TRANSITIONS else 1.0
+        return 0.0 if more else rate if CODONS[states[i]] == CODONS[states[j]] else rate * OMEGA
     return Model(states, [weight / sum(weights) for weight in weights], exchange, per_position=3)
 
 
 def proteins():
     """LG, of Le and Gascuel (2008), Molecular Biology and Evolution 25, 1307-1320."""
-    rows = list(csv.DictReader((HERE / "lg.tsv").open(), delimiter="\t"))
+    rows = read_table(HERE / "lg.tsv")
     letters, total = [row["letter"] for row in rows], sum(float(row["frequency"]) for row in rows)
     return Model(letters, [float(row["frequency"]) / total for row in rows], lambda i, j: float(rows[i][letters[j]]))
 
@@ -88,17 +84,16 @@ class Tree:
 
 def grow(cell, rnd):
     """A tree of pure birth, cell["depth"] from the root to the tips on average; its branches then vary as no clock would."""
-    parent, start, end, alive, time = [-1, 0, 0], [0.0] * 3, {}, [1, 2], 0.0
-    while True:
-        time -= math.log(1 - rnd()) / len(alive)
-        if len(alive) == cell["species"]:
-            break
+    parent, start, end, alive = [-1, 0, 0], [0.0] * 3, {}, [1, 2]
+    time = -math.log(1 - rnd()) / 2
+    while len(alive) < cell["species"]:
         node = alive.pop(int(rnd() * len(alive)))
         end[node] = time
         for _ in range(2):
             alive.append(len(parent))
             parent.append(node)
             start.append(time)
+        time -= math.log(1 - rnd()) / len(alive)
     length = [0.0] + [end.get(node, time) - start[node] for node in range(1, len(parent))]
     length = [value * (cell["inner"] if node in end else 1) for node, value in enumerate(length)]
     tips = [node for node in range(1, len(parent)) if node not in end]
@@ -162,8 +157,8 @@ class Gene:
         for _ in range(units):  # rates go together in stretches: a new one begins every 15 positions on average
             if not classes or rnd() < 1 / 15:
                 stretch = normal(rnd)
-            z = math.sqrt(0.7) * stretch + math.sqrt(0.3) * normal(rnd)
-            classes.append(min(int(CLASSES * NORMAL.cdf(z)), CLASSES - 1))
+            own = NORMAL.cdf(math.sqrt(0.7) * stretch + math.sqrt(0.3) * normal(rnd))
+            classes.append(min(int(CLASSES * own), CLASSES - 1))
         at = {0: self.draw(units, 0, classes)}
         odd = set(some(tree.tips, round(self.cell["at_rich"] * len(tree.tips)), random.Random(tree.newick()).random))
         for node in range(1, len(tree.parent)):
@@ -236,7 +231,7 @@ class Gene:
         """The places from left to right, as letters() counts them."""
         place, places = self.next[0], []
         while place != -1:
-            places += [3 * place + k for k in range(3)]
+            places += range(3 * place, 3 * place + 3)
             place = self.next[place]
         return places
 

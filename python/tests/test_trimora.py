@@ -77,7 +77,7 @@ def as_options(kind, parameters):
     options = [f"-t={kind[0].upper()}"]
     for name, value in parameters.items():
         text = str(value)[0].upper() if name == "gaps" else "N" if name == "similarity" else value
-        options.append(f"-{ {'gaps': 'b5', 'similarity': 'b6'}.get(name, name) }={text}")
+        options.append(f"-{ {'gaps': 'b5', 'similarity': 'b6', 'preset': '-preset'}.get(name, name) }={text}")
     return options
 
 
@@ -104,7 +104,11 @@ def check_against_table(sel, table):
     [("globins.fas", "protein"), ("globins.pir", "protein"), ("primates_mt.fas", "dna"), ("primates_mt.pir", "dna"),
      ("drawing.fas", "protein")],
 )  # fmt: skip
-@pytest.mark.parametrize("parameters", [{}, {"gaps": "half", "b4": 5}, {"gaps": "all", "b1": "60%", "similarity": False}])
+@pytest.mark.parametrize(
+    "parameters",
+    [{}, {"gaps": "half", "b4": 5}, {"gaps": "all", "b1": "60%", "similarity": False}, {"preset": "relaxed", "b3": 4},
+     {"preset": "none"}],
+)  # fmt: skip
 def test_examples_are_as_the_program_says(file, kind, parameters):
     done = run(file, "--columns", *as_options(kind, parameters))
     assert done.returncode == 0, done.stderr
@@ -341,7 +345,8 @@ def test_errors_say_what_and_where(kind, sequence, name, given):
      (ValueError, lambda: trimora.supermatrix([plain], match="names")), (TypeError, lambda: trimora.supermatrix([1])),
      (ValueError, lambda: trimora.supermatrix([plain], min_species=0)), (TypeError, lambda: trimora.supermatrix([plain], species="a")),
      (ValueError, lambda: trimora.supermatrix([plain], name_parts="2-1")), (TypeError, lambda: trimora.codons(plain, 3)),
-     (ValueError, lambda: trimora.supermatrix([plain], min_genes=2, match="order")), (ValueError, lambda: trimora.codons(plain, {}, code=7))],
+     (ValueError, lambda: trimora.supermatrix([plain], min_genes=2, match="order")), (ValueError, lambda: trimora.codons(plain, {}, code=7)),
+     (ValueError, lambda: trimora.select(plain, preset="strict")), (TypeError, lambda: trimora.select(plain, preset=1))],
 )  # fmt: skip
 def test_wrong_arguments_are_python_errors(error, call):
     with pytest.raises(error) as caught:

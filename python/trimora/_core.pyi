@@ -41,13 +41,14 @@ def read_text(text: bytes) -> Alignment: ...
 def from_rows(names: List[str], rows: List[Any], kind: Optional[int]) -> Alignment: ...
 def select(
     alignment: Alignment,
+    preset: str,
     kind: Optional[int],
-    gaps: int,
+    gaps: Optional[int],
     b0: Optional[int],
     b1: Optional[Tuple[int, bool]],
     b2: Optional[Tuple[int, bool]],
-    b3: int,
-    b4: int,
+    b3: Optional[int],
+    b4: Optional[int],
     similarity: bool,
 ) -> Selection: ...
 class CodingSequences: ...

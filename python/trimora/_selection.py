@@ -17,13 +17,14 @@ if TYPE_CHECKING:
 def select(
     alignment: Any,
     *,
+    preset: str = "classic",
     kind: Optional[str] = None,
-    gaps: str = "none",
+    gaps: Optional[str] = None,
     b0: Optional[int] = None,
     b1: Share = None,
     b2: Share = None,
-    b3: int = 8,
-    b4: int = 10,
+    b3: Optional[int] = None,
+    b4: Optional[int] = None,
     similarity: bool = True,
 ) -> Selection:
     """Select the blocks of columns that are reliable enough for a tree.
@@ -32,10 +33,13 @@ def select(
     ----------
     alignment : Alignment, or what one can be made of
         A dict, a list of pairs or a ``Bio.Align.MultipleSeqAlignment`` is taken as it is.
+    preset : {"classic", "relaxed", "none"}
+        What `gaps` and `b2` to `b4` are where they are not given: the defaults below; gaps in up to half of the
+        sequences and shorter blocks; or every column is kept, whatever is given.
     kind : {"protein", "dna", "codons"}, optional
         The type of the sequences; by default that of the alignment. Codons are never guessed.
-    gaps : {"none", "half", "all"}
-        b5: a selected column holds no gap, a gap in at most half of the sequences, or any number.
+    gaps : {"none", "half", "all"}, optional
+        b5: a selected column holds no gap, a gap in at most half of the sequences, or any number; none by default.
     b0 : int, optional
         Shortest initial block, in columns, before gaps are cut out: 2 to 32000; as `b4` by default.
     b1 : int or str, optional
@@ -43,10 +47,10 @@ def select(
         the least, up to `b2`.
     b2 : int or str, optional
         Sequences that a flank column needs, from `b1` to all; 85 % by default.
-    b3 : int
-        Most nonconserved columns in a row: 0 to 32000.
-    b4 : int
-        Shortest block, in columns: 2 to 32000.
+    b3 : int, optional
+        Most nonconserved columns in a row: 0 to 32000; 8 by default.
+    b4 : int, optional
+        Shortest block, in columns: 2 to 32000; 10 by default.
     similarity : bool
         b6: similar residues of proteins add to a score.
 
@@ -66,17 +70,20 @@ def select(
     [(2, 147)]
     """
     ali = as_alignment(alignment)
+    if not isinstance(preset, str):
+        raise TypeError(f"preset has to be text, not {type(preset).__name__}")
     if not isinstance(similarity, bool):
         raise TypeError(f"similarity has to be True or False, not {type(similarity).__name__}")
     found = _core.select(
         ali._data,
+        preset,
         kind_number(kind),
-        choice("gaps", gaps, GAPS),
+        None if gaps is None else choice("gaps", gaps, GAPS),
         None if b0 is None else whole("b0", b0),
         share("b1", b1),
         share("b2", b2),
-        whole("b3", b3),
-        whole("b4", b4),
+        None if b3 is None else whole("b3", b3),
+        None if b4 is None else whole("b4", b4),
         similarity,
     )
     return Selection(found)

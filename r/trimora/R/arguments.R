@@ -44,17 +44,19 @@ text <- function(argument, value) {
   enc2utf8(value)
 }
 
-library_parameters <- function(kind, gaps, b0, b1, b2, b3, b4, similarity) {
+library_parameters <- function(preset, kind, gaps, b0, b1, b2, b3, b4, similarity) {
   if (!is.logical(similarity) || length(similarity) != 1 || is.na(similarity)) {
     stop("similarity has to be TRUE or FALSE", call. = FALSE)
   }
+  if (!is.character(preset) || length(preset) != 1) stop("preset has to be text", call. = FALSE)
+  number <- function(argument, value) if (is.null(value)) NA_integer_ else whole(argument, value)
   b1 <- share("b1", b1)
   b2 <- share("b2", b2)
   list(
-    kind = if (is.null(kind)) NA_integer_ else choice("kind", kind, kinds),
-    gaps = choice("gaps", gaps, gap_choices),
-    b0 = if (is.null(b0)) NA_integer_ else whole("b0", b0),
+    preset = preset, kind = if (is.null(kind)) NA_integer_ else choice("kind", kind, kinds),
+    gaps = if (is.null(gaps)) NA_integer_ else choice("gaps", gaps, gap_choices),
+    b0 = number("b0", b0),
     b1 = b1[[1]], b1_per_cent = b1[[2]], b2 = b2[[1]], b2_per_cent = b2[[2]],
-    b3 = whole("b3", b3), b4 = whole("b4", b4), similarity = similarity
+    b3 = number("b3", b3), b4 = number("b4", b4), similarity = similarity
   )
 }

@@ -1,6 +1,6 @@
-select_blocks <- function(x, kind = NULL, gaps = "none", b0 = NULL, b1 = NULL, b2 = NULL, b3 = 8, b4 = 10,
-                          similarity = TRUE) {
-  parameters <- library_parameters(kind, gaps, b0, b1, b2, b3, b4, similarity)
+select_blocks <- function(x, kind = NULL, gaps = NULL, b0 = NULL, b1 = NULL, b2 = NULL, b3 = NULL, b4 = NULL,
+                          similarity = TRUE, preset = "classic") {
+  parameters <- library_parameters(preset, kind, gaps, b0, b1, b2, b3, b4, similarity)
   ali <- in_library(x)
   found <- told(.Call(trimora_select, ali, parameters))
   structure(

@@ -130,14 +130,14 @@ trimora::Parameters parameters_in(const Arguments& arguments) {
     if (!number) return {};
     return trimora::Sequences{*number, cpp11::as_cpp<bool>(arguments[per_cent])};
   };
-  trimora::Parameters parameters;
+  trimora::Parameters parameters = trimora::preset(cpp11::as_cpp<std::string>(arguments["preset"]));
   parameters.kind = kind_in(arguments["kind"]);
-  parameters.gaps = static_cast<trimora::Gaps>(cpp11::as_cpp<int>(arguments["gaps"]));
+  if (const auto gaps = given(arguments["gaps"])) parameters.gaps = static_cast<trimora::Gaps>(*gaps);
   parameters.b0 = given(arguments["b0"]);
-  parameters.b1 = share("b1", "b1_per_cent");
-  parameters.b2 = share("b2", "b2_per_cent");
-  parameters.b3 = cpp11::as_cpp<int>(arguments["b3"]);
-  parameters.b4 = cpp11::as_cpp<int>(arguments["b4"]);
+  if (const auto b1 = share("b1", "b1_per_cent")) parameters.b1 = b1;
+  if (const auto b2 = share("b2", "b2_per_cent")) parameters.b2 = b2;
+  if (const auto b3 = given(arguments["b3"])) parameters.b3 = *b3;
+  if (const auto b4 = given(arguments["b4"])) parameters.b4 = *b4;
   parameters.similarity = cpp11::as_cpp<bool>(arguments["similarity"]);
   return parameters;
 }

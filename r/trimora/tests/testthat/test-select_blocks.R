@@ -39,8 +39,8 @@ gap_names <- c("none", "half", "all")
 table_of_program <- function(file, kind, parameters) {
   short <- c(none = "N", half = "H", all = "A", "TRUE" = "Y", "FALSE" = "N")
   value <- vapply(parameters, as.character, "")
-  value <- ifelse(value %in% names(short), short[value], value)
-  option <- c(gaps = "b5", similarity = "b6", b0 = "b0", b1 = "b1", b2 = "b2", b3 = "b3", b4 = "b4")[names(parameters)]
+  value <- ifelse(value %in% names(short) & names(parameters) != "preset", short[value], value)
+  option <- c(preset = "-preset", gaps = "b5", similarity = "b6", b0 = "b0", b1 = "b1", b2 = "b2", b3 = "b3", b4 = "b4")[names(parameters)]
   options <- if (length(value) > 0) paste0("-", option, "=", value)
   arguments <- c(file, "--columns", paste0("-t=", toupper(substr(kind, 1, 1))), options)
   status <- system2(program, shQuote(arguments), stdout = FALSE, stderr = FALSE)
@@ -67,7 +67,8 @@ test_that("examples and drawn alignments are as the program says", {
     file <- file.path(folder, name)
     file.copy(example_file(name), file)
     kind <- if (name == "globins.fas") "protein" else "dna"
-    for (parameters in list(list(), list(gaps = "half", b4 = 5), list(gaps = "all", b1 = "60%", similarity = FALSE))) {
+    for (parameters in list(list(), list(gaps = "half", b4 = 5), list(gaps = "all", b1 = "60%", similarity = FALSE),
+                            list(preset = "relaxed", b3 = 4), list(preset = "none"))) {
       sel <- do.call(select_blocks, c(list(file, kind = kind), parameters))
       expect_as_program(sel, table_of_program(file, kind, parameters))
     }
