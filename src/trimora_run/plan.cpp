@@ -270,6 +270,9 @@ std::vector<std::string> joined_results(const Plan& plan, const Settings& settin
 
 /// Whether `name` ends as the results of a run with this suffix do, in any form.
 bool ends_like_result(std::string_view name, const Settings& settings) {
+  const std::size_t stem = name.find_last_not_of("0123456789") + 1;
+  if (name.substr(0, stem).ends_with(".part") && stem < name.size())
+    name = name.substr(0, stem - 5);  // of a killed run
   for (const char* form : {".fasta", ".phy", ".nexus"}) {
     if (name.ends_with(form)) {
       name.remove_suffix(std::string_view(form).size());
