@@ -43,6 +43,13 @@ sed 's/A/C/' gene >two.fas
 wait $! || fail "HUP ends a run under nohup"
 [ "$(wc -l <table)" -eq 3 ] || fail "HUP: no table"
 
+# What a killed run leaves is no alignment of the next one.
+fresh
+rm two.fas
+cp gene one.fas-tr.fasta.part1
+"$program" . -t=D -p=n -s=n -b4=2 --table=table | grep -q '^1 result of an earlier run left out$' || fail "unfinished files are read"
+[ "$(cut -f 1 table | xargs)" = "alignment ./gene ./one.fas" ] || fail "$(cat table)"
+
 # No room: the run says so, and the old file stays.
 limited() { (ulimit -f 1; exec "$@"); }
 fresh
