@@ -99,7 +99,7 @@ enum class Form { fasta, phylip, nexus, trimora };
 class TRIMORA_API Alignment {
  public:
   /// The rows called `names`, in their order. '-' and '.' are gaps. `kind` unset: the letters decide it when it is needed.
-  /// Error    unequal_lengths; too_few_sequences without any row; bad_argument when there are more names or fewer than rows
+  /// Error    unequal_lengths; too_few_sequences below two; bad_argument when there are more names or fewer than rows
   Alignment(const std::vector<std::string>& names, const std::vector<std::string>& rows, std::optional<Kind> kind = {});
 
   /// The same of letters that are elsewhere. `row` is called once for each sequence, in their order, and its result is copied

@@ -11,7 +11,7 @@ namespace trimora::rooms {
 
 namespace {
 
-constexpr std::size_t sample_genes = 200;  // whose names are kept
+constexpr std::size_t sample_genes = 200;  // whose names are kept, at most
 constexpr int most_species = 20000;        // more are not compared
 constexpr std::size_t shortest = 6;        // letters and digits of names whose spelling is compared
 constexpr std::size_t most_pairs = 1000;   // looked at
@@ -159,7 +159,12 @@ void Identity::add(const std::string& path, const Table<std::string>& name) {
     seen.told = true;
     merged_.push_back({entry->first, seen.name, seen.path, std::string(plain), path});
   }
-  if (sample_.size() >= sample_genes) return;
+  if (genes_++ % every_ != 0) return;
+  if (sample_.size() == sample_genes) {  // of twice as many, every second one
+    for (std::size_t k = 0; 2 * k < sample_.size(); ++k) sample_[k].swap(sample_[2 * k]);
+    sample_.resize(sample_genes / 2);
+    every_ *= 2;
+  }
   Names& names = sample_.emplace_back();
   for (int i = 1; i <= name.size(); ++i) names.emplace_back(plain_name(name[i]));
 }

@@ -47,7 +47,7 @@ class Identity {
   };
   const std::vector<Merged>& merged() const { return merged_; }
 
-  /// The names as they are in the first genes: enough to propose rules.
+  /// The names as they are in some genes from the first to the last: enough to propose rules.
   const std::vector<Names>& sample() const { return sample_; }
 
  private:
@@ -56,7 +56,8 @@ class Identity {
     bool told = false;
   };
   KeyRule rule_;
-  std::vector<Names> sample_;
+  std::vector<Names> sample_;  // of every `every_`th gene
+  std::size_t genes_ = 0, every_ = 1;
   std::unordered_map<std::string, Seen> epithets_;  // the first of each key
   std::vector<Merged> merged_;
 };

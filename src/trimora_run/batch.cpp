@@ -6,6 +6,7 @@
 #include "ground/path.h"
 #include "ground/version.h"
 #include "output/forms.h"
+#include "trimora_run/interruption.h"
 #include "trimora_run/notes.h"
 #include "trimora_run/notes_on_batch.h"
 #include "trimora_run/options.h"
@@ -44,7 +45,7 @@ Batch::Batch(const Settings& settings, const Plan& plan, const Filters& filters)
       all_(joined_choice(plan, settings)),
       identity_(settings.keys()) {
   if (!settings.filters() || settings.filter()) return;
-  left_out_.emplace(left_out_path(plan));
+  left_out_.emplace(left_out_path(plan), &unfinished());
   write_left_out_header(left_out_->out());
 }
 
@@ -152,8 +153,8 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) {
     const std::string model = given ? settings_.model : seq_type == 'P' ? "LG" : "DNA";
     const Division division = seq_type == 'C' ? settings_.division.value_or(Division::positions) : Division::genes;
     const Partitions& parts = all_.partitions(joined);
-    write_whole(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, division); });
-    write_whole(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, division); });
+    write_result(raxml_file(path), [&](OutputFile& out) { parts.write_raxml(out, model, division); });
+    write_result(nexus_file(path), [&](OutputFile& out) { parts.write_nexus(out, division); });
     written.insert(written.end(), {raxml_file(path), nexus_file(path)});
   }
   voice.account(joined_by(decided, "; ") + ": " + joined_by(written, ", "));
@@ -164,12 +165,12 @@ void Batch::write_files_of_batch(Voice& voice) {
   const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
   std::vector<std::string> written;
   if (!settings_.occupancy.empty()) {
-    write_whole(settings_.occupancy,
-                [&](OutputFile& out) { write_occupancy(out, occupancy_, row, chosen_, all_.name()); });
+    write_result(settings_.occupancy,
+                 [&](OutputFile& out) { write_occupancy(out, occupancy_, row, chosen_, all_.name()); });
     written.push_back(settings_.occupancy);
   }
   if (writes_kept(settings_)) {
-    write_whole(kept_path(plan_), [&](OutputFile& out) {
+    write_result(kept_path(plan_), [&](OutputFile& out) {
       for (const std::string& path : kept_) out.put(path + '\n');
     });
     written.push_back(kept_path(plan_));
@@ -227,7 +228,7 @@ void Batch::write_page(const std::vector<TableRow>& rows, Voice& voice) const {
     return rows[r].status == TableRow::Status::ok ? report_path(plan_.jobs[r], settings_) : "";
   };
   const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
-  write_whole(settings_.overview, [&](OutputFile& out) {
+  write_result(settings_.overview, [&](OutputFile& out) {
     write_overview(out, about, rows, report, {occupancy_, row, chosen_, all_.name()});
   });
   voice.account("overview: " + settings_.overview);

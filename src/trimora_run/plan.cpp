@@ -66,6 +66,12 @@ void find_coding(Plan& plan, const Settings& settings, bool from_list) {
   for (std::size_t k = 0; k < files.size(); ++k) plan.jobs[k].coding = files[k];
 }
 
+/// The name that a file was to have which a killed run has left unfinished.
+std::string_view finished(std::string_view name) {
+  const std::size_t stem = name.find_last_not_of("0123456789") + 1;
+  return name.substr(0, stem).ends_with(".part") && stem < name.size() ? name.substr(0, stem - 5) : name;
+}
+
 /// Whether `name` ends as the results of a run with this suffix do, in any form.
 bool ends_like_result(std::string_view name, const Settings& settings) {
   for (const char* form : {".fasta", ".phy", ".nexus"}) {
@@ -90,8 +96,9 @@ void leave_out_results(Plan& plan, const Settings& settings) {
   }
   for (const std::string& result : joined_results(plan, settings)) written.emplace(places.of(result), true);
   const auto own = [&](const Job& job) {
-    const bool like_result = !settings.join && ends_like_result(getpath(job.stem).name_file, settings);
-    return like_result || written.contains(places.of(job.path));
+    const std::string name = getpath(job.stem).name_file;
+    const bool like_result = !settings.join && ends_like_result(finished(name), settings);
+    return like_result || written.contains(places.of(std::string(finished(job.path))));
   };
   const auto left_out = static_cast<long long>(std::erase_if(plan.jobs, own));
   if (left_out > 0) plan.decided.push_back(number_of(left_out, "result") + " of an earlier run left out");

@@ -9,6 +9,7 @@
 #include "output/whole_file.h"
 #include "trimora_run/batch.h"
 #include "trimora_run/filters.h"
+#include "trimora_run/interruption.h"
 #include "trimora_run/options.h"
 #include "trimora_run/plan.h"
 #include "trimora_run/terminal.h"
@@ -52,7 +53,7 @@ class ResultsTable {
     if (settings.table == "-") {
       stream_.emplace(stdout);
     } else if (!settings.table.empty()) {
-      file_.emplace(settings.table);
+      file_.emplace(settings.table, &unfinished());
     }
     if (OutputFile* out = this->out()) write_table_header(*out);
   }

@@ -12,8 +12,8 @@
 #include "input/read.h"
 #include "output/columns.h"
 #include "output/results.h"
-#include "output/whole_file.h"
 #include "selection/parameters.h"
+#include "trimora_run/interruption.h"
 #include "trimora_run/notes.h"
 #include "trimora_run/result_paths.h"
 #include "trimora_run/words.h"
@@ -105,7 +105,7 @@ void write_results(const Settings& settings, Outcome& outcome) {
   const OutputState& run = outcome.run;
   const LetterMap letters = letters_written(settings, run.seq_type);
   const auto whole = [&](const std::string& path, auto write) {
-    write_whole(path, write);
+    write_result(path, write);
     outcome.written.push_back(path);
   };
   // What goes into a concatenation by name is called by its key there: its own file is no reason to stop.
@@ -313,7 +313,7 @@ void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms
     Sheet named = sheet;
     named.name = &names.name;
     const std::string whole = path + std::string(ending(form));
-    write_whole(whole, [&](OutputFile& out) { write_form(out, named, form, run); });
+    write_result(whole, [&](OutputFile& out) { write_form(out, named, form, run); });
     written.push_back(whole);
     changed = std::max(changed, names.changed);
     for (int i = 1; i <= names.name.size() && names.changed > 0; ++i) {
@@ -324,7 +324,7 @@ void write_forms(const std::string& path, const Sheet& sheet, const Forms& forms
   }
   const bool told = std::find(written.begin(), written.end(), changed_names) != written.end();
   if (changed == 0 || told) return;
-  write_whole(changed_names, [&](OutputFile& out) { out.put("form\tnew\toriginal\n" + changes); });
+  write_result(changed_names, [&](OutputFile& out) { out.put("form\tnew\toriginal\n" + changes); });
   written.push_back(changed_names);
   decided.push_back(std::to_string(changed) + (changed == 1 ? " name" : " names") +
                     " changed to fit the form, listed in " + changed_names);

@@ -161,5 +161,20 @@ TEST(Identity, KeysThatHideTwoSpecies) {
   }
 }
 
+// What is proposed rests on genes from all over a batch, however long it is: the first ones may be of another kind.
+TEST(Identity, SamplesTheWholeBatch) {
+  Identity identity({});
+  for (int gene = 0; gene < 1000; ++gene) {
+    const std::string locus = "|g" + std::to_string(gene);
+    const std::string ending = gene < 300 ? locus : "_XP" + std::to_string(2 * gene) + locus;
+    const std::string other = gene < 300 ? locus : "_XP" + std::to_string(2 * gene + 1) + locus;
+    identity.add("", table({"Homo_sapiens" + ending, "Mus_musculus" + other}));
+    ASSERT_LE(identity.sample().size(), 200U);
+  }
+  const auto found = proposals(identity.sample());
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(options_for(found[0].rule), "--name-parts=1-2");  // --name-end='|' would do for the first 300 alone
+}
+
 }  // namespace
 }  // namespace trimora::rooms

@@ -2,7 +2,7 @@
 
 Each batch, numbered FIRST to LAST, has genes with missing species, fragments, unknown letters and gaps at the ends. It is
 trimmed with random filters and put together, or only put together (--join). What the run writes is compared with what this
-program makes of the genes and of the single files: the supermatrix, the four counts of each gene, variable and informative
+program makes of the genes and of the single files: the supermatrix and its partitions, the four counts of each gene, variable and informative
 columns, occupancy, what was left out, the genes kept. The data of the overview are those of the table and the occupancy.
 """
 import json
@@ -14,15 +14,15 @@ import subprocess
 import sys
 
 program, first_batch, last_batch = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
-STATES = {"D": "ACGT", "P": "ACDEFGHIKLMNPQRSTVWY"}
-UNKNOWN = {"D": "N?*!", "P": "X?*!"}
+STATES = {"D": "ACGT", "C": "ACGT", "P": "ACDEFGHIKLMNPQRSTVWY"}
+UNKNOWN = {"D": "N?*!", "C": "N?*!", "P": "X?*!"}
 
 
 def gene(number, kind, species):
     """Names and rows of one gene."""
     width = random.randint(20, 90)
     ancestor = random.choices(STATES[kind], k=width)
-    other = STATES[kind] + random.choice(["", "-", UNKNOWN[kind][:2], "RY" if kind == "D" else "BZ"]) + "--"
+    other = STATES[kind] + random.choice(["", "-", UNKNOWN[kind][:2], "BZ" if kind == "P" else "RY"]) + "--"
     rows = []
     for one in random.sample(species, random.randint(2, len(species))):
         row = [random.choice(other) if random.random() < 0.08 else letter for letter in ancestor]
@@ -69,6 +69,30 @@ def enough(number, least, of):
     return number * 100 >= int(least[:-1]) * of if least.endswith("%") else number >= int(least)
 
 
+def partitions(widths, division):
+    """The columns of each partition of genes with these names and widths, from 1."""
+    expected, end = [], 0
+    for name, width in widths:
+        columns = range(end + 1, end + width + 1)
+        end += width
+        for ending, chosen in {"genes": {"": "123"}, "positions": {"_pos1": "1", "_pos2": "2", "_pos3": "3"},
+                               "12+3": {"_pos12": "12", "_pos3": "3"}}[division].items():
+            members = [c for k, c in enumerate(columns) if str(k % 3 + 1) in chosen]
+            expected += [(name + ending, members)] * bool(members)
+    return expected
+
+
+def ranges_in(text, pattern):
+    """The partitions in a file: their names, and the columns of their ranges."""
+    found = []
+    for name, ranges in re.findall(pattern, text, re.M):
+        members = []
+        for first, last, step in re.findall(r"(\d+)(?:-(\d+))?(?:\\(\d))?", ranges):
+            members += range(int(first), int(last or first) + 1, int(step or 1))
+        found.append((name, sorted(members)))
+    return found
+
+
 def overview(path):
     """Its table and occupancy, as the files of the run have them."""
     data = json.loads(re.search('(?s) id="data">(.*?)</script>', pathlib.Path(path).read_text())[1])
@@ -86,18 +110,19 @@ def batch(number):
     random.seed(number)
     shutil.rmtree("batch", ignore_errors=True)
     pathlib.Path("batch/genes").mkdir(parents=True)
-    kind, join = random.choice("DP"), random.random() < 0.3
+    kind, join = random.choice("DPC"), random.random() < 0.3
     species = [f"Genus_{chr(97 + k) * 3}" for k in range(random.randint(3, 10))]
     genes = {f"batch/genes/g{k:02}": gene(k, kind, species) for k in range(random.randint(2, 8))}
     for path, rows in genes.items():
         pathlib.Path(path).write_text("".join(f">{name}\n{row}\n" for name, row in rows))
+    division = random.choice(["genes", "positions", "12+3"]) if kind == "C" else "genes"
     maybe = lambda *values: random.choice([None, None, *values])
     filled, columns = (None, None) if join else (maybe("60%", "90%"), maybe("20", "40"))
     least_species, least_genes = maybe("2", "4", "50%", "75%"), maybe("2", "30%", "60%")
     listed = maybe(random.sample(species, random.randint(2, len(species))))
     new = {one: f"new_{one}" if listed and random.random() < 0.3 else one for one in listed or species}
     options = ["batch/genes", f"-t={kind}", "--match=name", "--name-end=|", "--into=batch/out", "--name=all", "--quiet",
-               "--table=batch/table", "--occupancy=batch/occupancy", "--overview=batch/page.html"]
+               "--table=batch/table", "--occupancy=batch/occupancy", "--overview=batch/page.html", f"--partitions={division}"]
     options += ["--join"] if join else ["-a=y", "-b4=2", "-p=n", "-b5=" + random.choice("nha"), "-b3=4"]
     for option, value in {"filled": filled, "columns": columns, "species": least_species, "genes": least_genes}.items():
         options += [f"--min-{option}={value}"] if value else []
@@ -177,6 +202,11 @@ def batch(number):
     width = {path: len(rows[0][1]) for path, rows in after.items()}
     matrix = [(new[one], "".join(rows_of[path].get(one, "?" * width[path]) for path in after)) for one in kept]
     assert read(joined) == matrix, "supermatrix"
+    expected = partitions([(path[12:], width[path]) for path in after], division)
+    nexus = joined.with_suffix(".nex").read_text()
+    raxml = joined.with_suffix(".partitions").read_text()
+    assert ranges_in(raxml, rf"^{'LG' if kind == 'P' else 'DNA'}, (\w+) = (.*)$") == expected, "partitions"
+    assert ranges_in(nexus, r"^  charset (\w+) = (.*);$") == 2 * expected, "charsets"
     occupancy = [["species", *after]]
     for one in kept:
         cells = [str(counts(rows_of[p][one], kind)[0]) if one in rows_of[p] else "NA" for p in after]
