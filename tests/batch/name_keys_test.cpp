@@ -126,6 +126,8 @@ TEST(Identity, NamesThatLookAlike) {
       {"letters_swapped", {"Homo_sapeins", "Pan"}, "Homo_sapeins~Homo_sapiens "},
       {"genus_abbreviated", {"M.mulatta", "Pan"}, "M.mulatta~Macaca_mulatta "},
       {"other_number", {"S02", "Pan"}, ""},
+      {"number_added", {"Macaca_mulatta2", "Pan"}, ""},
+      {"number_of_another", {"Homo_sapiens1", "Macaca_mulatta3", "Pan"}, ""},
       {"both_in_one_gene", {"Macaca_mulata", "Macaca_mulatta"}, ""},
   };
   for (const auto& [what, third, expected] : cases) {

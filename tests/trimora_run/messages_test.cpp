@@ -129,8 +129,11 @@ TEST_F(Messages, OfRealFiles) {
     {"end.fas",    ">a\nACDEF*-\n>b\nACDEF*-\n>c\nACDEFGH\n"},
     {"x.fas",      ">a\nXC?EF\n>b\nACDEF\n>c\nACDEF\n"},
     {"frame.fas",  ">a\nACG--TAAACG\n>b\nACG--TTTACG\n"},
-    {"final.fas",  ">a\nACGACGTAA\n>b\n--GACGTAA\n"},
+    {"final.fas",  ">a\nACGACGTAA\n>b\n--GACGTAA\n>c\nACGTAA---\n"},
     {"tga.fas",    ">a\nACGTGAGUUACG\n>b\nACGTGAGUUACG\n"},
+    {"j.fas",      ">a\nACDJFGHIKL\n>b\nACDLFGHIKL\n>c:\nACDLFGHIKL\n"},
+    {"words2.fas", ">a about:this\nACDEF\n>b (that)\nACDEF\n"},
+    {"xgaps.fas",  ">a\nACXEFXHIKL\n>b\nAC-EF-HIKL\n>c\nACDEFGHIKL\n"},
     {"uaa.fas",    ">a\nACGUAAGUUACG\n>b\nACGUACGUUACG\n"},
     {"lost.fas",   ">a\nACGTGCAAC\n>b\nACGTTAACG\n>c\nACGATGAC-\n"},
     {"noframe.fas", ">a\nAACGAC\n>b\nTACGTT\n>c\nGACGTG\n"},
@@ -239,11 +242,13 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
     {"ab -t=P -p=n -s=n --species=species --table=species", 1, "ab: the result species would replace the input species: choose"},
+    {"ab -t=P -p=n -s=n --species=blank", 1, "blank: lists no species"},
     {"p.fas -t=P -p=n -s=n --codons=wrong.cds --codon-names=bare --table=bare", 1, "p.fas: the result bare would replace the input bare: choose"},
     {"p.fas -t=P -p=n -s=n --codons=codings --table=codings", 1, "p.fas: the result codings would replace the input codings: choose"},
     {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
     {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
+    {"a.fas hard.fas -t=P -p=n -s=n -b4=2", 0, ""},
     {"a.fas -t=P --table=a.fas-tr.fasta", 1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
     {"a.fas a.fas.gz -t=P",         1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
     {"a.fas sub/a.fas --into=out",  1, "sub/a.fas: has the same name as a.fas, whose results it would replace in out: rename"},
@@ -253,10 +258,13 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas -t=P -p=n -s=n -b4=2 --table=/nowhere/t", 1, "/nowhere/t: could not be written: No such file or directory"},
     // notes on the letters
     {"x.fas -t=P -s=n -p=n -b4=2",  0, "x.fas: 40 % of the columns hold X or ? and no gap, and can be selected: where data are missing, write - instead"},
+    {"x.fas -t=P -s=n -p=n -b4=2 -b5=a", 0, ""},
+    {"xgaps.fas -t=P -s=n -p=n -b4=2", 0, ""},
     {"points.fas -p=n -s=n -b4=2",  0, "points.fas: '.' is read as a gap, but seems to mean 'as in the first sequence' here: write"},
     {"first.fas -p=n -s=n -b4=2", 0, ""},
     {"marks.fas -t=P -p=n -s=n -b4=2", 0, "marks.fas: holds ! (2 in all), at which IQ-TREE and RAxML stop: --unknown=x writes X instead\ntrimora-run: marks.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
     {"marks.fas -t=P -p=n -s=n -b4=2 --unknown=x", 0, ""},
+    {"j.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, "j.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
     {"dna.fas -p=n -s=n -t=P",      0, "dna.fas: is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons"},
     {"points.fas -p=n -s=n -t=D -b4=2", 0, "points.fas: is read as nucleotides, but looks like protein: -t=P"},
     {"dna.fas -p=n -s=n -t=C",      0, "dna.fas: has 22 positions, which is not a multiple of three: does its first column begin a codon?"},
@@ -274,6 +282,7 @@ TEST_F(Messages, OfRealFiles) {
     {"words.fas -t=P -p=n -s=n -b4=2", 0, "words.fas: sequences 1 and 2 have the same name up to the first blank, a, where many"},
     {"tree.fas -t=P -p=n -s=n -b4=2", 0, "tree.fas: names with ( ) [ ] , : ; or ' break trees (first in sequence 1, a:b): --format=phylip or nexus writes _ instead"},
     {"tree.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, ""},
+    {"words2.fas -t=P -p=n -s=n -b4=2", 0, ""},
     // on the selection
     {"hollow.fas -t=P -p=n -s=n",   0, "hollow.fas: nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: 2 (b, 100 %): leave these out, or try -b5=h"},
     {"hollow.fas -t=P -p=n -s=n -b5=h", 0, "hollow.fas: nothing was selected, and tree programs stop at an empty alignment: no block is as long as b4 asks for: try a lower -b4"},
@@ -354,14 +363,15 @@ TEST_F(Messages, NoInputIsReplaced) {
   for (const char* result :
        {"a.fas-tr.fasta", "a.fas-tr.nexus", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS", "a.fas-trComp.fasta",
         "a.fas--.nexus", "a.fas-tr.columns.tsv", "a.fas.names.tsv", "list-tr.seq.fasta", "list.seq.nexus",
-        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "table"}) {
+        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "list.kept.txt",
+        "list.left_out.tsv", "letters.tsv", "table"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
       if (linked) fs::create_symlink("b.fas", result);
       write("list", std::string("a.fas\n") + (linked ? "b.fas" : result) + "\n");
       const Said said = run(
-          "list -t=P -b4=2 --format=fasta,nexus -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table");
+          "list -t=P -b4=2 --format=fasta,nexus -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --min-columns=1 --occupancy=letters.tsv --table=table");
       EXPECT_EQ(said.status, 1) << result;
       EXPECT_NE(said.notes.find(std::string("the result ") + result + " would replace the input "), std::string::npos)
           << said.notes;
