@@ -140,6 +140,12 @@ TEST(Identity, NamesThatLookAlike) {
     }
     EXPECT_EQ(found, expected) << what;
   }
+  for (const auto& [times, pairs] : {std::pair(2, 1U), std::pair(3, 0U)}) {  // what comes more often is no slip
+    Species species;
+    for (int k = 0; k < 4; ++k) species.add(table(usual));
+    for (int k = 0; k < times; ++k) species.add(table({"Macaca_mulata", "Pan"}));
+    EXPECT_EQ(lookalikes(species).size(), pairs) << times;
+  }
 }
 
 TEST(Identity, KeysThatHideTwoSpecies) {

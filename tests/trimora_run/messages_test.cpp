@@ -82,6 +82,7 @@ TEST_F(Messages, OfRealFiles) {
     {"wrong.cds",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"codings",    "wrong.cds\n"},
     {"cds/x.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"own/p.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"cds/y.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"dup/p.1.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"dup/p.2.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
@@ -216,6 +217,7 @@ TEST_F(Messages, OfRealFiles) {
     {"same.fas -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "same.fas: two sequences are called a, sequences 1 and 2 (paralogs?), and nothing tells"},
     {"a.fas -t=P -p=n -s=n -b4=2 -a=y --match=name --name-end=a", 1, "a.fas: the name of sequence 1 (a) does not tell its species"},
     {"fit.fas -t=P -p=n --format=phylip", 1, "fit.fas: two sequences are called a_ in PHYLIP, which cannot hold all characters of their names: rename one"},
+    {"tree.fas fit.fas -t=P -p=n -b4=2 -a=y --format=phylip --into=made/fit", 1, "fit.fas: two sequences are called a_ in PHYLIP"},
     {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
     {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
     {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
@@ -245,6 +247,7 @@ TEST_F(Messages, OfRealFiles) {
     {"ab -t=P -p=n -s=n --species=blank", 1, "blank: lists no species"},
     {"p.fas -t=P -p=n -s=n --codons=wrong.cds --codon-names=bare --table=bare", 1, "p.fas: the result bare would replace the input bare: choose"},
     {"p.fas -t=P -p=n -s=n --codons=codings --table=codings", 1, "p.fas: the result codings would replace the input codings: choose"},
+    {"p.fas k.fas -t=P -p=n -s=n --codons=own --table=own/p.fna", 1, "p.fas: the result own/p.fna would replace the input own/p.fna: choose"},
     {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
     {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
@@ -267,6 +270,7 @@ TEST_F(Messages, OfRealFiles) {
     {"j.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, "j.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
     {"dna.fas -p=n -s=n -t=P",      0, "dna.fas: is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons"},
     {"points.fas -p=n -s=n -t=D -b4=2", 0, "points.fas: is read as nucleotides, but looks like protein: -t=P"},
+    {"two.pir -p=n -s=n -t=D", 0, "two.pir: is read as nucleotides, but looks like protein: -t=P"},
     {"dna.fas -p=n -s=n -t=C",      0, "dna.fas: has 22 positions, which is not a multiple of three: does its first column begin a codon?"},
     {"frame.fas -p=n -s=n -t=C -b4=2", 0, "frame.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 6 of sequence 1 (a): does"},
     {"uaa.fas -p=n -s=n -t=C -b4=2", 0, "uaa.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 4 of sequence 1 (a): does"},
@@ -320,6 +324,7 @@ TEST_F(Messages, OfRealFiles) {
   fs::create_directory("sub");
   fs::create_directory("list");
   fs::create_directory("cds");
+  fs::create_directory("own");
   fs::create_directory("dup");
   for (const auto& [path, text] : files) write(path, text);
   write("x.pir", ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF*\n");
