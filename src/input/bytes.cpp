@@ -39,8 +39,9 @@ class FileBytes : public Bytes {
     errno = 0;
     const std::size_t bytes = std::fread(block_.get(), 1, bytesatatime, file_.get());
     if (std::ferror(file_.get()) != 0) fail();  // half an alignment must not pass for a whole one
-    // Cut off, or still being written: what was read may be neither the old file nor the new one.
-    if (bytes == 0 && end_ && end().value_or(*end_) != *end_) {
+    // Cut off, or still being written: what was read may be neither the old file nor the new one. Of the standard input,
+    // which may be a pipe, Windows says anything.
+    if (bytes == 0 && !path_.empty() && end_ && end().value_or(*end_) != *end_) {
       throw Failure{.kind = Failure::Kind::changed, .file = path_};
     }
     return {block_.get(), bytes};

@@ -124,10 +124,9 @@ void write_results(const Settings& settings, Outcome& outcome) {
   }
   if (!settings.codons.empty()) {
     const std::vector<Stretch> all = {{1, outcome.codons.nupo}};
-    Sheet sheet = sheet_of(outcome.codons, all);
+    const Sheet sheet = sheet_of(outcome.codons, all);  // whose letters no program stops at
     InputState as_codons = run;
     as_codons.seq_type = 'C';
-    if (settings.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings, 'C'));
     write_forms(codons_path(run), sheet, settings.forms, as_codons, changed_names, outcome.decided, outcome.written,
                 unique);
   }

@@ -126,6 +126,8 @@ TEST(Identity, NamesThatLookAlike) {
       {"letters_swapped", {"Homo_sapeins", "Pan"}, "Homo_sapeins~Homo_sapiens "},
       {"genus_abbreviated", {"M.mulatta", "Pan"}, "M.mulatta~Macaca_mulatta "},
       {"other_number", {"S02", "Pan"}, ""},
+      {"number_added", {"Macaca_mulatta2", "Pan"}, ""},
+      {"number_of_another", {"Homo_sapiens1", "Macaca_mulatta3", "Pan"}, ""},
       {"both_in_one_gene", {"Macaca_mulata", "Macaca_mulatta"}, ""},
   };
   for (const auto& [what, third, expected] : cases) {
@@ -137,6 +139,12 @@ TEST(Identity, NamesThatLookAlike) {
       found += name(pair.first) + (pair.how == Lookalikes::How::signs ? "=" : "~") + name(pair.second) + " ";
     }
     EXPECT_EQ(found, expected) << what;
+  }
+  for (const auto& [times, pairs] : {std::pair(2, 1U), std::pair(3, 0U)}) {  // what comes more often is no slip
+    Species species;
+    for (int k = 0; k < 4; ++k) species.add(table(usual));
+    for (int k = 0; k < times; ++k) species.add(table({"Macaca_mulata", "Pan"}));
+    EXPECT_EQ(lookalikes(species).size(), pairs) << times;
   }
 }
 

@@ -16,8 +16,12 @@ TEST(Partitions, NamesFromFileNames) {
       {"a - b.fas", "a_b"},
       {"\xc3\xbc", "ue"},
       {"\xc3\xa9t\xc3\xa9.fas", "ete"},
+      {"e\xcc\x80te\xcd\xaf.fas", "ete_2"},              // marks on the letters before
+      {"\xce\xb1\xcf\x89-\xd0\xb6\xd1\x8f", "ao_zhya"},  // Greek, Cyrillic
       {"\xe5\x90\x8d", "p_"},
       {"end.fas", "end_2"},
+      {"remainder.fas", "remainder_2"},
+      {"EndBlock", "EndBlock_2"},
       {"All", "All_2"},
       {"locus_0003_2", "locus_0003_2_2"},
       {longest, longest.substr(0, 80)},

@@ -114,6 +114,7 @@ TEST(Read, Fasta) {
     {"name_alone",         ">a\nAC\n>b\n>c\nAC\n",              "[unfinished_record 2 b/2]"},
     {"lengths_differ",     ">a\nAC\n>b\nACG\n",                 "[unequal_lengths 2 b 3/2]"},
     {"a3m",                ">a\nACGT\n>b\nACaaGT\n",            "[refused_format 2 b 'A3M' 6/4]"},
+    {"lower_case_longer",  ">a\nACGT\n>b\nacgtac\n",               "[unequal_lengths 2 b 6/4]"},
     {"one_sequence",       ">a\nAC\n",                          "[too_few_sequences 1/2]"},
   });
 }
@@ -181,6 +182,7 @@ TEST(Read, Phylip) {
     {"paml",               "2 4\nHomo sapiens  AC GT\nMus musculus\nAC\nGT\n", "Homo sapiens=ACGT;Mus musculus=ACGT; layout"},
     {"paml_interleaved",   "2 4 I\na AC\nb AC\nGT\nGA\n",                     "a=ACGT;b=ACGA;"},
     {"paml_genes",         "2 4 GC\nG2\n1122\na ACGT\nb ACGT\n",              "a=ACGT;b=ACGT;"},
+    {"paml_sequential",    "2 30 S\nACGTACGTACACGTACGTAC\nACGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\n", "ACGTACGTAC=ACGTACGTACACGTACGTACACGTACGTAC;TCGTACGTAC=ACGTACGTACTCGTACGTACACGTACGTAC; layout"},
     {"paml_lengths",       "2 4 G\nG 2 2 2\na ACGT\nb ACGT\n",                "a=ACGT;b=ACGT;"},
     {"name_of_digits",     "2 4 G\nG2 2 2\n1\nACGT\n2\nACGT\n",               "1=ACGT;2=ACGT;"},
     {"dots",               "2 4\na ACGT\nb ..-A\n",                           "a=ACGT;b=AC-A; resolved:2"},
@@ -226,6 +228,7 @@ TEST(Read, Nexus) {
     {"neither_line", data("ntax=2 nchar=5", "datatype=dna", "\n\na AC\n\nb AC\n\na GTA\nb G{A"),               "[bad_record '{A' 13]"},
     {"unsaid_unfinished", "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=5;matrix a AC\nb AC\na GTA\nb GAA\n",  "[unfinished_record 1 a '; after the matrix']"},
     {"too_few",      data("ntax=3 nchar=2", "datatype=dna", "a AC\nb AC"),                                      "[unfinished_record 'sequences' 2/3]"},
+    {"too_few_taxa", "#NEXUS\nbegin taxa; dimensions ntax=3; end;\nbegin characters; dimensions nchar=2; matrix a AC\nb AC\n; end;", "[unfinished_record 'sequences' 2/3]"},
     {"too_short",    data("ntax=2 nchar=3", "datatype=dna", "a ACG\nb AC"),                                     "[unequal_lengths 2 b 2/3]"},
     {"too_long",     data("ntax=2 nchar=2", "datatype=dna", "a ACG\nb AC"),                                     "[unequal_lengths 1 a 3/2]"},
     {"no_matrix",    "#NEXUS\nbegin trees; tree a=(a,b); end;\n",                                               "[unfinished_record 'a matrix of characters']"},

@@ -82,6 +82,7 @@ TEST_F(Messages, OfRealFiles) {
     {"wrong.cds",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"codings",    "wrong.cds\n"},
     {"cds/x.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
+    {"own/p.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"cds/y.fna",  ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"dup/p.1.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
     {"dup/p.2.fna", ">a\nATGAAACTG\n>b\nATGCCCTGGCTG\n"},
@@ -129,8 +130,11 @@ TEST_F(Messages, OfRealFiles) {
     {"end.fas",    ">a\nACDEF*-\n>b\nACDEF*-\n>c\nACDEFGH\n"},
     {"x.fas",      ">a\nXC?EF\n>b\nACDEF\n>c\nACDEF\n"},
     {"frame.fas",  ">a\nACG--TAAACG\n>b\nACG--TTTACG\n"},
-    {"final.fas",  ">a\nACGACGTAA\n>b\n--GACGTAA\n"},
+    {"final.fas",  ">a\nACGACGTAA\n>b\n--GACGTAA\n>c\nACGTAA---\n"},
     {"tga.fas",    ">a\nACGTGAGUUACG\n>b\nACGTGAGUUACG\n"},
+    {"j.fas",      ">a\nACDJFGHIKL\n>b\nACDLFGHIKL\n>c:\nACDLFGHIKL\n"},
+    {"words2.fas", ">a about:this\nACDEF\n>b (that)\nACDEF\n"},
+    {"xgaps.fas",  ">a\nACXEFXHIKL\n>b\nAC-EF-HIKL\n>c\nACDEFGHIKL\n"},
     {"uaa.fas",    ">a\nACGUAAGUUACG\n>b\nACGUACGUUACG\n"},
     {"lost.fas",   ">a\nACGTGCAAC\n>b\nACGTTAACG\n>c\nACGATGAC-\n"},
     {"noframe.fas", ">a\nAACGAC\n>b\nTACGTT\n>c\nGACGTG\n"},
@@ -213,6 +217,7 @@ TEST_F(Messages, OfRealFiles) {
     {"same.fas -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "same.fas: two sequences are called a, sequences 1 and 2 (paralogs?), and nothing tells"},
     {"a.fas -t=P -p=n -s=n -b4=2 -a=y --match=name --name-end=a", 1, "a.fas: the name of sequence 1 (a) does not tell its species"},
     {"fit.fas -t=P -p=n --format=phylip", 1, "fit.fas: two sequences are called a_ in PHYLIP, which cannot hold all characters of their names: rename one"},
+    {"tree.fas fit.fas -t=P -p=n -b4=2 -a=y --format=phylip --into=made/fit", 1, "fit.fas: two sequences are called a_ in PHYLIP"},
     {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
     {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
     {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
@@ -239,12 +244,15 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
     {"ab -t=P -p=n -s=n --species=species --table=species", 1, "ab: the result species would replace the input species: choose"},
+    {"ab -t=P -p=n -s=n --species=blank", 1, "blank: lists no species"},
     {"p.fas -t=P -p=n -s=n --codons=wrong.cds --codon-names=bare --table=bare", 1, "p.fas: the result bare would replace the input bare: choose"},
     {"p.fas -t=P -p=n -s=n --codons=codings --table=codings", 1, "p.fas: the result codings would replace the input codings: choose"},
     {"p.fas -t=P -p=n -s=n --codons=three.cds --codon-names=species --overview=species", 1, "p.fas: the result species would replace the input species: choose"},
+    {"p.fas k.fas -t=P -p=n -s=n --codons=own --table=own/p.fna", 1, "p.fas: the result own/p.fna would replace the input own/p.fna: choose"},
     {"twice -t=P",                  1, "twice: a.fas and a.fas are the same file: list each alignment once"},
     {"a.fas ./a.fas -t=P",          1, "a.fas: a.fas and ./a.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
+    {"a.fas hard.fas -t=P -p=n -s=n -b4=2", 0, ""},
     {"a.fas -t=P --table=a.fas-tr.fasta", 1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
     {"a.fas a.fas.gz -t=P",         1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
     {"a.fas sub/a.fas --into=out",  1, "sub/a.fas: has the same name as a.fas, whose results it would replace in out: rename"},
@@ -254,12 +262,16 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas -t=P -p=n -s=n -b4=2 --table=/nowhere/t", 1, "/nowhere/t: could not be written: No such file or directory"},
     // notes on the letters
     {"x.fas -t=P -s=n -p=n -b4=2",  0, "x.fas: 40 % of the columns hold X or ? and no gap, and can be selected: where data are missing, write - instead"},
+    {"x.fas -t=P -s=n -p=n -b4=2 -b5=a", 0, ""},
+    {"xgaps.fas -t=P -s=n -p=n -b4=2", 0, ""},
     {"points.fas -p=n -s=n -b4=2",  0, "points.fas: '.' is read as a gap, but seems to mean 'as in the first sequence' here: write"},
     {"first.fas -p=n -s=n -b4=2", 0, ""},
     {"marks.fas -t=P -p=n -s=n -b4=2", 0, "marks.fas: holds ! (2 in all), at which IQ-TREE and RAxML stop: --unknown=x writes X instead\ntrimora-run: marks.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
     {"marks.fas -t=P -p=n -s=n -b4=2 --unknown=x", 0, ""},
+    {"j.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, "j.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
     {"dna.fas -p=n -s=n -t=P",      0, "dna.fas: is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons"},
     {"points.fas -p=n -s=n -t=D -b4=2", 0, "points.fas: is read as nucleotides, but looks like protein: -t=P"},
+    {"two.pir -p=n -s=n -t=D", 0, "two.pir: is read as nucleotides, but looks like protein: -t=P"},
     {"dna.fas -p=n -s=n -t=C",      0, "dna.fas: has 22 positions, which is not a multiple of three: does its first column begin a codon?"},
     {"frame.fas -p=n -s=n -t=C -b4=2", 0, "frame.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 6 of sequence 1 (a): does"},
     {"uaa.fas -p=n -s=n -t=C -b4=2", 0, "uaa.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 4 of sequence 1 (a): does"},
@@ -275,6 +287,7 @@ TEST_F(Messages, OfRealFiles) {
     {"words.fas -t=P -p=n -s=n -b4=2", 0, "words.fas: sequences 1 and 2 have the same name up to the first blank, a, where many"},
     {"tree.fas -t=P -p=n -s=n -b4=2", 0, "tree.fas: names with ( ) [ ] , : ; or ' break trees (first in sequence 1, a:b): --format=phylip or nexus writes _ instead"},
     {"tree.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, ""},
+    {"words2.fas -t=P -p=n -s=n -b4=2", 0, ""},
     // on the selection
     {"hollow.fas -t=P -p=n -s=n",   0, "hollow.fas: nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: 2 (b, 100 %): leave these out, or try -b5=h"},
     {"hollow.fas -t=P -p=n -s=n -b5=h", 0, "hollow.fas: nothing was selected, and tree programs stop at an empty alignment: no block is as long as b4 asks for: try a lower -b4"},
@@ -312,6 +325,7 @@ TEST_F(Messages, OfRealFiles) {
   fs::create_directory("sub");
   fs::create_directory("list");
   fs::create_directory("cds");
+  fs::create_directory("own");
   fs::create_directory("dup");
   for (const auto& [path, text] : files) write(path, text);
   write("x.pir", ">P1;a\nx\nACDEF*\n>P1;b\nx\nACDEF*\n");
@@ -355,8 +369,8 @@ TEST_F(Messages, NoInputIsReplaced) {
   for (const char* result :
        {"a.fas-tr.fasta", "a.fas-tr.nexus", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS", "a.fas-trComp.fasta",
         "a.fas--.nexus", "a.fas-tr.columns.tsv", "a.fas.names.tsv", "list-tr.seq.fasta", "list.seq.nexus",
-        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "list.kept.txt", "table",
-        "cells", "page"}) {
+        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "list.kept.txt",
+        "list.left_out.tsv", "table", "cells", "page"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
@@ -364,7 +378,7 @@ TEST_F(Messages, NoInputIsReplaced) {
       write("list", std::string("a.fas\n") + (linked ? "b.fas" : result) + "\n");
       const Said said = run(
           "list -t=P -b4=2 --format=fasta,nexus -k=y -d=y -n=y -u=y -a=y -c=y -w=y --columns --partitions --table=table "
-          "--occupancy=cells --overview=page");
+          "--min-columns=1 --occupancy=cells --overview=page");
       EXPECT_EQ(said.status, 1) << result;
       EXPECT_NE(said.notes.find(std::string("the result ") + result + " would replace the input "), std::string::npos)
           << said.notes;
