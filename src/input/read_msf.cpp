@@ -28,13 +28,15 @@ struct MsfLengths {
   std::optional<int> msf;   // in its line "MSF:"
   std::optional<int> rows;  // in the lines of the sequences, where they agree
   bool agree = true;
+  int longest = 0;  // in these lines
 
   void add_row(std::optional<int> length) {
+    longest = std::max(longest, length.value_or(0));
     agree = agree && length && (!rows || rows == length);
     rows = length;
   }
-  /// Whether rows of `nupo` letters can be whole.
-  bool whole(int nupo) const { return nupo >= *msf || (agree && rows == nupo); }
+  /// Whether rows of `nupo` letters can be whole: of a length that is announced, or longer than any.
+  bool whole(int nupo) const { return nupo == *msf || (agree && nupo == rows) || nupo > std::max(*msf, longest); }
 };
 
 /// Whether a line counts columns.

@@ -103,6 +103,10 @@ class Run {
       return;
     }
     Outcome outcome = trim(job, plan_, settings_, filters_, coding_, before_);
+    const bool undecided = outcome.failure && outcome.failure->kind == Failure::Kind::undecided_type;
+    if (undecided && !before_.type_known && learn_type(job)) {
+      outcome = trim(job, plan_, settings_, filters_, coding_, before_);
+    }
     TableRow& row = outcome.row;
     for (const std::string& note : outcome.notes) voice_.note(job.path, note);
     row.message = joined_by(outcome.notes, "; ");
@@ -126,6 +130,19 @@ class Run {
   }
 
  private:
+  /// Where the first alignments do not tell their type of sequence, the first one after `job` that does tells it for them.
+  bool learn_type(const Job& job) {
+    for (const Job* later = &job + 1; later != plan_.jobs.data() + plan_.jobs.size(); ++later) {
+      const std::optional<char> type = type_told_by(*later, settings_);
+      if (!type) continue;
+      before_.first.seq_type = *type;
+      before_.type_known = true;
+      before_.type_path = later->path;
+      return true;
+    }
+    return false;
+  }
+
   void fail(Outcome& outcome) {
     const std::string& path = outcome.row.alignment;
     if (outcome.failure->kind == Failure::Kind::bad_argument && before_.path.empty()) {
@@ -145,12 +162,13 @@ class Run {
     }
     if (before_.path.empty()) {
       before_.path = row.alignment;
-      before_.first = outcome.run;
+      before_.first = outcome.run;  // of this type, too, if a later one told it
       before_.name = outcome.ali.name;
     }
     if (!before_.type_known && outcome.type_known) {
       before_.first.seq_type = outcome.run.seq_type;
       before_.type_known = true;
+      before_.type_path = row.alignment;
     }
     if (!outcome.why_not_joined.empty()) {
       voice_.error(row.alignment, outcome.why_not_joined);

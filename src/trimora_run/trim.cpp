@@ -36,7 +36,7 @@ char decide_type(const Reading& reading, const KindByLetters& by_letters, const 
     return seq_type_of(*by_letters.kind);
   }
   if (before.type_known) {
-    decided.push_back(std::string(name_of(before.first.seq_type)) + ", as the first alignment");
+    decided.push_back(std::string(name_of(before.first.seq_type)) + ", as " + before.type_path);
     return before.first.seq_type;
   }
   Failure failure{.kind = Failure::Kind::undecided_type};
@@ -289,6 +289,16 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
 }
 
 }  // namespace
+
+std::optional<char> type_told_by(const Job& job, const Settings& settings) {
+  try {
+    const Reading reading = read_job(job, settings);
+    const std::optional<Kind> kind = reading.kind ? reading.kind : kind_by_letters(reading).kind;
+    return kind ? std::optional(seq_type_of(*kind)) : std::nullopt;
+  } catch (const Failure&) {  // which is told when its turn comes
+    return std::nullopt;
+  }
+}
 
 LetterMap letters_written(const Settings& settings, char seq_type) {
   LetterMap letters = same_letters();

@@ -24,6 +24,7 @@ struct Before {
   std::string path;         // of the first one; empty: none was trimmed
   InputState first;         // its format and type of sequence
   bool type_known = false;  // the type of sequence: one that holds no letter tells none
+  std::string type_path;    // of the alignment that told it
   Table<std::string> name;  // its names
 };
 
@@ -50,6 +51,9 @@ struct Outcome {
 /// Read, select and write `job`, alone or as one of a batch.
 Outcome trim(const Job& job, const Plan& plan, const Settings& settings, const Filters& filters, const Coding& coding,
              const Before& before);
+
+/// The type of sequence of an alignment that tells it, as P or D; nothing when it does not, or cannot be read.
+std::optional<char> type_told_by(const Job& job, const Settings& settings);
 
 /// What is written for each letter, as --unknown says.
 LetterMap letters_written(const Settings& settings, char seq_type);

@@ -446,8 +446,12 @@ TEST(Read, CutOffAnywhere) {
       {"2 6\nHomo sapiens  ACGTAC\nMus musculus  ACGTAC\n", {6}},
       {"#NEXUS\nbegin data;\ndimensions ntax=2 nchar=6;\nformat datatype=dna interleave missing=- gap=?;\nmatrix\na AC-\nb ACG\n\na TAC\nb TAC;\nend;\nbegin sets; charset a=1; end;\n",
        {6}},
+      {"#NEXUS\nbegin data;\ndimensions ntax=2 nchar=9;\nformat datatype=dna;\nmatrix\na ACG\nb ACG\n\na TACTAC\nb TACTAC;\nend;\n",
+       {9}},
       {"# STOCKHOLM 1.0\n\na AC.\nb ACG\n#=GC RF xx.\n\na TAC\nb TAC\n#=GC RF xxx\n//\n# STOCKHOLM 1.0\n", {6}},
       {"PileUp\n MSF: 6 Type: N Check: 1 ..\n Name: a Len: 6\n Name: b Len: 6\n//\n\na ACG\nb ACG\n\na TAC\nb TAC\n",
+       {6}},
+      {"PileUp\n MSF: 2 Type: N Check: 1 ..\n Name: a Len: 6\n Name: b Len: 6\n//\n\na ACG\nb ACG\n\na TAC\nb TAC\n",
        {6}},
   };
   for (const auto& c : cases) {
