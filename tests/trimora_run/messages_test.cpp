@@ -321,10 +321,10 @@ TEST_F(Messages, OfRealFiles) {
 // Whatever file of a run is called as an input, or leads to one: nothing is run, and the input stays as it was.
 TEST_F(Messages, NoInputIsReplaced) {
   const std::string letters = ">a\nACDEF\n>b\nACDEF\n";
-  for (const char* result : {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS",
-                             "a.fas-trComp.fasta", "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta",
-                             "list.seq.phy", "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "table",
-                             "list.kept.txt", "cells", "page"}) {
+  for (const char* result :
+       {"a.fas-tr.fasta", "a.fas-tr.phy", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS", "a.fas-trComp.fasta",
+        "a.fas--.phy", "a.fas-tr.columns.tsv", "list-tr.seq.fasta", "list.seq.phy", "list--.seq.fasta", "list.seq.nex",
+        "list-tr.seq.partitions", "table", "list.kept.txt", "cells", "page"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
