@@ -159,5 +159,7 @@ batch="genes/paths.txt -t=P -p=n -a=y -c=y -w=y"
 row "$genes genes, by name" 1.2      -             genes   "$run $batch --match=name"       order "$run $batch --match=order"
 row "  as trimora writes them" 1.1   -             genes   "$run $batch"                    groups "$run $batch --format=trimora"
 row "  with columns and table" 1.3   -             genes   "$run $batch --columns --table=table.tsv" without "$run $batch"
+tenfold="folders/paths.txt $one -a=y --match=name"
+row "tenfold genes, table and overview" 1.3 -          folders "$run $tenfold --table=t --occupancy=o --overview=p.html" without "$run $tenfold"
 row "tenfold genes, one name" 20     -             "folders tenth" "$run folders/paths.txt $one -a=y --partitions" tenth "$run tenth/paths.txt $one -a=y --partitions"
 verdict

@@ -44,6 +44,8 @@ Batch::Batch(const Settings& settings, const Plan& plan, const Filters& filters)
       filters_(filters),
       all_(joined_choice(plan, settings)),
       identity_(settings.keys()) {
+  if (!settings.occupancy.empty()) cells_.emplace(settings.occupancy, &unfinished());
+  if (!settings.overview.empty()) page_.emplace(settings.overview, &unfinished());
   if (!settings.filters() || settings.filter()) return;
   left_out_.emplace(left_out_path(plan), &unfinished());
   write_left_out_header(left_out_->out());
@@ -164,9 +166,9 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) {
 void Batch::write_files_of_batch(Voice& voice) {
   const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
   std::vector<std::string> written;
-  if (!settings_.occupancy.empty()) {
-    write_result(settings_.occupancy,
-                 [&](OutputFile& out) { write_occupancy(out, occupancy_, row, chosen_, all_.name()); });
+  if (cells_) {
+    write_occupancy(cells_->out(), occupancy_, row, chosen_, all_.name());
+    cells_->commit();
     written.push_back(settings_.occupancy);
   }
   if (writes_kept(settings_)) {
@@ -207,7 +209,8 @@ void Batch::finish(Voice& voice) {
                 ", " + number_of(species_out_, "species") + ", listed in " + left_out_path(plan_));
 }
 
-void Batch::write_page(const std::vector<TableRow>& rows, Voice& voice) const {
+void Batch::write_page(const std::vector<TableRow>& rows, Voice& voice) {
+  if (!page_) return;
   Overview about{settings_.overview,
                  std::string("trimora-run ") + version_text,
                  getpath(plan_.joined_stem).name_file,
@@ -228,9 +231,8 @@ void Batch::write_page(const std::vector<TableRow>& rows, Voice& voice) const {
     return rows[r].status == TableRow::Status::ok ? report_path(plan_.jobs[r], settings_) : "";
   };
   const RowOf row = [&](std::size_t gene, int species) { return all_.row(gene, species); };
-  write_result(settings_.overview, [&](OutputFile& out) {
-    write_overview(out, about, rows, report, {occupancy_, row, chosen_, all_.name()});
-  });
+  write_overview(page_->out(), about, rows, report, {occupancy_, row, chosen_, all_.name()});
+  page_->commit();
   voice.account("overview: " + settings_.overview);
 }
 

@@ -21,7 +21,8 @@ namespace trimora::rooms {
 
 class Batch {
  public:
-  /// Begins the table of what is left out, where there are filters. Fails with not_writable.
+  /// Begins the files that are named or certain, so that a run does not end with one that cannot be written. Fails with
+  /// not_writable.
   Batch(const Settings& settings, const Plan& plan, const Filters& filters);
 
   /// Note what was left out of an alignment, or the whole of it.
@@ -38,7 +39,7 @@ class Batch {
   /// End the table of what was left out, and count it.
   void finish(Voice& voice);
   /// Write the page on the whole run, `rows` being those of all alignments.
-  void write_page(const std::vector<TableRow>& rows, Voice& voice) const;
+  void write_page(const std::vector<TableRow>& rows, Voice& voice);
 
  private:
   void left_out(const std::string& path, const LeftOut& each);
@@ -64,6 +65,8 @@ class Batch {
   std::vector<std::string> notes_;     // what was said of the whole
   std::vector<std::string> files_;     // and written
   std::optional<WholeFile> left_out_;  // none: there are no filters
+  std::optional<WholeFile> cells_;     // of the occupancy
+  std::optional<WholeFile> page_;      // of the overview
   long long sequences_out_ = 0, alignments_out_ = 0, species_out_ = 0;
 };
 

@@ -59,13 +59,17 @@ void Filters::read_list() {
   for (std::string_view line; input.line(line);) {
     line = trimmed(line);
     if (line.empty() || line.starts_with('#')) continue;
-    const bool tabs = line.find('\t') != line.npos;
-    const std::size_t end = line.find_first_of(tabs ? "\t" : " ");
+    const std::size_t end = line.find('\t');
     const std::string key = key_of(line.substr(0, end), one_key);
     std::string name(end == line.npos ? std::string_view() : trimmed(line.substr(end)));
-    if (!list_.emplace(key, Listed{++place, name}).second) {
-      throw Failure{.kind = Failure::Kind::same_name, .file = settings_.species, .name = key, .detail = ""};
+    const auto [entry, fresh] = list_.try_emplace(key, Listed{place + 1, name});
+    if (!fresh && entry->second.name == name) continue;
+    if (!fresh) {
+      throw Failure{.kind = Failure::Kind::bad_argument,
+                    .file = settings_.species,
+                    .detail = filled(words_of_run::listed_otherwise, {key})};
     }
+    ++place;
     places_.emplace(name.empty() ? key : key_of(name, one_key), place);
   }
   if (place == 0) throw Failure{.kind = Failure::Kind::empty, .file = settings_.species, .detail = "lists no species"};

@@ -126,7 +126,7 @@ class Run {
     table_.commit(batch_);
     if (joinable_) batch_.write_joined(before_.first, voice_);
     batch_.finish(voice_);
-    if (!settings_.overview.empty()) batch_.write_page(table_.rows(), voice_);
+    batch_.write_page(table_.rows(), voice_);
   }
 
  private:

@@ -73,6 +73,7 @@ inline constexpr W same_but_signs = "these names differ only in capitals or sign
 inline constexpr W misspelt = "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: {names}. Misspelt?";
 inline constexpr W merged = "{why}, so that names which seem to be different species count as one: {names}";
 inline constexpr W listed_in_vain = "{number} in no alignment: {names}";
+inline constexpr W listed_otherwise = "lists {name} twice, with different names";
 inline constexpr W nothing_left = "nothing was concatenated: the filters leave no alignment";
 inline constexpr W nobody_left = "nothing was concatenated: --min-genes leaves no species";
 inline constexpr W small_genes = "{number} with fewer than four species, which tell no tree program anything: {names}";

@@ -146,7 +146,8 @@ function sortable(title, columns, rows, text) {
 
 /** @param {OverviewData} data @param {(name: string) => (string | number | null)[]} column */
 function account(data, column) {
-  const states = column("status"), each = [["ok", "trimmed"], ["left out", "left out"], ["failed", "failed"], ["skipped", "skipped"]];
+  const taken = column("selected").every((n) => n === null) ? "taken as they are" : "trimmed";
+  const states = column("status"), each = [["ok", taken], ["left out", "left out"], ["failed", "failed"], ["skipped", "skipped"]];
   const parts = each.map(([status, words]) => /** @type {[number, string]} */ ([states.filter((s) => s === status).length, words]))
     .filter(([n]) => n > 0).map(([n, words]) => `${plain.format(n)} ${words}`);
   const lines = [make("p", {}, make("strong", {}, `${count(states.length, "alignment")}: ${parts.join(", ")}.`))];
