@@ -16,6 +16,7 @@
 #include "output/columns.h"
 #include "output/file_names.h"
 #include "output/results.h"
+#include "trimora_run/wildcards.h"
 #include "trimora_run/words.h"
 
 namespace trimora::rooms {
@@ -68,7 +69,7 @@ struct Named {
 
 /// The path in a line of a list: as it is, below the home folder, or counted from the folder of the list.
 std::string listed_path(std::string_view line, const std::string& list, std::size_t& from_list) {
-  std::string path(trimmed(line));
+  std::string path = in_utf8(std::string(trimmed(line)));
   if (path.starts_with("~/")) {
     const char* home = std::getenv("HOME");
     if (home == nullptr) home = std::getenv("USERPROFILE");  // on Windows
