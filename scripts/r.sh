@@ -9,7 +9,7 @@ cd "$project"
 version=$(sed -n 's/^project(trimora VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 out=$project/build/r
 package=$out/trimora
-rm -rf "$package" "$out"/*.tar.gz
+rm -rf "$package" "$out"/*.tar.gz "$out/example"
 mkdir -p "$package"
 
 cp -R r/trimora/. "$package"
@@ -46,3 +46,7 @@ export TRIMORA_RUN=$project/build/release/trimora-run
 R CMD check --no-manual trimora_*.tar.gz || { cat trimora.Rcheck/00install.out trimora.Rcheck/tests/*.Rout.fail >&2 || true; exit 1; }
 status=$(tail -n 3 trimora.Rcheck/00check.log | grep '^Status')
 [[ $status != *WARNING* && $status != *ERROR* ]] || exit 1
+mkdir example # of the README
+cp "$project/examples/globins.fas" example
+sed -n '/^```r$/,/^```$/{/^```/!p}' "$project/README.md" >example/readme.R
+(cd example && R_LIBS=$out/trimora.Rcheck Rscript readme.R && grep -q '^45 145$' globins.phy)

@@ -70,8 +70,8 @@ def read_options(text, match, program):
         raise Refused("options: they have to say -t=P, -t=D or -t=C (protein, DNA, codons), and may name no file or folder, "
                       "nor say --match (a setting), --keep-going, --strict or --table (which the workflow decides) or filter")
     words += [f"--match={match}"] + ["--format=fasta"] * (not any(word.startswith("--format=") for word in words))
-    tried = subprocess.run([program, "/dev/null/none", *words], stdin=subprocess.DEVNULL, capture_output=True)
-    if tried.returncode != 1:  # which says that there is no such file
+    # Status 1 says that there is no such file.
+    if (tried := subprocess.run([program, "/dev/null/none", *words], input=b"", capture_output=True)).returncode != 1:
         raise Refused(f"options: {os.fsdecode(tried.stderr).split(chr(10))[0] or text + ' would trim nothing'}")
     return words
 
@@ -114,8 +114,7 @@ def plan(settings, results, home):
     for group in divide(sorted(path for path in paths if members[path][1] != "-"), settings["group_size"]):
         folders.append(write_members(results / "groups", [program, digest], trimming, [members[path] for path in group]))
         members.update((path, [*members[path], folders[-1].name]) for path in group)
-    program_and_list = program, digest, os.path.basename(settings["paths"])
-    folders.append(write_members(results / "joins", program_and_list, options, members.values()))
+    folders.append(write_members(results / "joins", [program, digest, Path(settings["paths"]).name], options, members.values()))
     show(folders[-1])
     atexit.register(lambda: [os.write(2, file.read_bytes()) for folder in folders for file in folder.glob("refused")])
     return folders
@@ -188,23 +187,27 @@ def run(part, program, options, files):
 def trim(part, program, options, members):
     table = run(part, program[0], options, {path: path for path, *_ in members})
     # When the disk is full, no alignment is to blame.
-    failed = (int(size) for path, size, _ in members if table[path]["status"] == "failed")
-    (part / "list").write_bytes(bytes(2 * max(failed, default=0)))
+    largest = max((int(size) for path, size, _ in members if table[path]["status"] == "failed"), default=0)
+    (part / "list").write_bytes(bytes(2 * largest))
 
 
 def concatenate(part, program, options, table, groups):
     """Puts together what the groups have made. What they have not written in FASTA the program selects once more."""
     said = {key.lower(): value for key, _, value in (word.partition("=") for word in options)}
-    yes = {key for key, value in {"-s": "y", **said}.items() if value[:1] in ("y", "Y")}
+    yes = {key for key, value in {"-s": "y", **said}.items() if value[:1].lower() == "y"}
     common = [word for word in options if not ALONE.match(word)] + ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
     fasta = "fasta" in said["--format"].lower().split(",") and {line["selected"] for line in table.values()} - {"0", "NA"}
-    name, species = said.get("--name", program[2]), 0
-    for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", "-u", "--"), ("-c", "no file", ""):
-        join = fasta and written in yes and (option, said["-t"][0]) not in (("-w", "c"), ("-w", "C"))  # which has no frame
-        how = ["--join", f"--name={name}{ending}"] if join else [f"{option}=y", f"--name={name}"]
-        files = {path: f"{groups[path]}/made/alignments/{place_of(path)}{ending}.fasta" if join else path
-                 for path, line in table.items() if line["status"] == "ok" and option in yes}
-        for path, line in (run(part, program[0], [*common, *how], files) if files else {}).items():
+    name, species, frame = said.get("--name", program[2]), 0, "" if said["-t"][0] in "cC" else "-u"  # which codons would lose
+    for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", frame, "--"), ("-c", "", ""):
+        for join in [True, False] if fasta and written in yes else [False]:
+            how = ["--join", f"--name={name}{ending}"] if join else [f"{option}=y", f"--name={name}"]
+            files = {path: f"{groups[path]}/made/alignments/{place_of(path)}{ending}.fasta" if join else path
+                     for path, line in table.items() if line["status"] == "ok" and option in yes}
+            lines = run(part, program[0], [*common, *how], files) if files else {}
+            # A * that has become the last letter of a sequence is read as a gap.
+            if all(line["gaps"] in ("NA", table[path]["gaps"] if option == "-a" else "0") for path, line in lines.items()):
+                break
+        for path, line in lines.items():
             if line["status"] == "failed":
                 table[path].update(status="failed", message=line["message"])
             elif line["positions"] != "0":
@@ -222,13 +225,12 @@ def join(part, program, options, members):
     table = {path: {**done.get(place_of(path), none), "alignment": path} for path, *_ in members}
     concatenate(part, program, options, table, groups)
     write(part / "table.tsv", [none, *(line.values() for line in table.values())])
-    for group in {*groups.values()}:
-        for folder, _, files in os.walk(group / "made" / "alignments"):
-            links = os.path.join(part, os.path.relpath(folder, group / "made"))
-            os.makedirs(links, exist_ok=True)
-            target = os.path.relpath(folder, links)
-            for file in files:
-                os.symlink(f"{target}/{file}", f"{links}/{file}")
+    for group, (folder, _, files) in ((g, walk) for g in {*groups.values()} for walk in os.walk(g / "made/alignments")):
+        links = os.path.join(part, os.path.relpath(folder, group / "made"))
+        os.makedirs(links, exist_ok=True)
+        target = os.path.relpath(folder, links)
+        for file in files:
+            os.symlink(f"{target}/{file}", f"{links}/{file}")
 
 
 def show(folder):

@@ -13,6 +13,7 @@
 #include "input/read.h"
 #include "input/words.h"
 #include "trimora_run/voice.h"
+#include "trimora_run/wildcards.h"
 
 namespace trimora::rooms {
 
@@ -32,7 +33,7 @@ bool is_folder(const std::string& path) {
 
 /// The path in a line of a list: as it is, below the home folder, or counted from the folder of the list.
 std::string listed_path(std::string_view line, const std::string& list, long long& from_list) {
-  std::string path(trimmed(line));
+  std::string path = in_utf8(std::string(trimmed(line)));
   if (path.starts_with("~/")) {
     const char* home = std::getenv("HOME");
     if (home == nullptr) home = std::getenv("USERPROFILE");  // on Windows

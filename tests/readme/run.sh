@@ -40,4 +40,18 @@ for document in README.md docs/{batches,scripts,files,programs}.md; do
     esac
   done < <(sed -n '/^```console$/,/^```$/{/^```console$/!p}' "$project/$document")
 done
+# The examples in other languages, with the packages for them; scripts/r.sh runs that in R.
+block() { sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/{/^\`\`\`/!p}" "$project/README.md"; }
+cp "$project/examples/globins.fas" .
+python3 -m zipfile -e "$project"/build/packages/trimora-*.whl "$folder/python"
+block python | PYTHONPATH=$folder/python /usr/bin/python3
+grep -q '^45 145$' globins.phy || { echo "README.md: the example in Python"; exit 1; }
+if [ -e "$(echo "$project"/build/packages/trimora-*.tgz)" ]; then
+  mkdir -p node_modules/trimora
+  tar -xf "$project"/build/packages/trimora-*.tgz --strip-components=1 -C node_modules/trimora
+  { echo 'import { readFileSync } from "node:fs"; const letters = readFileSync("globins.fas");'
+    block js | sed 's/^new TextDecoder\(.*\);/console.log(new TextDecoder\1);/'; } >example.mjs
+  node example.mjs >example.fas
+  grep -q '^>' example.fas || { echo "README.md: the example in JavaScript"; exit 1; }
+fi
 [ "$count" -gt 0 ] && echo "$count commands do what the documents show."

@@ -45,6 +45,36 @@ cut -f 1,2,6 "Ergebnisse ö/alle/Tabelle.tsv" | tail -n 1 | grep -qF "$name"$'\t
 "$@" "$trimora_run" - <"$folder/globins.fas" 2>stderr | cmp - "Ergebnisse ö/alle/$name-tr.fasta" || wrong=1
 sed 's/$/\r/' "$folder/globins.fas" | "$@" "$trimora_run" - 2>stderr | cmp - "Ergebnisse ö/alle/$name-tr.fasta" || wrong=1
 
+# Lists as PowerShell writes them with > (UTF-16) and as old editors do (Windows-1252), with alignments in UTF-16; patterns,
+# which the program expands; a folder.
+mkdir -p "Größe/Gene"
+for gene in eins zwö; do
+  sed 's/$/\r/' "$folder/globins.fas" | { printf '\xFF\xFE'; iconv -f UTF-8 -t UTF-16LE; } >"Größe/Gene/$gene.fas"
+done
+printf 'Größe\\Gene\\%s.fas\r\n' eins zwö >names
+{ printf '\xFF\xFE'; iconv -f UTF-8 -t UTF-16LE names; } >utf-16.txt
+iconv -f UTF-8 -t WINDOWS-1252 names >1252.txt
+{ printf '\xEF\xBB\xBF'; cat names; } >marked.txt
+for given in utf-16.txt 1252.txt marked.txt 'Größe\Gene\*.fas' 'Größe/Gene/????.*' 'Größe\Gene' 'Größe/Gene/'; do
+  rm -rf out
+  run "$@" "$trimora_run" "$given" -p=n -a=y --into=out --name=alle --quiet
+  for gene in eins zwö; do
+    [[ $given == *'????'* && $gene == zwö ]] || cmp "out/$gene.fas-tr.fasta" "Ergebnisse ö/alle/$name-tr.fasta" || { echo "wrong: $given"; wrong=1; }
+  done
+  [ -s out/alle-tr.seq.fasta ] || { echo "wrong: $given, put together"; wrong=1; }
+done
+
+# Paths longer than 260 characters, where Windows used to end.
+long=$(printf 'ein langer Name %.0s' {1..9})
+mkdir -p "$long/$long"
+cp "$folder/globins.fas" "$long/$long/$name"
+printf '%s\r\n' "$long\\$long\\$name" >long.txt
+for given in "$long\\$long\\$name" "$drive\\$long\\$long\\$name" long.txt "$long/$long/*.fas"; do
+  rm -f "$long/$long/$name-"*
+  run "$@" "$trimora_run" "$given" -p=n --quiet
+  cmp "$long/$long/$name-tr.fasta" "Ergebnisse ö/alle/$name-tr.fasta" || { echo "wrong: a long path, $given"; wrong=1; }
+done
+
 # An output that would replace its input is refused, here under a name that differs in capitals alone.
 cp "$folder/globins.fas" "$folder/GENES.SEQ"
 printf '%s\n' "$folder/GENES.SEQ" >"$folder/genes"

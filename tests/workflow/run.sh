@@ -98,6 +98,14 @@ same name "$options"
 options="-t=C -a=y -w=y -u=y -p=n -b4=5 -e=_x --partitions --name-end=|"
 flow "$here" name.txt "$options"
 same name "$options"
+mkdir stop
+for gene in 1 2; do # a * becomes the last letter of its sequence, where readers take it as a gap
+  for name in a b c d e f g; do printf '>%s\nMKVLAWMKVLA%s\n' $name "$([ $name = d ] && echo '*-KK' || echo W${name}KK)"; done >stop/$gene.fas
+  echo stop/$gene.fas
+done >stop.txt
+flow "$here" stop.txt "-t=P -b4=3 -a=y -p=n"
+grep -q '[*]' results/stop.txt/stop.txt-tr.seq.fasta || fail "the last letter"
+same stop "-t=P -b4=3 -a=y -p=n"
 cut_genes fasta 'if (k == 5 && NR == 2) gsub(/./, "-", text)'
 options="-t=D -a=y -p=y -b2=9 -b1=8 --partitions"
 flow "$here" fasta.txt "$options" match=same

@@ -3,9 +3,12 @@
 // Counting  columns from 1, as everywhere in R
 // Failures  what the library throws is returned, as a list of class trimora_failure: R raises it
 #include <algorithm>
+#include <bit>
 #include <cpp11.hpp>
 #include <cpp11/declarations.hpp>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -64,11 +67,38 @@ std::string path_in(SEXP path) {
 #endif
 }
 
+/// Turn `rows` of each of the columns, which begin `stride` bytes apart, into rows that follow each other. Eight by eight: bytes
+/// are swapped in halves, quarters and eighths of a word.
+void turn(const Rbyte* from, std::size_t stride, std::size_t rows, std::size_t columns, char* to) {
+  const std::size_t whole_rows = rows - rows % 8, whole_columns = columns - columns % 8;
+  const auto swap = [](std::uint64_t& a, std::uint64_t& b, int bits, std::uint64_t mask) {
+    const std::uint64_t both = ((a >> bits) ^ b) & mask;
+    b ^= both;
+    a ^= both << bits;
+  };
+  const auto place = [](std::size_t k) { return std::endian::native == std::endian::little ? k : 7 - k; };
+  for (std::size_t p = 0; p < whole_columns; p += 8) {
+    for (std::size_t i = 0; i < whole_rows; i += 8) {
+      std::uint64_t word[8];
+      for (std::size_t k = 0; k < 8; ++k) std::memcpy(&word[place(k)], from + (p + k) * stride + i, 8);
+      for (const int k : {0, 1, 2, 3}) swap(word[k], word[k + 4], 32, 0x00000000FFFFFFFFU);
+      for (const int k : {0, 1, 4, 5}) swap(word[k], word[k + 2], 16, 0x0000FFFF0000FFFFU);
+      for (const int k : {0, 2, 4, 6}) swap(word[k], word[k + 1], 8, 0x00FF00FF00FF00FFU);
+      for (std::size_t k = 0; k < 8; ++k) std::memcpy(to + (i + k) * columns + p, &word[place(k)], 8);
+    }
+  }
+  for (std::size_t p = 0; p < columns; ++p) {
+    const std::size_t first = p < whole_columns ? whole_rows : 0;
+    for (std::size_t i = first; i < rows; ++i) to[i * columns + p] = static_cast<char>(from[p * stride + i]);
+  }
+}
+
 /// The rows of what R holds, one at a time: texts, a matrix of letters, or bytes that stand for letters, as a matrix or a list.
 class Rows {
  public:
   /// `letters`: the letter of each byte, 256 of them.
   Rows(SEXP x, SEXP letters) : x_(x), letters_(reinterpret_cast<const char*>(RAW(letters))) {
+    for (int c = 0; c < 256; ++c) same_ = same_ && static_cast<unsigned char>(letters_[c]) == c;
     if (!Rf_isMatrix(x)) return;
     rows_ = static_cast<std::size_t>(Rf_nrows(x));
     columns_ = static_cast<std::size_t>(Rf_ncols(x));
@@ -93,8 +123,10 @@ class Rows {
       const std::size_t count = std::min(rows_at_once, rows_ - first);
       tile_.resize(count * columns_);
       if (TYPEOF(x_) == RAWSXP) {
-        const Rbyte* bytes = RAW(x_) + first;
-        gather(count, [bytes, letters = letters_](std::size_t k) { return letters[bytes[k]]; });
+        turn(RAW(x_) + first, rows_, count, columns_, tile_.data());
+        if (!same_) {
+          for (char& c : tile_) c = letters_[static_cast<unsigned char>(c)];
+        }
       } else {
         gather(count, [&](std::size_t k) { return letter(STRING_ELT(x_, static_cast<R_xlen_t>(first + k))); });
       }
@@ -117,6 +149,7 @@ class Rows {
   static constexpr std::size_t rows_at_once = 64;
   SEXP x_;
   const char* letters_;
+  bool same_ = true;                    // each byte is its own letter
   std::size_t rows_ = 0, columns_ = 0;  // of a matrix
   std::string tile_;
 };

@@ -120,6 +120,23 @@ test_that("each byte of a DNAbin is the letter that ape says", {
   expect_identical(readLines(file)[2], codes)
 })
 
+test_that("bytes in a matrix of any size are the letters of its rows", {
+  skip_if_not_installed("ape")
+  set.seed(2)
+  for (rows in c(2, 7, 8, 19, 70)) {
+    drawn <- matrix(sample(c("a", "c", "g", "t", "-"), rows * (rows + 4), TRUE), rows)
+    rownames(drawn) <- paste0("s", seq_len(rows))
+    expected <- c(rbind(paste0(">", rownames(drawn)), apply(drawn, 1, paste, collapse = "")))
+    for (x in list(ape::as.DNAbin(drawn), structure(apply(drawn, 1:2, charToRaw), class = "AAbin"))) {
+      file <- tempfile()
+      write_alignment(x, file)
+      found <- readLines(file)
+      starts <- startsWith(found, ">")
+      expect_identical(vapply(split(found[!starts], cumsum(starts)[!starts]), paste, "", collapse = "", USE.NAMES = FALSE), expected[c(FALSE, TRUE)])
+    }
+  }
+})
+
 test_that("phyDat stays phyDat", {
   skip_if_not_installed("phangorn")
   data <- phangorn::phyDat(letters_of(gsub(".", "-", texts, fixed = TRUE)), type = "DNA")
