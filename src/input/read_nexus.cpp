@@ -255,7 +255,7 @@ class NexusMatrix {
       }
       if (text_.at_semicolon()) break;
       const bool begins = text_.begun();
-      if (format_.interleave ? begins : row == nullptr) {
+      if (row == nullptr || (format_.interleave && begins)) {
         if (rows_.empty() && !sure_) remember_line();
         row = next_row();
         continue;

@@ -124,8 +124,9 @@ PhylipStart phylip_start(std::string_view line, std::size_t number, PhylipNames 
 struct PhylipReading {
   const PhylipLayout* layout = nullptr;
   std::vector<PhylipStart> starts;
-  std::size_t line = 0;  // that was come to
-  std::size_t row = 0;   // that is being read, from 1
+  std::size_t line = 0;         // that was come to
+  std::size_t first_block = 0;  // the lines of the first block, in which names may have lines of their own
+  std::size_t row = 0;          // that is being read, from 1
   std::optional<Failure> failure;
 
   bool fail(Failure::Kind kind, long long length, long long expected, std::string detail = {}) {
@@ -202,12 +203,14 @@ bool read_interleaved(PhylipReading& way, const PhylipLines& lines, const Phylip
   long long length = 0;
   long long width = 0;  // of the block
   for (int i = 1; i <= header.numseq; ++i) {
-    const auto first = begin_row(way, lines, header);
+    auto first = begin_row(way, lines, header);
+    if (first == 0) first = continue_row(way, lines, header, 0);
     if (!first) return false;
     if (i == 1) width = *first;
     if (width == 0) return way.fail(Failure::Kind::unequal_lengths, 0, header.nupo);
     if (*first != width) return way.fail(Failure::Kind::unequal_lengths, *first, width);
   }
+  way.first_block = way.line;
   for (length = width; length < header.nupo; length += width) {
     for (int i = 1; i <= header.numseq; ++i) {
       way.row = static_cast<std::size_t>(i);
@@ -227,7 +230,8 @@ bool spaced(const PhylipReading& way, const PhylipLines& lines) {
   for (std::size_t k = 1; k < lines.size(); ++k) {
     while (row < way.starts.size() && way.starts[row].line < k) ++row;
     const bool begins = row < way.starts.size() && way.starts[row].line == k;
-    if (lines[k].apart && !(way.layout->interleaved ? k % way.starts.size() == 0 : begins)) return false;
+    const bool begins_block = k >= way.first_block && (k - way.first_block) % way.starts.size() == 0;
+    if (lines[k].apart && !(way.layout->interleaved ? begins_block : begins)) return false;
   }
   return true;
 }
@@ -266,7 +270,7 @@ PhylipReading only_reading(const PhylipLines& lines, const PhylipHeader& header)
     PhylipReading way = read_as(layout, lines, header);
     if (way.failure) {
       if (!failed || way.starts.size() > failed->starts.size()) failed = std::move(way);
-    } else {
+    } else if (!(layout.interleaved && sequential && way.first_block == lines.size())) {  // one block is both
       fitting.push_back(std::move(way));
     }
   }
@@ -344,11 +348,11 @@ Reading read_phylip(Lines& in) {
     for (const PhylipStart& start : way.starts) {
       names.emplace_back(start.name);
       rows.emplace_back().reserve(nupo + lines[numseq].text().size());  // which comes with its blanks
-      append_letters(rows.back(), start.letters);
+      append_letters(rows.back(), start.letters.empty() ? lines[start.line + 1].text() : start.letters);
     }
-    for (std::size_t k = numseq; k < lines.size(); ++k) {
+    for (std::size_t k = way.first_block; k < lines.size(); ++k) {
       lines.release(k);
-      append_letters(rows[k % numseq], lines[k].text());
+      append_letters(rows[(k - way.first_block) % numseq], lines[k].text());
     }
     lines = PhylipLines(0);
     for (std::size_t k = 0; k < numseq; ++k) assembly.add(std::move(names[k]), std::exchange(rows[k], {}));

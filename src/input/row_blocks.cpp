@@ -42,8 +42,8 @@ void RowBlocks::end_block() {
   if (!first_block_ || names_.empty()) return;
   first_block_ = false;
   if (!announced_) check_names();
-  for (std::string& row : rows_)
-    row.reserve(bytes_ / rows_.size());  // memory that no letter ever touches costs nothing
+  // Memory that no letter ever touches costs nothing.
+  for (std::string& row : rows_) row.reserve(bytes_ / rows_.size());
 }
 
 /// Where all names come again in the same order, nobody can tell more sequences from more of the same ones.

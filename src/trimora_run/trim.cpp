@@ -243,7 +243,11 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   const Alignment& ali = outcome.ali;
   OutputState& run = outcome.run;
   row.positions = ali.nupo;
-  if (const int gaps = total_length(ali.dropped) - total_length(ali.inserts); gaps > 0 && !settings.join) {
+  const bool stars = std::any_of(remarks.begin(), remarks.end(), [](const Remark& remark) {
+    return remark.what == Remark::What::last_column_of_stars;  // which tells of this column
+  });
+  const int gaps = total_length(ali.dropped) - total_length(ali.inserts) - (stars ? 1 : 0);
+  if (gaps > 0 && !settings.join) {
     outcome.decided.push_back(std::to_string(gaps) + (gaps == 1 ? " column" : " columns") +
                               " dropped as gaps in every sequence");
   }

@@ -313,7 +313,7 @@ TEST_F(Messages, OfRealFiles) {
     {"insert.sto -s=n -p=n",            "; 2 columns are inserts and not aligned, as #=GC RF says: never selected\n"},
     {"two.pir -s=n -p=n",               "; 2 records have no description line (the first: sequence 1): the line after the name is read as sequence\n"},
     {"points.fas -s=n -p=n",            "; 22 dots are read as gaps\n"},
-    {"marks.fas -t=P -s=n -p=n -b4=2",  "; the last column holds only '*' and gaps: dropped; "},
+    {"marks.fas -t=P -s=n -p=n -b4=2",  "; the last column holds only '*' and gaps: dropped; 2 '*' inside"},
     {"end.fas -t=P -s=n -p=n -b4=2",    "; 2 '*' at the ends of sequences are read as gaps\n"},
     {"u.fas -s=n -p=n",                 "; 2 U are read as T, which occurs as well\n"},
     {"u.fas -s=n -p=n -t=C",            "; 2 U are read as T, which occurs as well\n"},
