@@ -145,7 +145,7 @@ void Batch::write_one(Joined joined, const InputState& first, Voice& voice) {
   if (settings_.unknown == Unknown::x) sheet = mapped(sheet, letters_written(settings_, seq_type));
   std::vector<std::string> written;
   std::vector<std::string> decided = {number_of(all_.size(), "alignment") + ", " + number_of(name_.size(), "sequence") +
-                                      ", " + std::to_string(sheet.width) + " positions put together"};
+                                      ", " + number_of(sheet.width, "position") + " put together"};
   write_forms(path, sheet, settings_.forms, run, names_path(path), decided, written);
   if (sheet.width > 0) {
     for (const std::string& note : notes_on_species(sheet, seq_type)) this->note(path, note, voice);

@@ -27,6 +27,14 @@ std::string proposed(const std::vector<Proposal>& found) {
   return text;
 }
 
+/// Whether two rules find the same keys.
+bool find_the_same(const std::vector<Names>& genes, const KeyRule& a, const KeyRule& b) {
+  return std::all_of(genes.begin(), genes.end(), [&](const Names& names) {
+    return std::all_of(names.begin(), names.end(),
+                       [&](const std::string& name) { return key_of(name, a) == key_of(name, b); });
+  });
+}
+
 std::string genes(int number) {
   return std::to_string(number) + (number == 1 ? " alignment" : " alignments");
 }
@@ -59,7 +67,8 @@ std::vector<std::string> notes_on_identity(const Species& species, const Identit
   for (const int s : met.single) single.push_back(key_at(species, s));
   if (met.meeting * 2 <= met.species) {
     std::vector<Proposal> better = proposals(identity.sample());
-    std::erase_if(better, [&](const Proposal& each) { return each.rule == settings.keys(); });
+    std::erase_if(better,
+                  [&](const Proposal& each) { return find_the_same(identity.sample(), each.rule, settings.keys()); });
     const std::string rules = proposed(better);
     note(words_of_run::few_meet, {std::to_string(met.meeting), std::to_string(met.species), listed_names(single),
                                   rules.empty() ? "" : " " + rules});

@@ -29,7 +29,7 @@ std::string message_of(const Failure& failure, const std::string& job) {
 std::string account_of(const Outcome& outcome) {
   const TableRow& row = outcome.row;
   std::string line = row.alignment + ": " + std::to_string(row.sequences) + " sequences, " +
-                     std::to_string(row.positions) + " positions";
+                     std::to_string(row.positions) + (row.positions == 1 ? " position" : " positions");
   if (row.selected >= 0) {  // not with --join
     line += ", " + std::to_string(row.selected) + " kept (" + std::to_string(row.percent) + " %) in " +
             std::to_string(row.blocks) + (row.blocks == 1 ? " block" : " blocks");

@@ -222,7 +222,7 @@ TEST_F(Messages, OfRealFiles) {
     {"tree.fas fit.fas -t=P -p=n -b4=2 -a=y --format=phylip --into=made/fit", 1, "fit.fas: two sequences are called a_ in PHYLIP"},
     {"m1 m2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each, so that no name"},
     {"g1 g2 -t=P -p=n -s=n -b4=2 -a=y --match=name", 1, "supermatrix: nothing was concatenated: the 4 species are in one of the 2 alignments each. Where does the name of a species end? --name-end='|' takes Mus|g1 as Mus"},
-    {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: "},
+    {"m1 s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/few", 0, "only 2 of the 5 species are in two alignments or more. In one only: c, d, Zea. Do the names differ between the alignments?\n"},
     {"n1 n2 -t=P -p=n -s=n -b4=2 -c=y --match=name --name-end=| --into=made/few", 0, "In one only: Bos, Pan. Do the names differ between the alignments?\n"},
     {"a.fas sub2.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/single", 0, "1 species is in one alignment only, nearly all others in several: Zea"},
     {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/two", 0, ""},

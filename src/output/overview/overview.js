@@ -28,7 +28,8 @@
  * @property {(number | null)[][]} letters  of each species in each gene; null: absent
  */
 
-const mostShown = 500; // rows of a table, until all are asked for
+const mostShown = 500; // rows of a table, until more are asked for
+const moreShown = 2000; // at once: all of them would be a wait
 const mostPrinted = 2000;
 const mostColumns = 2000; // of the picture: more genes share them
 const mostLabels = 60;
@@ -84,9 +85,9 @@ function shown(column, row) {
 function sortable(title, columns, rows, text) {
   const body = make("tbody");
   const said = make("output");
-  const all = make("button", { type: "button" }, "Show all");
+  const more = make("button", { type: "button" });
   const search = make("input", { type: "search" });
-  let sorted = Array.from({ length: rows }, (_, row) => row);
+  const sorted = Array.from({ length: rows }, (_, row) => row);
   let by = -1, down = false, limit = mostShown;
   /** @type {string[]} */
   let texts = [];
@@ -123,23 +124,24 @@ function sortable(title, columns, rows, text) {
     });
     body.replaceChildren(...found.slice(0, limit).map((row) => make("tr", {}, ...columns.map((column, at) =>
       make(at === 0 ? "th" : "td", { ...(at === 0 ? { scope: "row" } : {}), ...(column.text ? { class: "text" } : {}) }, shown(column, row))))));
-    all.hidden = found.length <= limit;
-    all.textContent = `Show all ${plain.format(found.length)}`;
+    more.hidden = found.length <= limit;
+    more.textContent = `Show ${plain.format(Math.min(found.length - limit, moreShown))} more`;
     said.textContent = found.length > limit ? `The first ${plain.format(limit)} of ${plain.format(found.length)}`
       : found.length < rows ? `${plain.format(found.length)} of ${plain.format(rows)}` : "";
   }
-  const showAll = () => {
-    limit = rows;
+  /** @param {number} upTo */
+  const show = (upTo) => {
+    limit = upTo;
     fill();
   };
-  all.addEventListener("click", showAll);
+  more.addEventListener("click", () => show(limit + moreShown));
   search.addEventListener("input", fill);
   fill();
 
   const table = make("table", {}, make("caption", { class: "hidden" }, title), make("thead", {}, make("tr", {}, ...heads)), body);
-  const tools = make("p", { class: "tools" }, ...(text ? [make("label", {}, "Search ", search)] : []), said, all);
+  const tools = make("p", { class: "tools" }, ...(text ? [make("label", {}, "Search ", search)] : []), said, more);
   const scrolled = make("div", { class: "scrolled", tabindex: "0", role: "group", "aria-label": title }, table);
-  return { element: make("div", {}, tools, scrolled), onPaper: () => rows <= mostPrinted && limit < rows && showAll() };
+  return { element: make("div", {}, tools, scrolled), onPaper: () => rows <= mostPrinted && limit < rows && show(rows) };
 }
 
 // ---- What was run
