@@ -40,7 +40,7 @@ namespace trimora {
 /// "major.minor.patch" of the library that is linked.
 TRIMORA_API const char* version();
 
-/// What went wrong: in words for people (what()), as values for programs.
+/// What went wrong: in words for people (what()), which count from 1, and as values for programs.
 class TRIMORA_API Error : public std::exception {
  public:
   enum class Kind {
@@ -222,8 +222,8 @@ struct Supermatrix {
 /// Put alignments together. By name, species come in the order in which they first appear, or in that of `species`.
 /// Error    bad_argument without any alignment and where `joining` contradicts itself; unfit_name for a name without a
 ///          species, same_name for two of one species in an alignment; contrary_type where proteins and nucleotides meet;
-///          other_sequences when no species is in two of the alignments, and where order and names do not fit;
-///          too_few_sequences when all alignments or all species are left out
+///          other_sequences when no species is in two of the alignments, when all alignments or all species are left out,
+///          and where order and names do not fit
 TRIMORA_API Supermatrix supermatrix(const std::vector<Alignment>& alignments, const Joining& joining = {});
 
 /// Sequences, aligned or not.

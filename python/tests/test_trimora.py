@@ -215,6 +215,10 @@ def test_what_supermatrix_takes():
     assert trimora.supermatrix([fields[0], {"y_Pan": "G", "y_Homo": "T"}], name_parts=2).alignment.sequences == ["ACT", "ACG"]
     with pytest.raises(trimora.Error, match="no species is in two"):
         trimora.supermatrix(fields)
+    with pytest.raises(trimora.Error, match="no alignment is left"):
+        trimora.supermatrix([one, two], species=["z"])
+    with pytest.raises(trimora.Error, match="two sequences are called a: they are of one species, by the names of alignment 1"):
+        trimora.supermatrix([{"a|1": "AC", "a|2": "AC"}], name_end="|")
     with pytest.raises(trimora.Error, match="where the first one has a"):
         trimora.supermatrix([one, two], match="same")
     with pytest.raises(trimora.Error, match="another type"):
@@ -342,6 +346,7 @@ def test_errors_say_what_and_where(kind, sequence, name, given):
      (ValueError, lambda: trimora.select(plain, b1="60.5%")), (ValueError, lambda: trimora.select(plain, b1="101%")),
      (ValueError, lambda: trimora.Alignment(plain).write("x", form="clustal")),
      (TypeError, lambda: trimora.supermatrix(trimora.Alignment(plain))), (ValueError, lambda: trimora.supermatrix([])),
+     (TypeError, lambda: trimora.supermatrix(None)), (ValueError, lambda: trimora.supermatrix([plain], min_columns=-1)),
      (ValueError, lambda: trimora.supermatrix([plain], match="names")), (TypeError, lambda: trimora.supermatrix([1])),
      (ValueError, lambda: trimora.supermatrix([plain], min_species=0)), (TypeError, lambda: trimora.supermatrix([plain], species="a")),
      (ValueError, lambda: trimora.supermatrix([plain], name_parts="2-1")), (TypeError, lambda: trimora.codons(plain, 3)),

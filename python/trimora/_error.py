@@ -14,7 +14,8 @@ class Error(Exception):
         What happened: ``"not_found"``, ``"not_readable"``, ``"not_writable"``, ``"changed"``, ``"empty"``,
         ``"unknown_format"``, ``"refused_format"``, ``"ambiguous_format"``, ``"damaged"``, ``"bad_record"``,
         ``"unfinished_record"``, ``"bad_character"``, ``"unequal_lengths"``, ``"too_long"``, ``"too_few_sequences"``,
-        ``"too_few_positions"``, ``"undecided_type"``, ``"unfit_name"``, ``"same_name"``, ``"out_of_memory"``
+        ``"too_few_positions"``, ``"undecided_type"``, ``"contrary_type"``, ``"other_sequences"``, ``"unfit_name"``,
+        ``"same_name"``, ``"out_of_memory"``
     sequence : int or None
         The sequence to blame, counted from 0.
     name : str or None

@@ -117,7 +117,7 @@ def supermatrix(
     [[8, -1], [8, 4], [-1, 3]]
     """
     named = isinstance(alignments, Mapping)
-    if isinstance(alignments, (Alignment, Selection, str, bytes)):
+    if isinstance(alignments, (Alignment, Selection, str, bytes)) or not hasattr(alignments, "__iter__"):
         raise TypeError(f"a list of alignments can be put together, not {type(alignments).__name__}")
     keys = list(alignments) if named else None
     parts = [_data_of(each) for each in (alignments.values() if named else alignments)]

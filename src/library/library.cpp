@@ -448,10 +448,26 @@ rooms::Alignment with_rows(const Alignment::Data& data, Gene& gene) {
   return ali;
 }
 
+/// Fail where names do not tell the species of the alignment `number` apart, in words without an option of a program.
+void check_names(const rooms::Table<std::string>& name, const rooms::Table<std::string>& keys, std::size_t number) {
+  try {
+    rooms::check_keys(name, keys);
+  } catch (Failure& failure) {
+    const std::string where = " of alignment " + std::to_string(number + 1);
+    if (failure.kind == Failure::Kind::same_name) {
+      failure.detail = ": they are of one species, by the names" + where + ". Where does the name of a species end?";
+    } else {
+      failure.detail += where;
+    }
+    throw;
+  }
+}
+
 /// Fail where alignments cannot be put together by their order.
 void check_order(const rooms::Alignment& ali, const rooms::Table<std::string>& first, Match match, std::size_t number) {
   const auto fail = [&](const std::string& why) {
-    throw Failure{.kind = Failure::Kind::other_sequences, .detail = "alignment " + std::to_string(number) + " " + why};
+    throw Failure{.kind = Failure::Kind::other_sequences,
+                  .detail = "alignment " + std::to_string(number + 1) + " " + why};
   };
   if (ali.numseq != first.size()) {
     fail("has " + std::to_string(ali.numseq) + " sequences, the first one " + std::to_string(first.size()));
@@ -477,6 +493,7 @@ Supermatrix supermatrix(const std::vector<Alignment>& alignments, const Joining&
         refuse("min_species and min_genes are from 1, or from 1 to 100 per cent");
       }
     }
+    if (joining.min_columns < 0) refuse("min_columns is below 0");
     const rooms::KeyRule rule = rule_of(joining);
     const Listed listed(joining);
     std::vector<Gene> genes;
@@ -505,12 +522,12 @@ Supermatrix supermatrix(const std::vector<Alignment>& alignments, const Joining&
       const std::optional<Kind> own = data.kind ? data.kind : data.by_letters;
       if (kind && own && (*kind == Kind::protein) != (*own == Kind::protein)) {
         throw Failure{.kind = Failure::Kind::contrary_type,
-                      .detail = "alignment " + std::to_string(k) + " has another type of sequence"};
+                      .detail = "alignment " + std::to_string(k + 1) + " has another type of sequence"};
       }
       if (own) kind = kind && *kind != *own ? Kind::dna : *own;
       const rooms::Alignment ali = with_rows(data, genes[k]);
       if (by_name) {
-        rooms::check_keys(ali.name, genes[k].keys);
+        check_names(ali.name, genes[k].keys, k);
       } else {
         if (first.size() == 0) first = ali.name;
         check_order(ali, first, joining.match, k);
@@ -531,7 +548,10 @@ Supermatrix supermatrix(const std::vector<Alignment>& alignments, const Joining&
       throw Failure{.kind = Failure::Kind::other_sequences,
                     .detail = "no species is in two of the alignments: where does its name end?"};
     }
-    if (chosen.empty()) throw Failure{.kind = Failure::Kind::too_few_sequences};
+    if (chosen.empty()) {
+      throw Failure{.kind = Failure::Kind::other_sequences,
+                    .detail = all.size() == 0 ? "no alignment is left" : "no species is left"};
+    }
     if (by_name) listed.sort(chosen, all.name());
 
     auto joined = std::make_shared<Alignment::Data>();
@@ -587,7 +607,7 @@ Alignment codons(const Alignment& proteins, const std::vector<std::string>& name
         throw Failure{.kind = Failure::Kind::other_sequences,
                       .sequence = static_cast<int>(k) + 1,
                       .name = data.names[k],
-                      .detail = "sequence " + std::to_string(k) + " (" + data.names[k] + ") " + why};
+                      .detail = "sequence " + std::to_string(k + 1) + " (" + data.names[k] + ") " + why};
       };
       if (matched[k] < 0) fail("has no coding sequence");
       try {

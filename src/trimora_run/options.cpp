@@ -298,8 +298,14 @@ void check(const CommandLine& line) {
              " is a number of sequences, but with --match=name alignments may differ in it: give per cent, as -b1=60%");
     }
   }
-  if ((s.into + '/').starts_with("~/")) {
-    refuse("--into=" + s.into + ": ~ is not understood there: --into=\"$HOME\"" + s.into.substr(1));
+  if (s.into.starts_with('~') && separators.find((s.into + '/')[1]) != separators.npos) {
+    const std::string rest = s.into.substr(1);
+#ifdef _WIN32
+    const std::string other = "--into=\"%USERPROFILE%\"" + rest + ", in PowerShell ";
+#else
+    const std::string other;
+#endif
+    refuse("--into=" + s.into + ": ~ is not understood there: " + other + "--into=\"$HOME\"" + rest);
   }
   if (!s.concatenates()) {
     for (const char* option : {"--partitions", "--name", "--occupancy", "--min-genes"}) {
