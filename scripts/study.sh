@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Measure which settings help a tree: scripts/study.sh [CELL [REPLICATES]]
 # Computes what is missing in study/results/raw, all of it or of one cell, with the lowest priority; then makes the tables and
-# the pictures. It may be stopped at any time. All of it takes about two days on two cores; --stored computes nothing.
+# the pictures. It may be stopped at any time. All of it takes a night on two cores; --stored computes nothing.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
