@@ -34,7 +34,7 @@ def draw_trees():
     rows = [row for row in read_table(HERE / "results" / "trees.tsv") if row["program"] == "FastTree" and row["difference"]]
     there = {row["cell"] for row in rows}
     cells = {name: cell["what"] for name, cell in read_cells().items() if name in there}
-    least, most, left, wide, high, top = -0.15, 0.35, 290, 250, 30, 74
+    least, most, left, wide, high, top = -0.15, 0.55, 290, 300, 30, 74
     picture = Picture(left + 2 * wide + 60, top + high * len(cells) + 46)
     x = 20
     for colour, words in SERIES.values():
@@ -49,7 +49,7 @@ def draw_trees():
         picture.text(at(0), 46, heading, "middle", 'font-weight="600"')
         picture.text(at(0) - 8, 62, "better", "end", 'font-size="10"')
         picture.text(at(0) + 8, 62, "worse than not trimmed", more='font-size="10"')
-        for value in (-0.1, 0.0, 0.1, 0.2, 0.3):
+        for value in (-0.1, 0.0, 0.1, 0.2, 0.3, 0.4, 0.5):
             picture.line(at(value), top, at(value), top + high * len(cells), "#222" if value == 0 else "#ddd")
             picture.text(at(value), top + high * len(cells) + 16, f"{value:+.1f}" if value else "0", "middle")
         for j, cell in enumerate(cells):
