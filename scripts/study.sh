@@ -6,11 +6,14 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/tools.sh"
 
 [ $# -le 2 ] || { echo "usage: scripts/study.sh [CELL [REPLICATES] | --stored]" >&2; exit 2; }
+cd "$project/study"
+engine() { exec nice -n 19 snakemake --snakefile Snakefile --cores "$(nproc)" --rerun-triggers mtime "$@"; }
+if [ "${1:-}" = --stored ]; then
+  need snakemake
+  engine stored
+fi
 need snakemake mafft fasttree iqtree indelible g++ cmake make zlib1g-dev
 make_preset release
-cd "$project/study"
-engine() { exec nice -n 19 snakemake --snakefile Snakefile --cores "$(nproc)" --rerun-triggers mtime --quiet "$@"; }
-[ "${1:-}" != --stored ] || engine stored
 settings=()
 [ $# -lt 1 ] || settings+=("cell=$1")
 [ $# -lt 2 ] || settings+=("replicates=$2")
