@@ -7,7 +7,7 @@ set -euo pipefail
 
 [ $# -le 2 ] || { echo "usage: scripts/study.sh [CELL [REPLICATES] | --stored]" >&2; exit 2; }
 cd "$project/study"
-engine() { exec nice -n 19 snakemake --snakefile Snakefile --cores "$(nproc)" --rerun-triggers mtime "$@"; }
+engine() { exec nice -n 19 snakemake --snakefile Snakefile --rerun-triggers mtime --cores "$(nproc)" "$@"; }
 if [ "${1:-}" = --stored ]; then
   need snakemake
   engine stored
