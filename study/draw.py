@@ -87,7 +87,7 @@ def draw_pairs():
             picture.text(x, top + size + 16, str(value), "middle", 'font-size="10"')
             picture.text(left - 6, y + 4, str(value), "end", 'font-size="10"')
         picture.line(left, top, left + size, top + size, "#8a8f98", 1.5)
-        for options in sorted({row["options"] for row in rows} - {"none"}, key=lambda options: options in marked):
+        for options in sorted({row["options"] for row in rows} - {"none"}, key=lambda options: (options in marked, options)):
             here = [row for row in rows if row["options"] == options and kinds[row["cell"]] == kind]
             x = left + size * mean(float(row["right"]) for row in here)
             y = top + size * mean(float(row["wrong"]) for row in here)
