@@ -4,7 +4,7 @@ from statistics import mean
 from files import HERE, read_cells, read_table
 
 PICTURES = HERE.parent / "docs" / "pictures"
-SERIES = {"classic": ("#c4451c", "classic"), "half_5_51": ("#1c62b8", "relaxed"),
+SERIES = {"classic": ("#c4451c", "classic"), "any_5_70": ("#1c62b8", "relaxed"),
           "half_gaps": ("#7a8a2a", "columns with up to half gaps"), "random_classic": ("#8a8f98", "as many at random as classic")}
 PANELS = {"one": "one gene", "several": "several genes together"}
 
@@ -34,7 +34,7 @@ def draw_trees():
     rows = [row for row in read_table(HERE / "results" / "trees.tsv") if row["program"] == "FastTree" and row["difference"]]
     there = {row["cell"] for row in rows}
     cells = {name: cell["what"] for name, cell in read_cells().items() if name in there}
-    least, most, left, wide, high, top = -0.15, 0.35, 290, 250, 30, 74
+    least, most, left, wide, high, top = -0.15, 0.55, 290, 300, 30, 74
     picture = Picture(left + 2 * wide + 60, top + high * len(cells) + 46)
     x = 20
     for colour, words in SERIES.values():
@@ -49,7 +49,7 @@ def draw_trees():
         picture.text(at(0), 46, heading, "middle", 'font-weight="600"')
         picture.text(at(0) - 8, 62, "better", "end", 'font-size="10"')
         picture.text(at(0) + 8, 62, "worse than not trimmed", more='font-size="10"')
-        for value in (-0.1, 0.0, 0.1, 0.2, 0.3):
+        for value in (-0.1, 0.0, 0.1, 0.2, 0.3, 0.4, 0.5):
             picture.line(at(value), top, at(value), top + high * len(cells), "#222" if value == 0 else "#ddd")
             picture.text(at(value), top + high * len(cells) + 16, f"{value:+.1f}" if value else "0", "middle")
         for j, cell in enumerate(cells):
@@ -75,7 +75,7 @@ def draw_pairs():
     rows = [row for row in read_table(HERE / "results" / "pairs.tsv") if "b6" not in row["options"]]
     kinds = {name: cell["kind"] for name, cell in read_cells().items()}
     picture, size, top = Picture(760, 420), 300, 60
-    marked = {"-b5=n -b4=10 -b3=8 -b2=85%": ("#c4451c", "classic"), "-b5=h -b4=5 -b3=8 -b2=51%": ("#1c62b8", "relaxed")}
+    marked = {"-b5=n -b4=10 -b3=8 -b2=85%": ("#c4451c", "classic"), "-b5=a -b4=5 -b3=4 -b2=70%": ("#1c62b8", "relaxed")}
     for k, (kind, heading) in enumerate({"dna": "DNA", "protein": "proteins"}.items()):
         left = 60 + k * (size + 70)
         picture.text(left + size / 2, 30, heading, "middle", 'font-weight="600"')
@@ -87,7 +87,7 @@ def draw_pairs():
             picture.text(x, top + size + 16, str(value), "middle", 'font-size="10"')
             picture.text(left - 6, y + 4, str(value), "end", 'font-size="10"')
         picture.line(left, top, left + size, top + size, "#8a8f98", 1.5)
-        for options in sorted({row["options"] for row in rows} - {"none"}, key=lambda options: options in marked):
+        for options in sorted({row["options"] for row in rows} - {"none"}, key=lambda options: (options in marked, options)):
             here = [row for row in rows if row["options"] == options and kinds[row["cell"]] == kind]
             x = left + size * mean(float(row["right"]) for row in here)
             y = top + size * mean(float(row["wrong"]) for row in here)

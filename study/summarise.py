@@ -43,11 +43,11 @@ def trees():
     return found
 
 
-def differences(found, key, other="none", replicates=None):
-    """Of the distance to the true tree, replicate by replicate: less than 0 is better than `other`."""
-    here, there = found[key], found[(*key[:3], other)]
-    return [float(here[r]["rf"]) - float(there[r]["rf"]) for r in sorted(here.keys() & there.keys())
-            if here[r]["rf"] and there[r]["rf"] and (replicates is None or replicates(r))]
+def differences(found, key, measure="rf", parities=(0, 1)):
+    """To not trimming, replicate by replicate: less than 0 is better. Only even replicates have the parity 0."""
+    here, there = found[key], found[(*key[:3], "none")]
+    return [float(here[r][measure]) - float(there[r][measure]) for r in sorted(here.keys() & there.keys())
+            if here[r]["rf"] and there[r]["rf"] and r % 2 in parities]
 
 
 def tree_table(found):
@@ -57,11 +57,12 @@ def tree_table(found):
         columns = mean(int(row["columns"]) / int(row["of"]) for row in rows.values())
         rf, width = interval([float(row["rf"]) for row in made])
         difference, difference_width = interval(differences(found, key))
+        false, false_width = interval(differences(found, key, "false_believed"))
         per_tree = [mean(float(row[name]) for row in made) if made else None
                     for name in ("lost", "false", "believed", "false_believed", "length")]
         yield [{"trees": "FastTree", "iqtree": "IQ-TREE"}[program], cell, genes, variant, len(made), len(rows) - len(made),
                shown(columns), shown(rf), shown(width), shown(difference), shown(difference_width),
-               *(shown(value, 2) for value in per_tree)]
+               *(shown(value, 2) for value in (*per_tree, false, false_width))]
 
 
 def pair_table():
@@ -80,25 +81,28 @@ def pair_table():
 
 def judged_table(found):
     """The difference to no trimming over many cells: on the half of the seeds and cells by which presets were chosen, the
-    even ones, and on the other half."""
+    even ones, on the other half, and on all."""
     order = list(read_cells())
     names = sorted({variant for _, _, _, variant in found})
-    for half, parity in (("chosen", 0), ("judged", 1)):
+    for half, parities in (("chosen", {0}), ("judged", {1}), ("all", {0, 1})):
         for genes in ("one", "several"):
             for variant in names:
                 keys = [key for key in found if key[0] == "trees" and key[3] == variant and (key[2] == 1) == (genes == "one")
-                        and order.index(key[1]) % 2 == parity]
-                values = [value for key in keys for value in differences(found, key, replicates=lambda r: r % 2 == parity)]
-                if variant != "none" and values:
-                    yield [half, genes, variant, len(keys), len(values), *map(shown, interval(values))]
+                        and order.index(key[1]) % 2 in parities]
+                rf, false = ([value for key in keys for value in differences(found, key, measure, parities)]
+                             for measure in ("rf", "false_believed"))
+                if variant != "none" and rf:
+                    yield [half, genes, variant, len(keys), len(rf), *map(shown, (*interval(rf), *interval(false)))]
 
 
 if __name__ == "__main__":
     found = trees()
     write_table(RESULTS / "trees.tsv", ["program", "cell", "genes", "variant", "replicates", "empty", "columns", "rf",
                                         "rf_width", "difference", "difference_width", "lost", "false", "believed",
-                                        "false_believed", "length"], tree_table(found))
+                                        "false_believed", "length", "false_believed_difference",
+                                        "false_believed_width"], tree_table(found))
     write_table(RESULTS / "pairs.tsv", ["cell", "options", "replicates", "columns", "columns_width", "right", "right_width",
                                         "wrong", "wrong_width", "wrong_in_all"], pair_table())
     write_table(RESULTS / "judged.tsv", ["half", "genes", "variant", "cells", "pairs_of_trees", "difference",
-                                         "difference_width"], judged_table(found))
+                                         "difference_width", "false_believed_difference",
+                                         "false_believed_width"], judged_table(found))

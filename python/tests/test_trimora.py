@@ -106,7 +106,7 @@ def check_against_table(sel, table):
 )  # fmt: skip
 @pytest.mark.parametrize(
     "parameters",
-    [{}, {"gaps": "half", "b4": 5}, {"gaps": "all", "b1": "60%", "similarity": False}, {"preset": "relaxed", "b3": 4},
+    [{}, {"gaps": "half", "b4": 5}, {"gaps": "all", "b1": "60%", "similarity": False}, {"preset": "relaxed", "b3": 6},
      {"preset": "none"}],
 )  # fmt: skip
 def test_examples_are_as_the_program_says(file, kind, parameters):

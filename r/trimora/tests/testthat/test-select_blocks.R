@@ -68,7 +68,7 @@ test_that("examples and drawn alignments are as the program says", {
     file.copy(example_file(name), file)
     kind <- if (name == "globins.fas") "protein" else "dna"
     for (parameters in list(list(), list(gaps = "half", b4 = 5), list(gaps = "all", b1 = "60%", similarity = FALSE),
-                            list(preset = "relaxed", b3 = 4), list(preset = "none"))) {
+                            list(preset = "relaxed", b3 = 6), list(preset = "none"))) {
       sel <- do.call(select_blocks, c(list(file, kind = kind), parameters))
       expect_as_program(sel, table_of_program(file, kind, parameters))
     }
