@@ -14,10 +14,10 @@ struct Selection {
 };
 
 /// All positions as one block.
-inline SelectedBlocks every_position(const Alignment& ali) {
+inline SelectedBlocks every_position(int nupo) {
   SelectedBlocks blocks;
-  blocks.pos = blocks.newpos = blocks.newposseq = {{1, ali.nupo}};
-  blocks.nupo3 = ali.nupo;
+  blocks.pos = blocks.newpos = blocks.newposseq = {{1, nupo}};
+  blocks.nupo3 = nupo;
   blocks.nupo3per = 100;
   return blocks;
 }
@@ -26,7 +26,7 @@ inline SelectedBlocks every_position(const Alignment& ali) {
 inline Selection find_blocks(const Alignment& ali, const SelectionState& run, bool needs_ungapped) {
   Selection found;
   found.scores = assignval(ali, run);
-  found.blocks = run.every ? every_position(ali) : getpos(found.scores, ali, run);
+  found.blocks = run.every ? every_position(ali.nupo) : getpos(found.scores, ali, run);
   if (needs_ungapped) found.ungapped = ungap(ali);
   return found;
 }

@@ -21,11 +21,18 @@ foreach(program trimora trimora-run) # trimora for the tests alone: it asks
             # Up to what 32 bits address. No text becomes code, which a content security policy would refuse.
             -sALLOW_MEMORY_GROWTH
             -sMAXIMUM_MEMORY=4GB
-            -sDYNAMIC_EXECUTION=0)
+            -sDYNAMIC_EXECUTION=0
+            # The last of the optimisers works for size; loops have been made vector code before.
+            -Oz)
 endforeach()
 
+# What is not in a loop over letters is made small: it is downloaded.
+target_compile_options(trimora_faces PRIVATE -Os)
+target_compile_options(trimora-run PRIVATE -Os)
+target_sources(trimora-run PRIVATE ${CMAKE_CURRENT_LIST_DIR}/functions.cpp)
+
 configure_file(${CMAKE_CURRENT_LIST_DIR}/package.json.in ${package}/package.json @ONLY)
-foreach(file trimora.mjs gunzip.mjs trimora.d.ts README.md)
+foreach(file trimora.mjs functions.mjs gunzip.mjs trimora.d.ts README.md)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/${file} ${package}/${file} COPYONLY)
 endforeach()
 configure_file(${PROJECT_SOURCE_DIR}/LICENSE ${package}/LICENSE COPYONLY)
