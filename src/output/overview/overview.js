@@ -215,9 +215,9 @@ const channels = (colour) => [1, 3, 5].map((at) => parseInt(colour.slice(at, at 
 
 /**
  * @param {HTMLElement} root for its colours @param {Occupancy} occupancy
- * @param {(string | number | null)[]} paths of the table's rows
+ * @param {(string | number | null)[]} paths of the table's rows @param {AbortSignal} signal when it is shown no more
  */
-function picture(root, occupancy, paths) {
+function picture(root, occupancy, paths, signal) {
   const { species, genes, width, letters } = occupancy;
   const cells = width.reduce((a, b) => a + b, 0);
   const ofSpecies = letters.map((row) => row.reduce((/** @type {number} */ sum, n) => sum + (n ?? 0), 0));
@@ -314,7 +314,7 @@ function picture(root, occupancy, paths) {
     said.textContent = "";
   });
   new ResizeObserver(draw).observe(canvas);
-  matchMedia("(prefers-color-scheme: dark)").addEventListener("change", draw);
+  matchMedia("(prefers-color-scheme: dark)").addEventListener("change", draw, { signal });
   sort();
 
   const table = sortable("Species", [
@@ -334,6 +334,9 @@ function picture(root, occupancy, paths) {
 
 // ---- All of it
 
+/** @type {WeakMap<HTMLElement, AbortController>} */
+const shownIn = new WeakMap();
+
 /**
  * Show what became of the alignments of a run.
  * @param {HTMLElement} root what it holds is replaced; overview.css is for the class `overview`, which it gets
@@ -342,6 +345,9 @@ function picture(root, occupancy, paths) {
  */
 export function overview(root, data, open) {
   root.classList.add("overview");
+  shownIn.get(root)?.abort();
+  const stop = new AbortController(), { signal } = stop;
+  shownIn.set(root, stop);
   const { columns, rows } = data.table;
   /** @param {string} name */
   const column = (name) => {
@@ -386,7 +392,7 @@ export function overview(root, data, open) {
     { title: "Notes", text: true, value: (row) => message[row] || null },
   ];
   const table = sortable("Alignments", shownColumns, rows.length, (row) => `${paths[row]}\n${status[row]}\n${message[row]}`);
-  const seen = data.occupancy && data.occupancy.genes.length > 0 ? picture(root, data.occupancy, paths) : null;
+  const seen = data.occupancy && data.occupancy.genes.length > 0 ? picture(root, data.occupancy, paths, signal) : null;
   const kept = distribution(column("percent"));
   root.replaceChildren(...account(data, column), whatWasRun(data), ...(kept ? [kept] : []), ...(seen ? [seen.element] : []),
     section("Alignments", table.element));
@@ -397,9 +403,9 @@ export function overview(root, data, open) {
     table.onPaper();
     seen?.onPaper();
     seen?.draw();
-  });
+  }, { signal });
   addEventListener("afterprint", () => {
     root.classList.remove("paper");
     seen?.draw();
-  });
+  }, { signal });
 }
