@@ -21,14 +21,31 @@ foreach(program trimora trimora-run) # trimora for the tests alone: it asks
             # Up to what 32 bits address. No text becomes code, which a content security policy would refuse.
             -sALLOW_MEMORY_GROWTH
             -sMAXIMUM_MEMORY=4GB
-            -sDYNAMIC_EXECUTION=0
-            # The last of the optimisers works for size; loops have been made vector code before.
-            -Oz)
+            -sDYNAMIC_EXECUTION=0)
 endforeach()
 
-# What is not in a loop over letters is made small: it is downloaded.
-target_compile_options(trimora_faces PRIVATE -Os)
-target_compile_options(trimora-run PRIVATE -Os)
+# What does not run over letters is made small: it is downloaded.
+set(faces ${PROJECT_SOURCE_DIR}/src)
+set_source_files_properties(
+  ${faces}/trimora_run/batch.cpp
+  ${faces}/trimora_run/coding.cpp
+  ${faces}/trimora_run/entry.cpp
+  ${faces}/trimora_run/notes_on_batch.cpp
+  ${faces}/trimora_run/option_table.cpp
+  ${faces}/trimora_run/options.cpp
+  ${faces}/trimora_run/plan.cpp
+  ${faces}/trimora_run/run.cpp
+  ${faces}/trimora_run/wildcards.cpp
+  ${faces}/library/library.cpp
+  ${faces}/batch/codons.cpp
+  ${faces}/batch/genetic_code.cpp
+  ${faces}/batch/name_keys.cpp
+  ${faces}/batch/names.cpp
+  ${faces}/batch/partitions.cpp
+  ${faces}/batch/results_table.cpp
+  ${faces}/batch/species.cpp
+  PROPERTIES COMPILE_OPTIONS -Os)
+target_compile_options(trimora-run PRIVATE -Os) # functions.cpp
 target_sources(trimora-run PRIVATE ${CMAKE_CURRENT_LIST_DIR}/functions.cpp)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/package.json.in ${package}/package.json @ONLY)

@@ -3,6 +3,7 @@
 
 import { background, Dropped } from "./engine.js";
 import { inForce, share } from "./parameters.js";
+import { remembered } from "./sight.js";
 import { element, isBatch, isNucleic, make, refill, shares, showWhen, size, state, update } from "./state.js";
 
 const mostAlignments = 3000; // whose names are compared
@@ -56,19 +57,25 @@ function common(names, ender) {
   return [...seen.values()].filter((n) => n > 1).length;
 }
 
-/** @param {import("./state.js").State} now */
-function ofMatching({ names, outputs }) {
-  if (!names || names.length < 2) return [];
+/** What the names of a batch say: whether they are the same everywhere, and where those of species may end. */
+const named = remembered((now) => [now.names], ({ names }) => {
+  if (!names || names.length < 2) return null;
   const same = names.every((list) => list.length === names[0].length && list.every((name, k) => name === names[0][k]));
-  const set = (/** @type {string} */ match, /** @type {string} */ ender = "") => () => {
-    const { match: _, "name-end": __, ...others } = state.outputs;
-    update({ outputs: { ...others, ...(match ? { match } : {}), ...(ender ? { "name-end": ender } : {}) } });
-  };
-  const { match = "", "name-end": end = "" } = outputs, whole = common(names, "");
-  const first = names[0][0] ?? "";
-  const proposed = enders.filter((ender) => first.includes(ender) && common(names, ender) > whole);
-  if (end && !proposed.includes(end)) proposed.push(end);
+  const first = names[0][0] ?? "", whole = common(names, "");
   const told = names.some((list) => list.length === 0) ? "" : same ? "All alignments have the same names. " : "The alignments have different names, or another order. ";
+  return { told, first, enders: enders.filter((ender) => first.includes(ender) && common(names, ender) > whole) };
+});
+
+/** @param {import("./state.js").State} now */
+function ofMatching(now) {
+  const found = named(now);
+  if (!found) return [];
+  const { told, first } = found, { match = "", "name-end": end = "" } = now.outputs;
+  const set = (/** @type {string} */ how, /** @type {string} */ ender = "") => () => {
+    const { match: _, "name-end": __, ...others } = state.outputs;
+    update({ outputs: { ...others, ...(how ? { match: how } : {}), ...(ender ? { "name-end": ender } : {}) } });
+  };
+  const proposed = end && !found.enders.includes(end) ? [...found.enders, end] : found.enders;
   return [row(`${told}Put sequences together by`,
     choice("match-", "same names in the same order", !match, set("")),
     choice("match-name", "name; a missing one becomes ?", match === "name" && !end, set("name")),

@@ -57,7 +57,7 @@ class Engine {
       this.#worker = new Worker(source);
       this.#worker.onmessage = ({ data: { id, result, error, took } }) => {
         if (error && outOfMemory.test(error)) return this.drop(new Error(noMemory));
-        if (took > 0) performance.mark(this.#name, { detail: took }); // for whoever measures
+        if (took !== undefined) performance.mark(this.#name, { detail: took }); // for whoever measures
         if (error) this.#waiting.get(id)?.reject(new Error(sentence(error)));
         else this.#waiting.get(id)?.resolve(result);
         this.#waiting.delete(id);

@@ -62,7 +62,7 @@ async function select() {
     } else if (isBatch(state)) {
       update({ ...about, columns: null, table: tableWith({ alignment: shown, status: "failed", message: made.failure }) });
     } else {
-      update({ ...about, columns: null, notes: [], table: [], failure: `${shown}: ${made.failure}` });
+      update({ ...about, columns: null, notes: [], table: [{ alignment: shown, status: "failed", message: made.failure }], failure: `${shown}: ${made.failure}` });
     }
   } catch (error) {
     if (!(error instanceof Dropped)) update({ table: [], columns: null, notes: [], failure: wordsOf(error) });

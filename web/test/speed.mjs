@@ -43,7 +43,7 @@ const browser = await puppeteer.launch({ ...browsers.chromium, protocolTimeout: 
 /** The page with these files, ready. @param {string[]} paths */
 async function opened(...paths) {
   const page = await browser.newPage();
-  page.setDefaultTimeout(600000);
+  page.setDefaultTimeout(180000);
   await page.goto(pathToFileURL(html).href);
   await (await page.$("input#files"))?.uploadFile(...paths);
   await page.waitForFunction(() => document.getElementById("viewer")?.getAttribute("aria-busy") === "false");
