@@ -103,8 +103,9 @@ verdict() {
 if $web; then
   "$project/scripts/web.sh" >&2
   generate P 500 50000 $seed web.fas
+  generate genes 2000 $seed genes
   node "$project/web/test/speed.mjs" "$run" "$project/build/web/package" "$project/build/web/trimora.html" \
-    "$project/examples/globins.fas" "$PWD/web.fas" | tee "$work/table"
+    "$project/examples/globins.fas" "$PWD/web.fas" "$PWD/genes" | tee "$work/table"
   verdict
   exit
 fi

@@ -7,4 +7,4 @@ need clang-format
 cd "$project"
 how=(-i)
 [ "${1:-}" = --check ] && how=(--dry-run -Werror)
-find src include python r tests bench fuzz scripts examples \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 clang-format "${how[@]}"
+find src include python r web/engine tests bench fuzz scripts examples \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 clang-format "${how[@]}"

@@ -2,17 +2,21 @@
 
 import { createHash } from "node:crypto";
 import { readFileSync, writeFileSync } from "node:fs";
-import { fileURLToPath } from "node:url";
+import { fileURLToPath, pathToFileURL } from "node:url";
 import { gzipSync } from "node:zlib";
 import * as esbuild from "esbuild";
 
 const [engine, page] = process.argv.slice(2);
+/** @type {typeof import("trimora")} */
+const { options: ask } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
+// What the page has a control for, without what documents alone need.
+const settings = (await ask()).filter(({ name }) => /^-\w+$/.test(name)).map(({ name, values, standard, least, most }) => ({ name, values, standard, least, most }));
 const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
 /** @type {esbuild.BuildOptions} */
 const options = {
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
   loader: { ".fas": "text" }, alias: { trimora: `${engine}/trimora.mjs` },
-  define: { "import.meta.url": '"about:blank"' }, external: ["node:fs/promises"],
+  define: { "import.meta.url": '"about:blank"', OPTIONS: JSON.stringify(settings) }, external: ["node:fs/promises"],
 };
 const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plugins">} */ more) =>
   (await esbuild.build({ ...options, ...more, write: false })).outputFiles?.[0].text ?? "";

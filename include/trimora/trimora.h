@@ -156,6 +156,22 @@ struct Parameters {
   bool similarity = true;       // b6: similar residues of proteins add to a score
 };
 
+/// What the letters say of each column, in 13 bytes for each: made once, from which blocks under any parameters follow
+/// without the letters. For those who change parameters again and again, as a slider does.
+class TRIMORA_API ColumnCounts {
+ public:
+  /// Count the columns of `ali`. `kind` unset: the alignment's own, or what its letters say.
+  /// Error    as select()
+  explicit ColumnCounts(const Alignment& ali, std::optional<Kind> kind = {});
+  Kind kind() const;
+
+  struct Data;  // of the library
+  const Data& data() const { return *data_; }
+
+ private:
+  std::shared_ptr<const Data> data_;
+};
+
 /// What was selected of one alignment. Columns are those of the alignment as it was given, from 0.
 struct Selection {
   std::vector<int> columns;                 // kept, ascending
@@ -163,18 +179,32 @@ struct Selection {
                                             // sequence: these are dropped first and are not in `columns`
   std::vector<float> scores;                // of each column, in sequences; 0 where gaps or unknown residues forbid it
   std::vector<char> classes;  // of each column: F flank, C conserved, . nonconserved, - gap, d dropped (all gap)
-  int b1 = 0, b2 = 0;         // in force, in sequences
-  Kind kind = Kind::protein;  // in force
+  std::vector<char>
+      residues;  // of each column, the most frequent one, upper case; '?' where score is 0, or none is known
+  std::vector<std::pair<int, int>> initial;  // the blocks before gaps were cut out of them, like `blocks`
+  int b1 = 0, b2 = 0;                        // in force, in sequences
+  Kind kind = Kind::protein;                 // in force
 };
 
 /// Select the blocks of `ali`, which may have no column left.
 /// Error    bad_argument; too_few_sequences or too_few_positions (below two); undecided_type
 TRIMORA_API Selection select(const Alignment& ali, const Parameters& parameters = {});
 
+/// The same from counts. `kind`, where it is set, may turn DNA into codons and back, but no protein into either.
+/// Error    bad_argument
+TRIMORA_API Selection select(const ColumnCounts& counts, const Parameters& parameters = {});
+
 /// Why each column of `ali` is selected or not: the first rule of the method that removes it, in words. `first`: the number
 /// of the first column, where the words name a column.
 /// Error    as select()
 TRIMORA_API std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters = {}, int first = 0);
+
+/// The same from counts: each different reason once, and which of them each column has.
+struct Reasons {
+  std::vector<std::string> words;
+  std::vector<int> index;  // of each column, in `words`
+};
+TRIMORA_API Reasons reasons(const ColumnCounts& counts, const Parameters& parameters = {}, int first = 0);
 
 /// The columns of `ali` that were selected; the result may have no column.
 /// Needs    a selection made of an alignment of this width.

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <new>
 #include <stdexcept>
+#include <unordered_map>
 #include <utility>
 
 #include "batch/codons.h"
@@ -112,17 +113,25 @@ rooms::SelectionState state_of(const Parameters& p, Kind kind, int numseq) {
 struct Found {
   Kind kind;
   rooms::SelectionState run;
-  rooms::Alignment work;
-  rooms::Selection in_work;
+  rooms::Alignment work;  // without letters, where they are not needed any more
+  rooms::PositionScores scores;
+  rooms::SelectedBlocks blocks;
 };
+
+/// The type of sequence in force.
+Kind settled(std::optional<Kind> wanted, std::optional<Kind> own) {
+  if (!wanted && !own) throw Failure{.kind = Failure::Kind::undecided_type, .detail = ": set the kind"};
+  return wanted ? *wanted : *own;
+}
 
 Found found_in(const Alignment& ali, const Parameters& parameters) {
   const Alignment::Data& data = ali.data();
   if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
-  const std::optional<Kind> kind = parameters.kind ? parameters.kind : ali.kind();
-  if (!kind) throw Failure{.kind = Failure::Kind::undecided_type, .detail = ": set the kind"};
-  Found found{*kind, state_of(parameters, *kind, data.numseq()), for_selection(data, *kind), {}};
-  found.in_work = rooms::find_blocks(found.work, found.run, false);
+  const Kind kind = settled(parameters.kind, ali.kind());
+  Found found{kind, state_of(parameters, kind, data.numseq()), for_selection(data, kind), {}, {}};
+  rooms::Selection blocks = rooms::find_blocks(found.work, found.run, false);
+  found.scores = std::move(blocks.scores);
+  found.blocks = std::move(blocks.blocks);
   return found;
 }
 
@@ -130,6 +139,65 @@ char class_of(float score, const rooms::SelectionState& run) {
   if (score == 0) return '-';
   if (score < static_cast<float>(run.negval)) return '.';
   return score < static_cast<float>(run.flankval) ? 'C' : 'F';
+}
+
+Selection selection_of(const Found& found, int nupo) {
+  Selection selection;
+  selection.b1 = found.run.negval;
+  selection.b2 = found.run.flankval;
+  selection.kind = found.kind;
+  const rooms::ColumnNumbers column_of(found.work);
+  const auto from_0 = [&](int p) { return static_cast<int>(column_of(p)) - 1; };
+  const auto width = static_cast<std::size_t>(nupo);
+  selection.scores.assign(width, 0.0F);
+  selection.classes.assign(width, 'd');
+  selection.residues.assign(width, '?');
+  int position = 0;
+  for (const rooms::Stretch& kept : rooms::complement(found.work.dropped, nupo)) {
+    for (int column = kept.first; column <= kept.last; ++column) {
+      const float score = found.scores.val[++position];
+      const auto at = static_cast<std::size_t>(column) - 1;
+      selection.scores[at] = score;
+      selection.classes[at] = class_of(score, found.run);
+      selection.residues[at] = found.scores.val_aa[position];
+    }
+  }
+  const auto add = [&](std::vector<std::pair<int, int>>& blocks, const rooms::Stretch& block) {
+    blocks.emplace_back(from_0(block.first), from_0(block.last) + 1);
+  };
+  for (const rooms::Stretch& block : found.blocks.pos) add(selection.initial, block);
+  selection.columns.reserve(static_cast<std::size_t>(found.blocks.nupo3));
+  for (const rooms::Stretch& block : found.blocks.newpos) {
+    if (block.length() <= 0) continue;  // of codons, without a whole one
+    for (int p = block.first; p <= block.last; ++p) selection.columns.push_back(from_0(p));
+    add(selection.blocks, block);
+  }
+  return selection;
+}
+
+Reasons reasons_of(const Found& found, const rooms::Table<rooms::Verdict>& verdicts, int nupo, int first) {
+  const rooms::ColumnNumbers column_of(found.work);
+  Reasons all;
+  std::unordered_map<long long, int> known;
+  const auto index_of = [&](const rooms::Verdict& verdict) {
+    const long long key = verdict.number * 256LL + static_cast<int>(verdict.reason);
+    const auto [at, fresh] = known.try_emplace(key, static_cast<int>(known.size()));
+    if (fresh) all.words.push_back(rooms::words(verdict, found.run, [&](int p) { return column_of(p) - 1 + first; }));
+    return at->second;
+  };
+  all.index.reserve(static_cast<std::size_t>(nupo));
+  int p = 1;
+  for (const rooms::Stretch& kept : rooms::complement(found.work.dropped, nupo)) {
+    all.index.resize(static_cast<std::size_t>(kept.first) - 1, -1);
+    for (int column = kept.first; column <= kept.last; ++column) all.index.push_back(index_of(verdicts[p++]));
+  }
+  all.index.resize(static_cast<std::size_t>(nupo), -1);
+  for (const rooms::Stretch& insert : found.work.inserts) {
+    std::fill_n(all.index.begin() + insert.first - 1, insert.length(), index_of({rooms::Reason::insert}));
+  }
+  if (found.work.dropped.empty()) return all;
+  std::replace(all.index.begin(), all.index.end(), -1, index_of({rooms::Reason::all_gap}));
+  return all;
 }
 
 /// The sheet of a whole alignment; `name` has to outlive it.
@@ -249,54 +317,71 @@ Alignment read_text(std::string_view text) {
   return told([&] { return made_of(rooms::read_text(text), std::nullopt); });
 }
 
-Selection select(const Alignment& ali, const Parameters& parameters) {
-  return told([&] {
-    const Alignment::Data& data = ali.data();
-    const auto [kind, run, work, found] = found_in(ali, parameters);
+struct ColumnCounts::Data {
+  Kind kind = Kind::protein;
+  int width = 0;          // columns
+  rooms::Alignment work;  // without its letters
+  rooms::PositionCounts counts;
+};
 
-    Selection selection;
-    selection.b1 = run.negval;
-    selection.b2 = run.flankval;
-    selection.kind = kind;
-    const rooms::ColumnNumbers column_of(work);
-    const auto from_0 = [&](int p) { return static_cast<int>(column_of(p)) - 1; };
-    const auto width = static_cast<std::size_t>(data.nupo);
-    selection.scores.assign(width, 0.0F);
-    selection.classes.assign(width, 'd');
-    int position = 0;
-    for (const rooms::Stretch& kept : rooms::complement(work.dropped, data.nupo)) {
-      for (int column = kept.first; column <= kept.last; ++column) {
-        const float score = found.scores.val[++position];
-        selection.scores[static_cast<std::size_t>(column) - 1] = score;
-        selection.classes[static_cast<std::size_t>(column) - 1] = class_of(score, run);
-      }
-    }
-    selection.columns.reserve(static_cast<std::size_t>(found.blocks.nupo3));
-    for (const rooms::Stretch& block : found.blocks.newpos) {
-      if (block.length() <= 0) continue;  // of codons, without a whole one
-      for (int p = block.first; p <= block.last; ++p) selection.columns.push_back(from_0(p));
-      selection.blocks.emplace_back(from_0(block.first), from_0(block.last) + 1);
-    }
-    return selection;
+ColumnCounts::ColumnCounts(const Alignment& ali, std::optional<Kind> kind) {
+  data_ = told([&] {
+    const Alignment::Data& data = ali.data();
+    if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
+    auto made = std::make_shared<Data>();
+    made->kind = settled(kind, ali.kind());
+    made->width = data.nupo;
+    made->work = for_selection(data, made->kind);
+    made->counts = rooms::count_positions(made->work, state_of({}, made->kind, data.numseq()));
+    made->work.let = {};
+    return made;
   });
+}
+
+Kind ColumnCounts::kind() const {
+  return data_->kind;
+}
+
+namespace {
+
+Found found_in(const ColumnCounts& counts, const Parameters& parameters) {
+  const ColumnCounts::Data& data = counts.data();
+  const Kind kind = parameters.kind.value_or(data.kind);
+  if ((kind == Kind::protein) != (data.kind == Kind::protein))
+    refuse("the columns were counted as another type of sequence");
+  Found found{kind, state_of(parameters, kind, data.work.numseq), data.work, {}, {}};
+  found.scores = rooms::scores_of(data.counts, found.run);
+  found.blocks = rooms::getpos(found.scores, found.run);
+  return found;
+}
+
+}  // namespace
+
+Selection select(const Alignment& ali, const Parameters& parameters) {
+  return told([&] { return selection_of(found_in(ali, parameters), ali.data().nupo); });
+}
+
+Selection select(const ColumnCounts& counts, const Parameters& parameters) {
+  return told([&] { return selection_of(found_in(counts, parameters), counts.data().width); });
 }
 
 std::vector<std::string> reasons(const Alignment& ali, const Parameters& parameters, int first) {
   return told([&] {
-    const Alignment::Data& data = ali.data();
-    const auto [kind, run, work, found] = found_in(ali, parameters);
-    const rooms::Table<rooms::Verdict> verdicts = rooms::verdicts(work, found.scores, found.blocks, run);
-    const rooms::ColumnNumbers column_of(work);
-    const auto number = [&](int p) { return column_of(p) - 1 + first; };
-    std::vector<std::string> all(static_cast<std::size_t>(data.nupo),
-                                 rooms::words({rooms::Reason::all_gap}, run, number));
-    for (const rooms::Stretch& insert : data.inserts) {
-      std::fill_n(all.begin() + insert.first - 1, insert.length(), rooms::words({rooms::Reason::insert}, run, number));
-    }
-    for (int p = 1; p <= work.nupo; ++p) {
-      all[static_cast<std::size_t>(column_of(p)) - 1] = rooms::words(verdicts[p], run, number);
-    }
+    const Found found = found_in(ali, parameters);
+    const auto [words, index] =
+        reasons_of(found, rooms::verdicts(found.work, found.scores, found.blocks, found.run), ali.data().nupo, first);
+    std::vector<std::string> all;
+    all.reserve(index.size());
+    for (const int reason : index) all.push_back(words[static_cast<std::size_t>(reason)]);
     return all;
+  });
+}
+
+Reasons reasons(const ColumnCounts& counts, const Parameters& parameters, int first) {
+  return told([&] {
+    const Found found = found_in(counts, parameters);
+    return reasons_of(found, rooms::verdicts(counts.data().counts.gaps, found.scores, found.blocks, found.run),
+                      counts.data().width, first);
   });
 }
 

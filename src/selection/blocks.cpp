@@ -86,13 +86,19 @@ std::vector<Stretch> on_first_sequence(const std::vector<Stretch>& newpos, const
 
 }  // namespace
 
-SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const SelectionState& run) {
+SelectedBlocks getpos(const PositionScores& scores, const SelectionState& run) {
+  const int nupo = scores.val.size();
   SelectedBlocks blocks;
-  blocks.pos = allocating("pos", [&] { return initial_blocks(scores, ali.nupo, run); });
+  blocks.pos = allocating("pos", [&] { return initial_blocks(scores, nupo, run); });
   blocks.newpos = allocating("newpos 1", [&] { return clean_gaps(blocks.pos, scores, run); });
   if (run.seq_type == 'C') std::for_each(blocks.newpos.begin(), blocks.newpos.end(), snap_to_codons);
   blocks.nupo3 = total_length(blocks.newpos);
-  blocks.nupo3per = static_cast<int>(static_cast<long long>(blocks.nupo3) * 100 / ali.nupo);
+  blocks.nupo3per = static_cast<int>(static_cast<long long>(blocks.nupo3) * 100 / nupo);
+  return blocks;
+}
+
+SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const SelectionState& run) {
+  SelectedBlocks blocks = getpos(scores, run);
   blocks.newposseq = allocating("newposseq 5", [&] { return on_first_sequence(blocks.newpos, ali); });
   return blocks;
 }

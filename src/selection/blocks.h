@@ -24,5 +24,7 @@ struct SelectedBlocks {
 /// Returns  the blocks, owned by the caller; none when no position reaches flankval.
 /// Fails    only when memory runs out, with a Failure.
 SelectedBlocks getpos(const PositionScores& scores, const Alignment& ali, const SelectionState& run);
+/// The same without the letters, but for `newposseq`.
+SelectedBlocks getpos(const PositionScores& scores, const SelectionState& run);
 
 }  // namespace trimora::rooms

@@ -14,9 +14,11 @@ void give(Table<Verdict>& all, const Stretch& stretch, Reason reason, int number
   }
 }
 
-/// The positions with score 0: too many gaps, or no residue.
-void judge_gaps(Table<Verdict>& all, const Alignment& ali, const PositionScores& scores, const SelectionState& run) {
+/// The sequences that have a gap at each position.
+Table<int> count_gaps(const Alignment& ali) {
   constexpr int tile = 4096;
+  Table<int> all;
+  all.reserve(ali.nupo);
   int gaps[tile];
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
@@ -25,10 +27,16 @@ void judge_gaps(Table<Verdict>& all, const Alignment& ali, const PositionScores&
       const char* text = ali.let[i].from(start);
       for (int c = 0; c < width; ++c) gaps[c] += text[c] == '-' ? 1 : 0;
     }
-    for (int c = 0; c < width; ++c) {
-      if (scores.val[start + c] != 0) continue;
-      all[start + c] = gaps[c] > most_gaps(run) ? Verdict{Reason::gaps, gaps[c]} : Verdict{Reason::unknown, 0};
-    }
+    all.append(gaps, width);
+  }
+  return all;
+}
+
+/// The positions with score 0: too many gaps, or no residue.
+void judge_gaps(Table<Verdict>& all, const Table<int>& gaps, const PositionScores& scores, const SelectionState& run) {
+  for (int p = 1; p <= gaps.size(); ++p) {
+    if (scores.val[p] != 0) continue;
+    all[p] = gaps[p] > most_gaps(run) ? Verdict{Reason::gaps, gaps[p]} : Verdict{Reason::unknown, 0};
   }
 }
 
@@ -87,14 +95,20 @@ void judge_parts(Table<Verdict>& all, const Stretch& block, const PositionScores
 
 }  // namespace
 
+Table<Verdict> verdicts(const Table<int>& gaps, const PositionScores& scores, const SelectedBlocks& blocks,
+                        const SelectionState& run) {
+  const int nupo = gaps.size();
+  Table<Verdict> all(nupo);
+  judge_gaps(all, gaps, scores, run);
+  judge_segments(all, scores, nupo, run);
+  for (const Stretch& block : blocks.pos) judge_parts(all, block, scores, run);
+  for (const Stretch& left : complement(blocks.newpos, nupo)) give(all, left, Reason::codon_frame);
+  return all;
+}
+
 Table<Verdict> verdicts(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
                         const SelectionState& run) {
-  Table<Verdict> all(ali.nupo);
-  judge_gaps(all, ali, scores, run);
-  judge_segments(all, scores, ali.nupo, run);
-  for (const Stretch& block : blocks.pos) judge_parts(all, block, scores, run);
-  for (const Stretch& left : complement(blocks.newpos, ali.nupo)) give(all, left, Reason::codon_frame);
-  return all;
+  return verdicts(count_gaps(ali), scores, blocks, run);
 }
 
 }  // namespace trimora::rooms

@@ -34,6 +34,9 @@ struct Verdict {
 /// The verdict on every position, [1..nupo].
 Table<Verdict> verdicts(const Alignment& ali, const PositionScores& scores, const SelectedBlocks& blocks,
                         const SelectionState& run);
+/// The same without the letters: `gaps` are those of each position.
+Table<Verdict> verdicts(const Table<int>& gaps, const PositionScores& scores, const SelectedBlocks& blocks,
+                        const SelectionState& run);
 
 /// A verdict in words, as "too many gaps (3 of 12, b5 allows 0)". `column_of` gives the number that a position is told by.
 template <typename ColumnOf>

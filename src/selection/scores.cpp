@@ -130,25 +130,77 @@ void assingval_similarity(const Counts& counts, int initnegval, int width, TileS
   }
 }
 
-}  // namespace
+bool is_protein(const SelectionState& run) {
+  return run.seq_type == 'P';
+}
 
-PositionScores assignval(const Alignment& ali, const SelectionState& run) {
-  const bool protein = run.seq_type == 'P';
-  const std::string_view alphabet = protein ? proteins : nucleotides;
-  PositionScores scores;
-  allocating("val", [&] { scores.val.reserve(ali.nupo); });
-  allocating("val_aa", [&] { scores.val_aa.reserve(ali.nupo); });
+/// Count the letters of `ali` tile by tile; `take` is called with each tile's counts and width.
+template <typename Take>
+void for_each_tile(const Alignment& ali, std::string_view alphabet, Take take) {
   const auto counts = allocating("bb", [] { return std::make_unique<Counts>(); });
   for (int start = 1; start <= ali.nupo; start += tile) {
     const int width = std::min(tile, ali.nupo - start + 1);
     count_tile(ali, start, width, alphabet, *counts);
+    take(*counts, width);
+  }
+}
+
+void append_residues(Table<char>& residues, const TileScores& scores, int width) {
+  char letters[tile];
+  std::copy_n(scores.residue, width, letters);
+  residues.append(letters, width);
+}
+
+}  // namespace
+
+PositionScores assignval(const Alignment& ali, const SelectionState& run) {
+  const std::string_view alphabet = is_protein(run) ? proteins : nucleotides;
+  PositionScores scores;
+  allocating("val", [&] { scores.val.reserve(ali.nupo); });
+  allocating("val_aa", [&] { scores.val_aa.reserve(ali.nupo); });
+  for_each_tile(ali, alphabet, [&](const Counts& counts, int width) {
     TileScores of_this_tile;
-    score_tile(*counts, alphabet, most_gaps(run), width, of_this_tile);
-    if (protein && run.tog_sim == 1) assingval_similarity(*counts, run.initnegval, width, of_this_tile);
+    score_tile(counts, alphabet, most_gaps(run), width, of_this_tile);
+    if (is_protein(run) && run.tog_sim == 1) assingval_similarity(counts, run.initnegval, width, of_this_tile);
     scores.val.append(of_this_tile.val, width);
-    char val_aa[tile];
-    std::copy_n(of_this_tile.residue, width, val_aa);
-    scores.val_aa.append(val_aa, width);
+    append_residues(scores.val_aa, of_this_tile, width);
+  });
+  return scores;
+}
+
+PositionCounts count_positions(const Alignment& ali, const SelectionState& run) {
+  const std::string_view alphabet = is_protein(run) ? proteins : nucleotides;
+  PositionCounts all;
+  allocating("counts", [&] {
+    for (Table<int>* numbers : {&all.gaps, &all.most}) numbers->reserve(ali.nupo);
+    all.residue.reserve(ali.nupo);
+    all.similar.reserve(ali.nupo);
+  });
+  for_each_tile(ali, alphabet, [&](const Counts& counts, int width) {
+    TileScores of_this_tile;
+    score_tile(counts, alphabet, run.numseq, width, of_this_tile);  // with any number of gaps
+    std::int32_t most[tile];                                        // exact: score_tile() has rounded it as a score is
+    std::transform(of_this_tile.val, of_this_tile.val + width, most,
+                   [](float v) { return static_cast<std::int32_t>(v); });
+    all.most.append(most, width);
+    all.gaps.append(counts.wide[alphabet.size() - 1], width);
+    append_residues(all.residue, of_this_tile, width);
+    if (is_protein(run)) assingval_similarity(counts, run.initnegval, width, of_this_tile);
+    all.similar.append(of_this_tile.val, width);
+  });
+  return all;
+}
+
+PositionScores scores_of(const PositionCounts& counts, const SelectionState& run) {
+  const bool weighted = is_protein(run) && run.tog_sim == 1;
+  const int mostgaps = most_gaps(run), nupo = counts.gaps.size();
+  PositionScores scores;
+  allocating("val", [&] { scores.val = Table<float>(nupo); });
+  allocating("val_aa", [&] { scores.val_aa = Table<char>(nupo, '?'); });
+  for (int p = 1; p <= nupo; ++p) {
+    if (counts.gaps[p] > mostgaps) continue;
+    scores.val[p] = weighted ? counts.similar[p] : static_cast<float>(counts.most[p]);
+    scores.val_aa[p] = counts.residue[p];
   }
   return scores;
 }

@@ -20,6 +20,22 @@ struct PositionScores {
 /// Fails    only when memory runs out, with a Failure.
 PositionScores assignval(const Alignment& ali, const SelectionState& run);
 
+/// What the letters say of each position, 13 bytes for each: the scores under any b5 and b6 follow without the letters.
+struct PositionCounts {
+  Table<int> gaps;       // [1..nupo] sequences with a gap
+  Table<int> most;       // with the most frequent residue
+  Table<char> residue;   // that one, upper case; '?' where there is none
+  Table<float> similar;  // `most`, weighted by similarity where assignval() would do that
+};
+
+/// Count every position of `ali`; of `run`, the type of sequence and `initnegval` are read.
+/// Fails    only when memory runs out, with a Failure.
+PositionCounts count_positions(const Alignment& ali, const SelectionState& run);
+
+/// The scores that assignval() gives the alignment that was counted.
+/// Needs    counts made with the same type of sequence.
+PositionScores scores_of(const PositionCounts& counts, const SelectionState& run);
+
 /// Conserved: at least b1 sequences carry the residue.
 inline bool conserved(const PositionScores& scores, int p, const SelectionState& run) {
   return scores.val[p] >= static_cast<float>(run.negval);  // single precision on both sides, on purpose

@@ -73,6 +73,34 @@ TEST(Scores, OfManyPositions) {
   }
 }
 
+// More positions than a tile, with more and fewer gaps than each b5 allows, and residues of equal number.
+TEST(Scores, FollowFromCountsForEveryB5AndB6) {
+  constexpr int nupo = 1500;
+  for (const char type : {'P', 'D'}) {
+    for (const int numseq : {2, 7, 24}) {
+      std::vector<std::string> rows(static_cast<std::size_t>(numseq));
+      for (unsigned p = 0, state = 1; p < nupo; ++p) {
+        for (std::string& row : rows) {
+          state = state * 1664525U + 1013904223U;
+          row += (state >> 16U) % 24 < p % 25 ? "ILVMa-?U"[(state >> 8U) % 8] : 'I';
+        }
+      }
+      const Alignment ali = alignment(rows);
+      const PositionCounts counts = count_positions(ali, parameters(numseq, type, no_gaps, 0));
+      for (const int b5 : {no_gaps, with_half, all_gaps}) {
+        for (const int b6 : {0, 1}) {
+          const SelectionState run = parameters(numseq, type, b5, b6);
+          const PositionScores scores = assignval(ali, run), same = scores_of(counts, run);
+          for (int p = 1; p <= nupo; ++p) {
+            ASSERT_EQ(same.val[p], scores.val[p]) << type << numseq << b5 << b6 << ' ' << p;
+            ASSERT_EQ(same.val_aa[p], scores.val_aa[p]) << type << numseq << b5 << b6 << ' ' << p;
+          }
+        }
+      }
+    }
+  }
+}
+
 // In ten-thousandths, each weight times a number of its own: a slip of the pen in one of them shows.
 TEST(Scores, WeightedSumOfTheMatrix) {
   long sum = 0;

@@ -2,6 +2,8 @@
 // Words     program: the compiled program, made once | run: one start of it, in a file system of its own
 import instantiate from "./trimora-run.mjs";
 
+export * from "./functions.mjs";
+
 const folder = "/here"; // holds the files of a run; the program is started in it
 
 /** @type {Promise<WebAssembly.Module> | undefined} */
@@ -18,6 +20,23 @@ export async function compile(bytes) {
 }
 
 /**
+ * An instance of the program, in memory of its own.
+ * @param {WebAssembly.Module} program
+ * @returns {ReturnType<typeof instantiate>}
+ */
+export function instance(program, glue = instantiate) {
+  return new Promise((resolve, reject) => {
+    glue({
+      instantiateWasm(imports, done) {
+        WebAssembly.instantiate(program, imports).then((made) => done(made)).catch(reject);
+        return {};
+      },
+      printErr() {}, // what Emscripten itself says; it throws as well
+    }).then(resolve, reject);
+  });
+}
+
+/**
  * Start the program once.
  * @param {Record<string, Uint8Array>} files
  * @param {string[]} args
@@ -26,18 +45,7 @@ export async function compile(bytes) {
  * @returns {Promise<import("./trimora.d.ts").Run>}
  */
 export async function run(files, args, { program, stdin = new Uint8Array(), glue = instantiate } = {}) {
-  const compiled = program ?? (await compile());
-  /** @type {ReturnType<typeof instantiate>} */
-  const loading = new Promise((resolve, reject) => {
-    glue({
-      instantiateWasm(imports, done) {
-        WebAssembly.instantiate(compiled, imports).then((instance) => done(instance)).catch(reject);
-        return {};
-      },
-      printErr() {}, // what Emscripten itself says; it throws as well
-    }).then(resolve, reject);
-  });
-  const { FS, callMain } = await loading;
+  const { FS, callMain } = await instance(program ?? (await compile()), glue);
   // Files double in size as they grow. Emscripten adds an eighth to large ones, which copies them again and again.
   FS.filesystems.MEMFS.expandFileStorage = (node, capacity) => {
     const before = node.contents;

@@ -37,12 +37,12 @@ const capital = (/** @type {number} */ c) => (c >= 97 && c <= 122 ? c - 32 : c);
 /** The standard genetic code, codons in the order TCAG. */
 const aminoAcids = "FFLLSSSSYY**CC*WLLLLPPPPHHQQRRRRIIIMTTTTNNKKSSRRVVVVAAAADDEEGGGG";
 
-/** The amino acid of a codon that begins at position p of sequence i. @param {import("./state.js").Letters} letters @param {number} i @param {number} p @param {number} nupo */
-function aminoAcid(letters, i, p, nupo) {
+/** The amino acid of a codon that begins at position p of sequence i. @param {import("./state.js").Tile | null} tile @param {number} i @param {number} p @param {number} nupo */
+function aminoAcid(tile, i, p, nupo) {
   if (p + 2 > nupo) return " ";
-  const codes = [0, 1, 2].map((k) => "TCAG".indexOf(String.fromCharCode(capital(letterAt(letters, i, p + k))).replace("U", "T")));
+  const codes = [0, 1, 2].map((k) => "TCAG".indexOf(String.fromCharCode(capital(letterAt(tile, i, p + k))).replace("U", "T")));
   if (codes.every((code) => code >= 0)) return aminoAcids[codes[0] * 16 + codes[1] * 4 + codes[2]];
-  return [0, 1, 2].every((k) => letterAt(letters, i, p + k) === 45) ? "-" : "X";
+  return [0, 1, 2].every((k) => letterAt(tile, i, p + k) === 45) ? "-" : "X";
 }
 
 /** How high the drawing is with so many rows. @param {State} now @param {number} rows */
@@ -74,13 +74,14 @@ export function drawAlignment(surface, now, { width, rows, columns: fit, names }
     for (let row = top; row < top + shown; ++row) {
       const i = sequenceAt(now, row), middle = y(row) + cell.height / 2 + 1;
       for (let d = first; d <= last; ++d) {
-        const p = positionAt(now, d), c = letterAt(letters, i, p);
+        const p = positionAt(now, d), c = letterAt(now.tile, i, p);
+        if (c === 0) continue; // it is on its way
         const agrees = !translating && columns.kind[p - 1] >= 2 && capital(c) === columns.residue[p - 1];
         const of = translating ? "" : colours[capital(c)]; // the colours are those of bases
         const back = now.palette === "report" ? (agrees ? "black" : "") : of ?? "";
         if (back) surface.rect(x(d), y(row), cell.width, cell.height, back);
         const fill = now.palette === "report" ? (agrees ? of ?? "white" : ink) : of ? "black" : ink;
-        const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(letters, i, p - 1, nupo) : " ";
+        const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(now.tile, i, p - 1, nupo) : " ";
         surface.text(x(d) + cell.width / 2, middle, text, fill, { size: 13, align: "center", mono: true });
       }
     }

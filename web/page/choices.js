@@ -3,11 +3,9 @@
 
 import { background, Dropped } from "./engine.js";
 import { inForce, share } from "./parameters.js";
-import { rowText } from "./sight.js";
-import { element, isBatch, isNucleic, make, numseq, refill, shares, showWhen, state, update } from "./state.js";
+import { remembered } from "./sight.js";
+import { element, isBatch, isNucleic, make, refill, shares, showWhen, size, state, update } from "./state.js";
 
-const sample = 20; // sequences that tell of which type they are
-const enough = 20; // letters: a protein of that length is not made of the letters of nucleotides alone
 const mostAlignments = 3000; // whose names are compared
 const enders = ["|", "_", "@", ".", "-", "/", ":"]; // after which no species' name goes on, perhaps
 
@@ -28,17 +26,9 @@ function row(question, ...answers) {
   return made;
 }
 
-/** Whether the letters are those of nucleotides. @param {import("./state.js").State} now */
-function nucleotides({ letters, columns }) {
-  if (!letters || !columns) return null;
-  const nupo = Math.min(columns.score.length, 2000);
-  const found = letters.names.slice(0, sample).map((_, k) => rowText(letters, k + 1, 1, nupo)).join("").replace(/[^A-Za-z]/g, "").toUpperCase();
-  return found.length < enough ? null : /^[ACGTUN]+$/.test(found);
-}
-
 /** @param {import("./state.js").State} now */
 function ofType(now) {
-  const found = nucleotides(now), { t } = now.values, nucleic = isNucleic(now), failed = now.table.some(({ status }) => status !== "ok");
+  const found = now.letters?.nucleotides ?? null, { t } = now.values, nucleic = isNucleic(now), failed = now.table.some(({ status }) => status !== "ok");
   const set = (/** @type {string} */ value) => () => update({ values: { ...state.values, t: value } });
   if (!failed && (found === null || (!found && !nucleic))) return [];
   const question = found === null ? "Trim the letters as" : `These letters look like ${found ? "nucleotides" : "protein"}. Trim them as`;
@@ -47,9 +37,9 @@ function ofType(now) {
 
 /** b1 and b2 as numbers, in a batch whose alignments differ in size. @param {import("./state.js").State} now */
 function ofSize(now) {
-  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences)), n = numseq(now);
+  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences)), n = size(now);
   const numbers = ["b1", "b2"].filter((name) => /^\d+$/.test(now.values[name] ?? ""));
-  if (sizes.size < 2 || n === 0 || (numbers.length === 0 && !shares(now))) return [];
+  if (sizes.size < 2 || n.numseq === 0 || (numbers.length === 0 && !shares(now))) return [];
   const per = Object.fromEntries(["b1", "b2"].filter((name) => now.values[name]).map((name) => [name, share(inForce(now.values, name, n), n)]));
   return numbers.length === 0 ? [] : [row("The alignments have different numbers of sequences.",
     choice("shares", `Make ${numbers.join(" and ")} a share of them: ${Object.values(per).join(", ")}`, false, () => update({ values: { ...state.values, ...per } })))];
@@ -67,19 +57,25 @@ function common(names, ender) {
   return [...seen.values()].filter((n) => n > 1).length;
 }
 
-/** @param {import("./state.js").State} now */
-function ofMatching({ names, outputs }) {
-  if (!names || names.length < 2) return [];
+/** What the names of a batch say: whether they are the same everywhere, and where those of species may end. */
+const named = remembered((now) => [now.names], ({ names }) => {
+  if (!names || names.length < 2) return null;
   const same = names.every((list) => list.length === names[0].length && list.every((name, k) => name === names[0][k]));
-  const set = (/** @type {string} */ match, /** @type {string} */ ender = "") => () => {
-    const { match: _, "name-end": __, ...others } = state.outputs;
-    update({ outputs: { ...others, ...(match ? { match } : {}), ...(ender ? { "name-end": ender } : {}) } });
-  };
-  const { match = "", "name-end": end = "" } = outputs, whole = common(names, "");
-  const first = names[0][0] ?? "";
-  const proposed = enders.filter((ender) => first.includes(ender) && common(names, ender) > whole);
-  if (end && !proposed.includes(end)) proposed.push(end);
+  const first = names[0][0] ?? "", whole = common(names, "");
   const told = names.some((list) => list.length === 0) ? "" : same ? "All alignments have the same names. " : "The alignments have different names, or another order. ";
+  return { told, first, enders: enders.filter((ender) => first.includes(ender) && common(names, ender) > whole) };
+});
+
+/** @param {import("./state.js").State} now */
+function ofMatching(now) {
+  const found = named(now);
+  if (!found) return [];
+  const { told, first } = found, { match = "", "name-end": end = "" } = now.outputs;
+  const set = (/** @type {string} */ how, /** @type {string} */ ender = "") => () => {
+    const { match: _, "name-end": __, ...others } = state.outputs;
+    update({ outputs: { ...others, ...(how ? { match: how } : {}), ...(ender ? { "name-end": ender } : {}) } });
+  };
+  const proposed = end && !found.enders.includes(end) ? [...found.enders, end] : found.enders;
   return [row(`${told}Put sequences together by`,
     choice("match-", "same names in the same order", !match, set("")),
     choice("match-name", "name; a missing one becomes ?", match === "name" && !end, set("name")),

@@ -1,6 +1,6 @@
 // Two settings side by side: one is pinned, the other goes on changing.
 
-import { background, Dropped } from "./engine.js";
+import { Dropped, engine } from "./engine.js";
 import { options } from "./parameters.js";
 import { differences } from "./plot.js";
 import { commandLine } from "./save.js";
@@ -24,7 +24,7 @@ async function select() {
   const { opened, shown, pinned } = state;
   if (!opened || !pinned || pinned.columns) return;
   try {
-    const { columns } = await background.ask({ job: "select", args: [shown, ...options(pinned.values)], only: shown, columns: true });
+    const { columns = null } = await engine.ask({ job: "select", name: shown, values: pinned.values, known: true });
     if (state.pinned === pinned && shown === state.shown) update({ pinned: { ...pinned, columns } });
   } catch (error) {
     if (error instanceof Dropped) setTimeout(select, 300); // something more urgent came between

@@ -1,29 +1,36 @@
 // How many positions are kept over the range of the parameter whose field has the focus, so that one sees where it matters.
 
-import { background, Dropped } from "./engine.js";
-import { bounds, inForce, options, parameters } from "./parameters.js";
-import { element, invalid, numseq, shares, showWhen, shownRow, state } from "./state.js";
+import { Dropped, engine } from "./engine.js";
+import { bounds, inForce, parameters } from "./parameters.js";
+import { element, invalid, shares, showWhen, shownRow, size, state } from "./state.js";
+import { number } from "./words.js";
 
 const rest = 400; // milliseconds without a change before a curve is computed
 const most = 40; // values
-const large = 4e6; // letters; an alignment with more gets fewer values
-const tooLarge = 6e7; // letters; an alignment with more gets no curve
 const height = 44;
 
-/** Values of a parameter over its slider's range. @param {string} name */
+/** Values of a parameter over its slider's range, or its choices. @param {string} name @returns {string[]} */
 function range(name) {
-  const parameter = parameters.find((one) => one.name === name), letters = Number(shownRow(state)?.sequences) * Number(shownRow(state)?.positions);
-  if (!parameter?.range || !(letters < tooLarge)) return [];
-  const { least, most: largest } = bounds(state.values, name, numseq(state)), end = Math.min(largest, parameter.slider ?? largest);
-  const wanted = letters > large ? 10 : most, n = Math.min(wanted, end - least + 1);
-  return [...new Set(Array.from({ length: n }, (_, k) => Math.round(least + (n > 1 ? (k * (end - least)) / (n - 1) : 0))))];
+  const parameter = parameters.find((one) => one.name === name);
+  if (!parameter) return [];
+  if (parameter.choices) return Object.keys(parameter.choices);
+  const { least, most: largest } = bounds(state.values, name, size(state)), end = Math.min(largest, parameter.slider ?? largest);
+  const n = Math.min(most, end - least + 1);
+  return [...new Set(Array.from({ length: n }, (_, k) => String(Math.round(least + (n > 1 ? (k * (end - least)) / (n - 1) : 0)))))];
+}
+
+/** What each choice keeps. @param {string} name @param {[string, number][]} points @param {number} nupo */
+function listed(name, points, nupo) {
+  const { choices = {} } = parameters.find((one) => one.name === name) ?? {};
+  const words = points.map(([value, kept]) => `${choices[value]} ${kept < 0 ? "not possible" : number(kept)}`);
+  element(`${name}-curve`, HTMLElement).textContent = `Kept of ${number(nupo)} positions: ${words.join(", ")}.`;
 }
 
 /** @param {string} name @param {[number, number][]} points values and positions kept @param {number} nupo */
 function drawn(name, points, nupo) {
   const place = element(`${name}-curve`, HTMLElement), [least] = points[0], [largest] = points[points.length - 1];
   const x = (/** @type {number} */ value) => 4 + (192 * (value - least)) / Math.max(largest - least, 1), y = (/** @type {number} */ kept) => height - 4 - ((height - 8) * kept) / nupo;
-  const now = inForce(state.values, name, numseq(state)), counts = points.map(([, kept]) => kept);
+  const now = inForce(state.values, name, size(state)), counts = points.map(([, kept]) => kept);
   const svg = document.createElementNS("http://www.w3.org/2000/svg", "svg");
   svg.setAttribute("viewBox", `0 0 200 ${height}`);
   svg.setAttribute("preserveAspectRatio", "none");
@@ -47,19 +54,18 @@ export function connect() {
     for (const place of document.querySelectorAll(".curve")) if (place.id !== `${name}-curve`) place.replaceChildren();
     if (!name || !now.columns || invalid(now)) return;
     waiting = setTimeout(async () => {
-      const { values, shown } = state, row = shownRow(state), n = numseq(state);
-      /** @type {[number, number][]} */
-      const points = [];
+      const { values } = state, row = shownRow(state), list = range(name), nupo = Number(row?.positions);
+      // The other one of b1 and b2 as a number too: the program wants both in one unit.
+      const other = name === "b1" ? "b2" : "b1", counted = /^b[12]$/.test(name) && shares(state) && values[other];
+      const others = counted ? { ...values, [other]: String(inForce(values, other, size(state))) } : values;
       try {
-        for (const value of range(name)) {
-          // The other one of b1 and b2 as a number too: the program wants both in one unit.
-          const other = name === "b1" ? "b2" : "b1", tried = { ...values, [name]: String(value) };
-          if (/^b[12]$/.test(name) && shares(state) && values[other]) tried[other] = String(inForce(values, other, n));
-          const { rows: [found] } = await background.ask({ job: "select", args: [shown, ...options(tried)], only: shown });
-          if (mine !== turn) return;
-          if (found?.status === "ok") points.push([value, Number(found.selected)]);
-        }
-        if (points.length > 1) drawn(name, points, Number(row?.positions));
+        /** @type {number[]} */
+        const kept = await engine.ask({ job: "curve", values: list.map((value) => ({ ...others, [name]: value })) });
+        if (mine !== turn) return;
+        const points = list.map((value, k) => /** @type {[string, number]} */ ([value, kept[k]]));
+        const possible = points.filter(([, n]) => n >= 0).map(([value, n]) => /** @type {[number, number]} */ ([Number(value), n]));
+        if (parameters.find((one) => one.name === name)?.choices) listed(name, points, nupo);
+        else if (possible.length > 1) drawn(name, possible, nupo);
       } catch (error) {
         if (!(error instanceof Dropped)) throw error;
       }

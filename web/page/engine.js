@@ -8,6 +8,8 @@ import packedProgram from "packed:wasm";
 export const noMemory = "This browser does not give a page enough memory for this run. The installed program needs far " +
   "less: run the command at the end of this page there.";
 
+const outOfMemory = /memory|alloc|RangeError|out of bounds|too large/i;
+
 /** Thrown into what waits for a run that was dropped. */
 export class Dropped extends Error {}
 
@@ -22,6 +24,11 @@ const parts = Promise.all([
 
 /** One worker. */
 class Engine {
+  #name;
+  /** @param {string} name of its time in the browser's own measurements */
+  constructor(name) {
+    this.#name = name;
+  }
   /** @type {Worker | null} */ #worker = null;
   /** @type {Map<number, {resolve: (result: any) => void, reject: (error: Error) => void}>} */ #waiting = new Map();
   #last = 0;
@@ -48,9 +55,11 @@ class Engine {
     const [program, source] = await parts;
     if (!this.#worker) {
       this.#worker = new Worker(source);
-      this.#worker.onmessage = ({ data: { id, result, error } }) => {
-        if (error) return this.drop(new Error(sentence(error)));
-        this.#waiting.get(id)?.resolve(result);
+      this.#worker.onmessage = ({ data: { id, result, error, took } }) => {
+        if (error && outOfMemory.test(error)) return this.drop(new Error(noMemory));
+        if (took !== undefined) performance.mark(this.#name, { detail: took }); // for whoever measures
+        if (error) this.#waiting.get(id)?.reject(new Error(sentence(error)));
+        else this.#waiting.get(id)?.resolve(result);
         this.#waiting.delete(id);
       };
       this.#worker.onerror = (event) => {
@@ -71,18 +80,19 @@ class Engine {
   }
 }
 
-/** For what a person waits for, and for what may come a little later. */
-export const engine = new Engine(), background = new Engine();
+/** For the alignment that is shown, for what the program itself says a little later, and for what is saved. */
+export const engine = new Engine("engine"), background = new Engine("background"), writer = new Engine("writer");
 
 /** Work on these files from now on. @param {import("./worker.js").Input[]} files */
 export function open(files) {
   engine.drop();
   background.drop();
+  writer.drop();
   inputs = files;
 }
 
 /** @param {string} error of the engine or the browser */
 function sentence(error) {
-  return /memory|alloc|RangeError|out of bounds|too large/i.test(error) ? noMemory
+  return outOfMemory.test(error) ? noMemory
     : `The run broke off (${error}). The page goes on: try again, or run the command at the end of this page with the installed program.`;
 }

@@ -1,7 +1,7 @@
 // The form of the parameters, made of their table.
 
 import { bounds, fromLink, inForce, parameters, share, shareBounds, shownOrder, toLink } from "./parameters.js";
-import { element, make, numseq, shares, show, showWhen, state, update } from "./state.js";
+import { element, make, shares, show, showWhen, size, state, update } from "./state.js";
 
 /** Set one value, "" for the default. The program wants shares of both b1 and b2, or of neither. @param {string} name @param {string} value */
 function set(name, value) {
@@ -14,8 +14,8 @@ function set(name, value) {
  * @param {Record<string, string>} values @param {boolean | null} per
  */
 function inUnit(values, per) {
-  const n = numseq(state), changed = { ...values };
-  for (const name of per === null || n === 0 ? [] : ["b1", "b2"]) {
+  const n = size(state), changed = { ...values };
+  for (const name of per === null || n.numseq === 0 ? [] : ["b1", "b2"]) {
     const value = values[name];
     if (value && per && !value.endsWith("%")) changed[name] = share(Number(value), n);
     if (value && !per && value.endsWith("%")) changed[name] = String(inForce(values, name, n));
@@ -54,11 +54,11 @@ function field({ name, label, effect, choices, slider }) {
   const extent = make("span", {}); // what the number may be
 
   show((now) => {
-    const value = now.values[name] ?? "", n = numseq(now);
+    const value = now.values[name] ?? "", n = size(now);
     if (!(control instanceof HTMLInputElement) || !range) {
       control.value = value;
     } else {
-      const known = n > 0 || !/^b[12]$/.test(name), per = /^b[12]$/.test(name) && shares(now);
+      const known = n.numseq > 0 || !/^b[12]$/.test(name), per = /^b[12]$/.test(name) && shares(now);
       const { wrong: why, ...numbers } = bounds(now.values, name, n);
       const { least, most } = per ? shareBounds(now.values, name, n) : numbers;
       const standard = inForce({ ...now.values, [name]: "" }, name, n), force = inForce(now.values, name, n);
@@ -70,9 +70,9 @@ function field({ name, label, effect, choices, slider }) {
       control.min = range.min = String(least);
       control.max = String(most);
       range.max = String(Math.min(most, slider ?? most));
-      range.value = per && value === "" ? String(Math.ceil((standard * 100) / n)) : number;
+      range.value = per && value === "" ? String(Math.ceil((standard * 100) / n.numseq)) : number;
       range.disabled = !known;
-      const what = per ? `. In force here: ${force} of ${n} sequences. Default ${standard}, from ${least} % to ${most} %` : `. Default ${standard}, from ${least} to ${most}`;
+      const what = per ? `. In force here: ${force} of ${n.numseq} sequences. Default ${standard}, from ${least} % to ${most} %` : `. Default ${standard}, from ${least} to ${most}`;
       extent.textContent = known ? what : "";
       wrong.textContent = known ? why : "";
       control.setAttribute("aria-invalid", String(known && why !== ""));
@@ -82,8 +82,8 @@ function field({ name, label, effect, choices, slider }) {
 
   const row = make("div", { className: "field" },
     make("label", { htmlFor: name }, make("b", {}, name), ` ${label}`), control,
-    ...(range ? [range, make("p", { id: `${name}-curve`, className: "curve effect" })] : []), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
-  row.addEventListener("focusin", () => update({ focused: range ? name : "" }));
+    ...(range ? [range] : []), make("p", { id: `${name}-curve`, className: "curve effect" }), make("p", { id: `${name}-effect`, className: "effect" }, effect, extent), wrong);
+  row.addEventListener("focusin", () => update({ focused: name }));
   return row;
 }
 

@@ -1,4 +1,4 @@
-// The page: connects its parts and runs the program again whenever something that it depends on has changed.
+// The page: connects its parts and selects again whenever something that the selection depends on has changed.
 
 import * as choices from "./choices.js";
 import * as compare from "./compare.js";
@@ -13,127 +13,107 @@ import { options } from "./parameters.js";
 import * as picture from "./picture.js";
 import * as plot from "./plot.js";
 import * as saving from "./save.js";
-import { invalid, isBatch, matching, shownRow, showWhen, state, update } from "./state.js";
+import { invalid, isBatch, matching, showWhen, state, update } from "./state.js";
 import * as summary from "./summary.js";
+import * as tiles from "./tiles.js";
 import * as viewer from "./viewer.js";
 
-const patience = 150; // milliseconds that a run under way is waited for before it is dropped
-const rest = 200; // and those without a change before a whole batch is run
-const mostShown = 3e8; // bytes of an alignment whose letters are all shown
-const firstBytes = 2e8; // bytes of a larger one whose letters are
-const wrongUsage = 2; // a value of the address that no sequence of this alignment allows: the form then says why
+const rest = 250; // milliseconds without a change before the program itself is run
 const large = 1e8; // bytes; for more, the page says first what a run needs
+/** Memory that an alignment takes in its course, in its own size. */
+const memory = 6;
 
-let started = 0; // when the run under way was started; 0: none is
-let again = false;
-let reading = false; // whether letters are being read: these can wait
+/** @typedef {import("./state.js").Row} Row */
+
+let running = false; // whether a selection is under way
+let again = false; // and another one is due after it
 
 /** What the program wrote on standard error, line by line, in the page's words. @param {string} stderr */
 const linesOf = (stderr) => stderr.split("\n").filter((line) => line)
   .map((line) => line.replace(/^trimora-run: /, "").replace(" in /here", "") // the engine's own folder
     .replace(/there is not enough memory( \(.*\))?/, noMemory));
 
-/** The kind of sequences that the program took the alignment for, where it says so. @param {string} printed */
-const kindOf = (printed) => printed.match(/; (protein|DNA|codons), by /)?.[1] ?? "";
-
 /** @param {unknown} error */
 const wordsOf = (error) => (error instanceof Error ? error.message : String(error));
 
-/** Run the alignment that is shown with the present values; a later run takes the place of this one. */
+/** The table with the line of the alignment that is shown; the other columns of an earlier line stay. @param {Row} row */
+function tableWith(row) {
+  const { table } = state, before = table.find(({ alignment }) => alignment === row.alignment);
+  if (!before) return table.length > 0 ? table : [row];
+  return Object.keys(row).every((key) => row[key] === before[key]) ? table : table.map((one) => (one === before ? { ...one, ...row } : one));
+}
+
+/** Select the blocks of the alignment that is shown with the present values. */
 async function select() {
   const { opened, values, shown } = state;
   if (!opened || invalid(state)) return;
-  if (started) {
+  if (running) {
     again = true;
-    if (performance.now() - started > patience) engine.drop();
-    else setTimeout(() => again && started && engine.drop(), patience);
     return;
   }
-  if (reading) engine.drop();
-  started = performance.now();
-  let status = 0;
-  update({ running: true });
+  running = true;
+  update({ running });
   try {
-    const made = await engine.ask({ job: "select", args: [shown, ...options(values)], only: shown, columns: true });
+    const made = await engine.ask({ job: "select", name: shown, values, known: state.letters !== null });
     if (opened !== state.opened || shown !== state.shown) return;
-    status = made.status;
-    const lines = linesOf(made.stderr), [row] = made.rows;
-    if (isBatch(state)) {
-      const before = state.table.find(({ alignment }) => alignment === shown), changed = JSON.stringify(before) !== JSON.stringify(row);
-      const rows = state.table.map((one) => (one === before ? row ?? one : one));
-      update({ table: rows.length === 0 ? made.rows : changed ? rows : state.table, columns: made.columns, failure: "", kind: kindOf(made.stdout) });
+    const about = { ...(made.about ? { letters: made.about } : {}), ...(made.standards ? { standards: made.standards } : {}) };
+    if (made.failure === undefined) {
+      update({ ...about, columns: made.columns, kind: made.kind, failure: "", table: tableWith(made.row) });
+    } else if (isBatch(state)) {
+      update({ ...about, columns: null, table: tableWith({ alignment: shown, status: "failed", message: made.failure }) });
     } else {
-      const failed = row?.status !== "ok";
-      update({
-        table: made.rows, columns: made.columns, notes: failed ? [] : lines, printed: made.stdout, kind: kindOf(made.stdout),
-        failure: failed ? lines.join("\n") || "The program found no alignment." : "",
-      });
+      update({ ...about, columns: null, notes: [], table: [{ alignment: shown, status: "failed", message: made.failure }], failure: `${shown}: ${made.failure}` });
     }
   } catch (error) {
     if (!(error instanceof Dropped)) update({ table: [], columns: null, notes: [], failure: wordsOf(error) });
   } finally {
-    started = 0;
+    running = false;
     update({ running: again });
     if (again) {
       again = false;
       select();
-    } else if (!state.letters && (state.columns || status === wrongUsage)) letters();
+    }
   }
 }
 
 let waiting = 0, due = 0;
 
-/** Run the whole batch, once nothing changes any more. */
-function selectBatch() {
-  if (!isBatch(state)) return;
+/** Run the program itself, once nothing changes any more: its notes, its account, and the whole table of a batch. */
+function confirm() {
   clearTimeout(waiting);
   waiting = setTimeout(async () => {
-    const { opened, values } = state, turn = ++due;
+    const { opened, values } = state, turn = ++due, batch = isBatch(state);
     if (!opened || invalid(state)) return;
     if (background.busy) background.drop();
     try {
-      const made = await background.ask({ job: "select", args: [opened.file, ...options(values), ...matching(state), "--keep-going"] });
+      const made = await background.ask(batch ? { job: "run", args: [opened.file, ...options(values), ...matching(state), "--keep-going"] }
+        : { job: "run", args: [opened.file, ...options(values)], only: opened.file });
       if (turn !== due || opened !== state.opened || values !== state.values) return;
-      const lines = linesOf(made.stderr), failed = !made.rows.some((/** @type {import("./state.js").Row} */ row) => row.status === "ok");
-      update({ table: made.rows, notes: failed ? [] : lines, printed: made.stdout,
-        failure: failed ? lines.join("\n") || "The program found no alignment." : "" });
+      if (opened.bytes > large) background.drop(); // with its memory
+      const lines = linesOf(made.stderr), failed = !made.rows.some((/** @type {Row} */ row) => row.status === "ok");
+      if (failed) return update({ table: made.rows, notes: [], printed: made.stdout, failure: lines.join("\n") || "The program found no alignment." });
+      const shown = made.rows.find((/** @type {Row} */ row) => row.alignment === state.shown), live = state.table.find((row) => row.alignment === state.shown);
+      const other = shown?.status === "ok" && live?.selected !== undefined && state.columns && shown.selected !== live.selected;
+      update({ table: made.rows, notes: lines, printed: made.stdout,
+        failure: other ? `The page selects ${live.selected} positions and the program ${shown.selected}. That must not be: do not use this result, and report it.` : "" });
     } catch (error) {
-      if (!(error instanceof Dropped)) update({ notes: [wordsOf(error)] });
+      if (!(error instanceof Dropped)) update(state.columns ? { notes: [wordsOf(error)] } : { failure: wordsOf(error) });
     }
   }, state.table.length === 0 ? 0 : rest);
-}
-
-/** The letters of the alignment shown, once its first run is done. */
-async function letters() {
-  const { opened, shown, columns } = state, row = shownRow(state);
-  if (!opened) return;
-  const inPart = (opened.inputs.find(({ name }) => name === shown)?.blob.size ?? 0) > mostShown;
-  if (inPart && (!columns || !row)) return;
-  reading = true;
-  try {
-    const found = await engine.ask({ job: "letters", name: shown, part: inPart && columns && row
-      ? { bytes: firstBytes, column: columns.column, width: Number(row.columns), numseq: Number(row.sequences) } : undefined });
-    if (opened !== state.opened || shown !== state.shown) return;
-    update(found || !inPart ? { letters: found } : { notice: "The letters are not shown: the first sequences of this file could not be read by themselves." });
-  } catch (error) {
-    if (!(error instanceof Dropped)) update({ notice: wordsOf(error) });
-  } finally {
-    reading = false;
-  }
 }
 
 showWhen((now) => [now.opened], ({ opened }) => {
   if (!opened) return;
   open(opened.inputs);
   if (opened.bytes > large) {
-    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${((opened.bytes > mostShown ? 3 * opened.bytes + 1e9 : 8 * opened.bytes) / 1e9).toFixed(1)} GB of memory for it. ` +
+    update({ notice: `${Math.round(opened.bytes / 1e6)} MB: this page needs about ${((memory * opened.bytes) / 1e9).toFixed(1)} GB of memory for it. ` +
       `The installed program needs ${(opened.bytes * 1.2 / 1e9).toFixed(1)} GB: trimora-run ${opened.file}` });
   }
 });
-for (const part of [history, form, opening, choices, summary, plot, map, viewer, find, compare, curve, picture, saving]) part.connect();
+for (const part of [history, form, opening, choices, summary, plot, map, tiles, viewer, find, compare, curve, picture, saving]) part.connect();
 showWhen((now) => [now.opened, now.values, now.shown], select);
-showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"]], selectBatch);
-showWhen((now) => [now.running], ({ running }) => document.body.classList.toggle("running", running));
+showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"]], confirm);
+showWhen((now) => [now.running], (now) => document.body.classList.toggle("running", now.running));
 showWhen((now) => [invalid(now)], (now) => {
   document.body.classList.toggle("invalid", invalid(now));
   for (const old of document.querySelectorAll(".drawn, #said, #batch, #compare")) old.toggleAttribute("inert", invalid(now));

@@ -1,7 +1,8 @@
 // The whole alignment in little: where its letters agree and where there are gaps, its selected blocks below, and a frame
 // around what the window shows. Dragging moves the window, over rows as well.
 
-import { columnOf, letterAt, positionAt, sequenceAt, within } from "./sight.js";
+import { engine } from "./engine.js";
+import { columnOf, positionAt, sequenceAt, within } from "./sight.js";
 import { element, showWhen, state, update } from "./state.js";
 import { colour, prepare, watchTheme } from "./theme.js";
 
@@ -11,28 +12,52 @@ const canvas = () => element("map", HTMLCanvasElement);
 /** Rows of pixels that the alignment takes. */
 const tall = () => Math.min(tallest, Math.max(24, (state.letters?.names.length ?? 0) * 2));
 
+/** One letter for each pixel. @typedef {{letters: import("./state.js").Letters, width: number, height: number, positions: Uint32Array, codes: Uint8Array}} Sample */
+/** @type {Sample | null} */
+let sample = null; // once for an alignment, an order and a size
 /** @type {HTMLCanvasElement | null} */
-let picture = null; // of the letters, drawn once for an alignment and a width
+let picture = null; // of it, under the present columns
 
-/** Each pixel shows one letter. @param {number} width @param {number} height */
-function paint(width, height) {
+/** Have the letters picked that are to be seen. */
+async function pick() {
+  const { columns, letters, order, gaps } = state, width = Math.round(canvas().parentElement?.clientWidth ?? 0), height = tall();
+  sample = null;
+  if (!columns || !letters || width < 1) return;
+  const n = letters.names.length, nupo = columns.score.length;
+  const positions = Uint32Array.from({ length: width }, (_, x) => 1 + Math.floor((x / width) * nupo));
+  const rows = Array.from({ length: height }, (_, y) => sequenceAt(state, 1 + Math.floor((y / height) * n)));
+  try {
+    const codes = await engine.ask({ job: "sample", rows, positions });
+    if (letters !== state.letters || order !== state.order || gaps !== state.gaps) return;
+    sample = { letters, width, height, positions, codes };
+    again();
+  } catch {
+    picture = null; // something else was opened
+  }
+}
+
+function paint() {
   const { columns, letters } = state;
   picture = null;
-  if (!columns || !letters || width < 1) return;
+  if (!columns || !sample || sample.letters !== letters) return;
+  const { width, height, positions, codes } = sample;
   const made = Object.assign(document.createElement("canvas"), { width, height }), ctx = made.getContext("2d");
-  const image = /** @type {CanvasRenderingContext2D} */ (ctx).createImageData(width, height), n = letters.names.length, nupo = columns.score.length;
+  const image = /** @type {CanvasRenderingContext2D} */ (ctx).createImageData(width, height);
   const [empty, plain, agreeing] = [colour("paper"), colour("faint"), colour("line")] // opaque, in the byte order of the picture
     .map((hex) => [5, 3, 1].reduce((all, k) => all * 256 + parseInt(hex.slice(k, k + 2), 16), 255));
-  const dots = new Uint32Array(image.data.buffer), at = Uint32Array.from({ length: width }, (_, x) => 1 + Math.floor((x / width) * nupo));
-  for (let y = 0; y < height; ++y) {
-    const i = sequenceAt(state, 1 + Math.floor((y / height) * n));
-    for (let x = 0; x < width; ++x) {
-      const p = at[x], c = letterAt(letters, i, p);
-      dots[y * width + x] = c === gap ? empty : (c & 0xdf) === columns.residue[p - 1] && columns.kind[p - 1] >= 2 ? agreeing : plain;
-    }
+  const dots = new Uint32Array(image.data.buffer);
+  const residues = Uint8Array.from(positions, (p) => (columns.kind[p - 1] >= 2 ? columns.residue[p - 1] : 0));
+  for (let at = 0, x = 0; at < dots.length; ++at, x = x + 1 < width ? x + 1 : 0) {
+    const c = codes[at];
+    dots[at] = c === gap ? empty : (c & 0xdf) === residues[x] ? agreeing : plain;
   }
   ctx?.putImageData(image, 0, 0);
   picture = made;
+}
+
+function again() {
+  paint();
+  draw();
 }
 
 function draw() {
@@ -66,15 +91,15 @@ export function connect() {
     there(event);
   });
   canvas().addEventListener("pointermove", (event) => event.buttons && there(event));
-  const again = () => {
-    paint(Math.round(canvas().parentElement?.clientWidth ?? 0), tall());
-    draw();
-  };
-  showWhen((now) => [now.letters, now.order, now.columns], again);
+  showWhen((now) => [now.letters, now.order, now.gaps, now.columns?.score.length], pick);
+  showWhen((now) => [now.letters, now.columns], again);
   showWhen((now) => [now.first, now.width, now.top, now.height, now.trimmed], draw);
   showWhen((now) => [now.columns], (now) => {
     canvas().setAttribute("aria-label", `The whole alignment in little, with ${now.columns?.blocks.length ?? 0} selected blocks, which are listed below`);
   });
   watchTheme(again);
-  new ResizeObserver(again).observe(/** @type {Element} */ (canvas().parentElement));
+  new ResizeObserver(() => {
+    pick();
+    draw();
+  }).observe(/** @type {Element} */ (canvas().parentElement));
 }

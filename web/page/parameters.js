@@ -1,5 +1,11 @@
-// The parameters of a run, in one table: the form, the address and the command line follow from its rows.
+// The parameters of a run. Their defaults and ranges are the program's own; the page adds its words, and the form, the
+// address and the command line follow.
 // Words     a value is text as on the command line; "" is the program's own default
+
+/** The options of the program, as the build asks the engine for them. */
+const table = OPTIONS;
+
+/** How many sequences an alignment has, and what b1 and b2 are for it by default. @typedef {{numseq: number, b1: number, b2: number}} Size */
 
 /**
  * @typedef {object} Parameter
@@ -7,41 +13,52 @@
  * @property {string} label
  * @property {string} effect of a higher value, in one line
  * @property {Record<string, string>} [choices] value and words; without it the value is a whole number
- * @property {(numseq: number, value: (name: string) => number) => number} [standard] the default
- * @property {(numseq: number, value: (name: string) => number) => [number, number, string, string]} [range]
- *   the smallest and the largest value, and why no smaller and no larger one
+ * @property {(size: Size, value: (name: string) => number) => number} standard the default
+ * @property {(size: Size, value: (name: string) => number) => [number, number, string, string]} range the smallest and the
+ *   largest value, and why no smaller and no larger one
  * @property {number} [slider] where the slider ends, when not at the largest value
  */
 
-const half = (/** @type {number} */ numseq) => Math.floor(numseq / 2) + 1;
-const fixed = (/** @type {number} */ least, /** @type {number} */ most) =>
-  /** @returns {[number, number, string, string]} */ () => [least, most, "", ""];
+/** @param {string} name */
+const option = (name) => {
+  const found = table.find((one) => one.name === `-${name}`);
+  if (!found) throw new Error(`no option ${name}`);
+  return found;
+};
+const upper = (/** @type {string} */ text) => text.slice(0, 1).toUpperCase() + text.slice(1);
+
+/** Of "N none|H half with-half": N, the default perhaps, "None" and H "With half". @param {string} name */
+function choicesOf(name) {
+  const { values, standard } = option(name), list = values.split("|").map((choice) => choice.split(" "));
+  const chosen = list.map((words) => [words[0] === standard ? "" : words[0], upper((words[words.length - 1] ?? "").replaceAll("-", " "))]);
+  return Object.fromEntries(list.some(([word]) => word === standard) ? chosen : [["", upper(standard)], ...chosen]);
+}
+
+/** @param {string} name @param {Pick<Parameter, "label" | "effect">} words @returns {Parameter} */
+const chosen = (name, words) => ({ name, ...words, choices: choicesOf(name), standard: () => 0, range: () => [0, 0, "", ""] });
+
+/** A number whose range is always the same. @param {string} name @param {Pick<Parameter, "label" | "effect" | "slider">} words @returns {Parameter} */
+function fixed(name, words) {
+  const { least, most, standard } = option(name), other = standard.match(/^as (b\d)$/)?.[1];
+  return { name, ...words, range: () => [least, most, "", ""], standard: (_, value) => (other ? value(other) : Number(standard)) };
+}
 
 /** In the order in which the program has to read them: b1 is checked against b2, b4 sets b0. @type {Parameter[]} */
 export const parameters = [
-  { name: "t", label: "Type of sequence", choices: { "": "by its letters", P: "protein", D: "DNA", C: "codons" },
-    effect: "Codons: scored like DNA, blocks end at whole codons" },
+  chosen("t", { label: "Type of sequence", effect: "Codons: scored like DNA, blocks end at whole codons" }),
   { name: "b2", label: "Sequences for a flank position",
     effect: "Higher keeps less: blocks begin and end at stricter positions",
-    standard: (numseq) => Math.max(half(numseq), Math.floor((numseq * 85) / 100)),
-    range: (numseq, value) => [value("b1"), numseq, "that is b1", "that is the number of sequences"] },
+    standard: ({ b2 }) => b2,
+    range: ({ numseq }, value) => [value("b1"), numseq, "that is b1", "that is the number of sequences"] },
   { name: "b1", label: "Sequences for a conserved position",
     effect: "Higher keeps less: fewer positions are conserved",
-    standard: half,
-    range: (numseq, value) => [half(numseq), value("b2"), "half the number of sequences + 1", "that is b2"] },
-  { name: "b3", label: "Nonconserved positions in a row",
-    effect: "Higher keeps more: blocks run across longer variable stretches",
-    standard: () => 8, range: fixed(0, 32000), slider: 40 },
-  { name: "b4", label: "Length of a block",
-    effect: "Higher keeps less: short blocks are dropped",
-    standard: () => 10, range: fixed(2, 32000), slider: 60 },
-  { name: "b0", label: "Length of an initial block",
-    effect: "Higher keeps less: as b4, but before gaps are cut out",
-    standard: (_, value) => value("b4"), range: fixed(2, 32000), slider: 60 },
-  { name: "b5", label: "Allowed gap positions", choices: { "": "None", H: "With half", A: "All" },
-    effect: "Keeps more from None over With half to All" },
-  { name: "b6", label: "Similarity matrix", choices: { "": "Yes", N: "No" },
-    effect: "For proteins: Yes keeps more, as similar residues count" },
+    standard: ({ b1 }) => b1,
+    range: ({ b1 }, value) => [b1, value("b2"), "half the number of sequences + 1", "that is b2"] },
+  fixed("b3", { label: "Nonconserved positions in a row", effect: "Higher keeps more: blocks run across longer variable stretches", slider: 40 }),
+  fixed("b4", { label: "Length of a block", effect: "Higher keeps less: short blocks are dropped", slider: 60 }),
+  fixed("b0", { label: "Length of an initial block", effect: "Higher keeps less: as b4, but before gaps are cut out", slider: 60 }),
+  chosen("b5", { label: "Allowed gap positions", effect: "Keeps more from None over With half to All" }),
+  chosen("b6", { label: "Similarity matrix", effect: "For proteins: Yes keeps more, as similar residues count" }),
 ];
 
 /** In the order in which people think of them. */
@@ -51,43 +68,44 @@ const find = (/** @type {string} */ name) => parameters.find((parameter) => para
 
 /**
  * The number in force for a parameter of numbers.
- * @param {Record<string, string>} values @param {string} name @param {number} numseq @returns {number}
+ * @param {Record<string, string>} values @param {string} name @param {Size} size @returns {number}
  */
-export function inForce(values, name, numseq) {
+export function inForce(values, name, size) {
   const value = values[name];
-  if (value) return value.endsWith("%") ? Math.floor((numseq * Number(value.slice(0, -1))) / 100) : Number(value);
-  return find(name)?.standard?.(numseq, (other) => inForce(values, other, numseq)) ?? 0;
+  if (value) return value.endsWith("%") ? Math.floor((size.numseq * Number(value.slice(0, -1))) / 100) : Number(value);
+  return find(name)?.standard(size, (other) => inForce(values, other, size)) ?? 0;
 }
 
 /**
  * What a number may be, and why a value outside of that is refused; "" where it is not.
- * @param {Record<string, string>} values @param {string} name @param {number} numseq
+ * @param {Record<string, string>} values @param {string} name @param {Size} size
  */
-export function bounds(values, name, numseq) {
+export function bounds(values, name, size) {
   const [least, most, whyLeast, whyMost] =
-    find(name)?.range?.(numseq, (other) => inForce(values, other, numseq)) ?? [0, 0, "", ""];
-  const value = inForce(values, name, numseq);
+    find(name)?.range(size, (other) => inForce(values, other, size)) ?? [0, 0, "", ""];
+  const value = inForce(values, name, size), text = values[name] ?? "", { b1 = "", b2 = "" } = values;
   const because = (/** @type {string} */ why) => (why && ` (${why})`);
   let wrong = "";
-  if (!/^\d*%?$/.test(values[name] ?? "")) wrong = "Has to be a whole number.";
+  if (!/^\d*%?$/.test(text)) wrong = "Has to be a whole number.";
   else if (value < least) wrong = `At least ${least}${because(whyLeast)}.`;
   else if (value > most) wrong = `At most ${most}${because(whyMost)}.`;
+  else if (name === "b1" && b1.endsWith("%") && b2.endsWith("%") && parseInt(b1) > parseInt(b2)) wrong = `At most ${b2} (that is b2).`;
   return { least, most, wrong };
 }
 
-/** Whether the program would refuse any of the values. @param {Record<string, string>} values @param {number} numseq */
-export const refused = (values, numseq) =>
-  parameters.some(({ name, range }) => range && numseq > 0 && bounds(values, name, numseq).wrong !== "");
+/** Whether the program would refuse any of the values. @param {Record<string, string>} values @param {Size} size */
+export const refused = (values, size) =>
+  parameters.some(({ name, choices }) => !choices && size.numseq > 0 && bounds(values, name, size).wrong !== "");
 
-/** The share, in per cent, from which the program makes this number of sequences: it cuts off. @param {number} number @param {number} numseq */
-export const share = (number, numseq) => `${Math.ceil((number * 100) / numseq)}%`;
+/** The share, in per cent, from which the program makes this number of sequences: it cuts off. @param {number} number @param {Size} size */
+export const share = (number, { numseq }) => `${Math.ceil((number * 100) / numseq)}%`;
 
 /**
  * The shares that a parameter may have, in per cent: none when its range holds no whole one.
- * @param {Record<string, string>} values @param {string} name @param {number} numseq
+ * @param {Record<string, string>} values @param {string} name @param {Size} size
  */
-export function shareBounds(values, name, numseq) {
-  const fitting = Array.from({ length: 101 }, (_, per) => per).filter((per) => bounds({ ...values, [name]: `${per}%` }, name, numseq).wrong === "");
+export function shareBounds(values, name, size) {
+  const fitting = Array.from({ length: 101 }, (_, per) => per).filter((per) => bounds({ ...values, [name]: `${per}%` }, name, size).wrong === "");
   return { least: fitting[0] ?? 0, most: fitting[fitting.length - 1] ?? 100 };
 }
 

@@ -1,6 +1,6 @@
 // Takes results home: the files of the program, the report in a frame, the command line, the link.
 
-import { Dropped, engine } from "./engine.js";
+import { Dropped, writer } from "./engine.js";
 import { options, toLink } from "./parameters.js";
 import { element, invalid, isBatch, make, matching, show, showWhen, state, update } from "./state.js";
 import { copy } from "./viewer.js";
@@ -29,7 +29,7 @@ const outputs = [
 const choices = {
   format: { "": "FASTA", phylip: "PHYLIP", nexus: "NEXUS", trimora: "Trimora's groups of ten" },
 };
-const defaults = /** @type {Record<string, string>} */ ({ s: "Y", p: "Y" });
+const defaults = Object.fromEntries(OPTIONS.filter(({ standard }) => standard === "Y").map(({ name }) => [name.slice(1), "Y"]));
 
 const failures = () => state.table.some(({ status }) => status !== "ok");
 const possible = () => outputs.filter(({ when }) => when !== "batch" || isBatch(state));
@@ -81,7 +81,8 @@ async function write(given, packed) {
   const said = element("saved", HTMLElement);
   said.textContent = "Running …";
   try {
-    const { status, stderr, files } = await engine.ask({ job: "write", args: given, zip: packed });
+    const { status, stderr, files } = await writer.ask({ job: "write", args: given, zip: packed });
+    writer.drop(); // with its memory
     const names = Object.keys(files), whole = status === 0 || failures();
     said.textContent = !whole ? stderr.replace(/^trimora-run: /gm, "") : names.length === 0 ? "Nothing was written." : "";
     return whole && names.length > 0 ? files : null;

@@ -1,11 +1,7 @@
 // What the alignment's window shows: which position is in which of its columns, and which sequence in which of its rows.
 // Counting  columns and rows of the window from 1, like positions and sequences
 
-import { place } from "./tables.js";
-
 /** @typedef {import("./state.js").State} State */
-
-const gap = 45;
 
 /**
  * A function that is computed again only when what it reads has changed.
@@ -35,38 +31,56 @@ export const positionAt = (now, column) => kept(now)?.[column - 1] ?? column;
 export function columnOf(now, p) {
   const list = kept(now);
   if (!list) return p;
-  let low = 0, high = list.length;
+  return Math.min(placeIn(list, p) + 1, list.length);
+}
+
+/** Where a position is, or would be. @param {ArrayLike<number>} positions that ascend @param {number} p */
+function placeIn(positions, p) {
+  let low = 0, high = positions.length;
   while (low < high) {
     const middle = (low + high) >> 1;
-    if (list[middle] < p) low = middle + 1;
+    if (positions[middle] < p) low = middle + 1;
     else high = middle;
   }
-  return Math.min(low + 1, list.length);
+  return low;
 }
 
-/** The letters of sequence i as text, from one position to another. @param {import("./state.js").Letters} letters @param {number} i @param {number} from @param {number} to */
-export function rowText(letters, i, from, to) {
-  const start = letters.starts[i - 1];
-  return new TextDecoder("latin1").decode(letters.bytes.subarray(start + place(from), start + place(to) + 1)).replaceAll("\n", "");
+/** The letter of sequence i at position p, as a code; 0: it is not at hand. @param {import("./state.js").Tile | null} tile @param {number} i @param {number} p */
+export function letterAt(tile, i, p) {
+  const row = tile?.rows.get(i);
+  if (!tile || row === undefined) return 0;
+  const { positions, bytes } = tile, near = p - positions[0], k = positions[near] === p ? near : placeIn(positions, p);
+  return positions[k] === p ? bytes[row + k] : 0;
 }
 
-/** The letter of sequence i at position p, as a code. @param {import("./state.js").Letters} letters @param {number} i @param {number} p */
-export const letterAt = (letters, i, p) => letters.bytes[letters.starts[i - 1] + place(p)];
+/** The letters in sight, and as many around them on each side. @param {State} now */
+export function wanted(now) {
+  const { letters, columns, first, top, width, height } = now, n = letters?.names.length ?? 0, most = extent(now);
+  if (!letters || !columns || most === 0) return null;
+  const range = (/** @type {number} */ from, /** @type {number} */ to) => Array.from({ length: Math.max(to - from + 1, 0) }, (_, k) => from + k);
+  const place = (/** @type {number} */ around) => ({
+    rows: range(within(top - around * height, n), within(top + (1 + around) * height, n)).map((row) => sequenceAt(now, row)),
+    columns: range(within(first - around * width, most), within(first + (1 + around) * width, most)).map((column) => positionAt(now, column)),
+  });
+  const inSight = place(0), { tile } = now, there = (/** @type {number} */ p) => letterAt(tile, inSight.rows[0], p) !== 0;
+  const held = tile && inSight.rows.every((i) => tile.rows.has(i)) && inSight.columns.every(there);
+  if (held) return null;
+  const { rows: all, columns: positions } = place(1);
+  return { rows: all, positions: Uint32Array.from(positions) };
+}
 
 const natural = new Intl.Collator("en", { numeric: true }).compare;
 
 /** The sequences in the order of the rows. */
-const rows = remembered((now) => [now.letters, now.order, now.columns?.score.length], ({ letters, order, columns }) => {
-  if (!letters || !columns || order === "file") return null;
+const rows = remembered((now) => [now.letters, now.order, now.gaps], ({ letters, order, gaps }) => {
+  if (!letters || order === "file" || (order === "gaps" && !gaps)) return null;
   const list = letters.names.map((_, k) => k + 1);
   if (order === "name") return list.sort((a, b) => natural(letters.names[a - 1], letters.names[b - 1]));
-  const gaps = list.map((i) => {
-    let n = 0;
-    for (let at = letters.starts[i - 1], end = at + place(columns.score.length); at <= end; ++at) n += letters.bytes[at] === gap ? 1 : 0;
-    return n;
-  });
-  return list.sort((a, b) => gaps[a - 1] - gaps[b - 1]);
+  return list.sort((a, b) => (gaps?.[a - 1] ?? 0) - (gaps?.[b - 1] ?? 0));
 });
+
+/** All sequences in the order of the rows. @param {State} now */
+export const allRows = (now) => rows(now) ?? (now.letters?.names ?? []).map((_, k) => k + 1);
 
 /** The sequence in a row. @param {State} now @param {number} row */
 export const sequenceAt = (now, row) => rows(now)?.[row - 1] ?? row;

@@ -19,13 +19,20 @@ import { refused } from "./parameters.js";
 export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
 
 /**
- * The letters of an alignment: a file in which every record has the same layout, read in place.
+ * What is known of an alignment whatever the values are. Its letters stay with the engine.
  * @typedef {object} Letters
+ * @property {string[]} names of the sequences
+ * @property {number} numseq
+ * @property {string | null} kind that the file or the letters say: protein or dna
+ * @property {boolean | null} nucleotides whether the letters are those of nucleotides; null: too few to tell
+ */
+
+/**
+ * The letters in sight and around it: those of some rows at some positions, row by row.
+ * @typedef {object} Tile
+ * @property {Map<number, number>} rows where the letters of a sequence begin in `bytes`
+ * @property {Uint32Array} positions that ascend
  * @property {Uint8Array} bytes
- * @property {string[]} names of the sequences held
- * @property {number[]} starts where the letters of each sequence begin in `bytes`
- * @property {number} numseq of the alignment, of which `names` may be the first ones only
- * @property {boolean} nucleotides whether the file itself says that it holds these
  */
 
 /** A line of `--table`, by the names of its header. @typedef {Record<string, string>} Row */
@@ -43,9 +50,12 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {string} failure why there is no result, in a sentence; "" when there is one
  * @property {string} notice what became of the last action
  * @property {string} printed standard output of the last run
- * @property {string} kind that the program took the alignment shown for: protein, DNA, codons; "" where it does not say
+ * @property {string} kind that the alignment shown is taken for: protein, dna or codons; "" where nothing says it
  * @property {Columns | null} columns of the alignment shown
  * @property {Letters | null} letters of the alignment shown
+ * @property {Tile | null} tile of it
+ * @property {Uint32Array | null} gaps of each of its sequences, where they were asked for
+ * @property {import("./parameters.js").Size | null} standards of an alignment of its size
  * @property {number} first column at the left of the alignment's window
  * @property {number} width columns in that window
  * @property {number} top row at its upper edge
@@ -66,13 +76,13 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
 /** @type {State} */
 export const state = {
   opened: null, shown: "", values: {}, asShares: null, outputs: { s: "Y", p: "Y" },
-  running: false, table: [], notes: [], failure: "", notice: "", printed: "", kind: "", columns: null, letters: null,
+  running: false, table: [], notes: [], failure: "", notice: "", printed: "", kind: "", columns: null, letters: null, tile: null, gaps: null, standards: null,
   first: 1, width: 1, top: 1, height: 1, at: 0, layer: "", marked: null,
   order: "file", palette: "report", trimmed: false, translated: false, pinned: null, focused: "", names: null,
 };
 
 /** What no alignment has yet that was just opened or chosen. @type {Partial<State>} */
-export const unread = { columns: null, letters: null, first: 1, top: 1, at: 0, layer: "", marked: null };
+export const unread = { columns: null, letters: null, tile: null, gaps: null, first: 1, top: 1, at: 0, layer: "", marked: null };
 
 /** @type {((state: State) => void)[]} */
 const views = [];
@@ -112,6 +122,9 @@ export const shownRow = (now) => now.table.find((row) => row.alignment === now.s
 /** Sequences of the alignment shown; 0: not known. @param {State} now */
 export const numseq = (now) => Number(shownRow(now)?.sequences) || now.letters?.numseq || 0; // a failed one has none
 
+/** Its size, with what is in force by default; nothing is known as long as `numseq` is 0. @param {State} now @returns {import("./parameters.js").Size} */
+export const size = (now) => (now.standards?.numseq === numseq(now) ? now.standards : { numseq: 0, b1: 0, b2: 0 });
+
 /** Whether b1 and b2 are given in per cent of the sequences. @param {State} now */
 export function shares(now) {
   const given = [now.values.b1, now.values.b2].filter((value) => value);
@@ -121,7 +134,7 @@ export function shares(now) {
 }
 
 /** Whether the alignment shown is read as nucleotides. @param {State} now */
-export const isNucleic = ({ values: { t }, kind, letters }) => (t ? t !== "P" : kind ? kind !== "protein" : letters?.nucleotides ?? false);
+export const isNucleic = ({ values: { t }, kind, letters }) => (t ? t !== "P" : (kind || letters?.kind) ? (kind || letters?.kind) !== "protein" : letters?.nucleotides ?? false);
 
 /** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
 export const matching = (now) => [
@@ -133,7 +146,7 @@ export const matching = (now) => [
 export const isBatch = (now) => (now.opened?.alignments.length ?? 0) > 1;
 
 /** Whether the program would refuse a value, so that what is shown belongs to other values. @param {State} now */
-export const invalid = (now) => refused(now.values, numseq(now));
+export const invalid = (now) => refused(now.values, size(now));
 
 /** Give an element new content; the focus stays on what has the same key. @param {Element} parent @param {(Node | string)[]} content */
 export function refill(parent, ...content) {

@@ -3,14 +3,14 @@
 
 import { cell, drawAlignment, heightOf, layerHeight, ruler } from "./alignment.js";
 import { isCodons, layers } from "./layers.js";
-import { columnOf, extent, positionAt, reveal, rowText, sequenceAt, within } from "./sight.js";
+import { engine } from "./engine.js";
+import { columnOf, extent, positionAt, reveal, sequenceAt, wanted, within } from "./sight.js";
 import { element, showWhen, state, update } from "./state.js";
 import { onCanvas } from "./surface.js";
 import { colour, prepare, watchTheme } from "./theme.js";
 import { cellWords } from "./words.js";
 
 const longest = 8e6; // pixels that browsers scroll over reliably; longer alignments scroll in larger steps
-const mostCopied = 2e7; // letters
 
 let focus = { row: 1, column: 1 }; // where the keyboard is
 
@@ -62,7 +62,7 @@ function draw() {
 /** Bring the scroll bars to where the state is, and the size of what they scroll over. */
 function align() {
   const box = scroller(), { letters, columns, first, top } = state, names = nameWidth();
-  box.setAttribute("aria-busy", String(!letters));
+  box.setAttribute("aria-busy", String(!letters || wanted(state) !== null));
   if (!letters || !columns) return;
   const whole = ruler + letters.names.length * cell.height + layersHeight();
   box.style.height = `${Math.min(whole + 18, Math.max(innerHeight * 0.6, 200))}px`;
@@ -93,19 +93,14 @@ function below(event) {
     layer: y >= rows * cell.height + 3 ? layer?.key ?? "" : "" };
 }
 
-/** The marked part as FASTA; everything in the window's extent when nothing is marked. */
-function markedText() {
+/** The marked part as FASTA; everything in the window's extent when nothing is marked; "" when that is too much. */
+async function markedText() {
   const { letters, marked } = state;
   if (!letters) return "";
   const { rows: [r0, r1], from, to } = marked ? sorted(marked) : { rows: [1, letters.names.length], from: 1, to: extent(state) };
-  if ((r1 - r0 + 1) * (to - from + 1) > mostCopied) return "";
-  const records = [];
-  for (let row = r0; row <= r1; ++row) {
-    const i = sequenceAt(state, row), begin = positionAt(state, from), text = rowText(letters, i, begin, positionAt(state, to));
-    const kept = !state.trimmed ? text : Array.from({ length: to - from + 1 }, (_, k) => text[positionAt(state, from + k) - begin]).join("");
-    records.push(`>${letters.names[i - 1]}\n${kept}\n`);
-  }
-  return records.join("");
+  const rows = Array.from({ length: r1 - r0 + 1 }, (_, k) => sequenceAt(state, r0 + k));
+  const positions = Uint32Array.from({ length: to - from + 1 }, (_, k) => positionAt(state, from + k));
+  return (await engine.ask({ job: "fasta", rows, positions })) ?? "";
 }
 
 /** Put text on the clipboard. @param {string} text @returns {Promise<boolean>} whether it is there */
@@ -126,14 +121,20 @@ export async function copy(text) {
 }
 
 async function copyMarked() {
-  const text = markedText(), lines = text.split(">").length - 1;
+  const text = await markedText(), lines = text.split(">").length - 1;
   const done = text !== "" && await copy(text);
   element("copied", HTMLElement).textContent = text === "" ? "Too much to copy: mark less, or save it below."
     : done ? `Copied ${lines} sequence${lines === 1 ? "" : "s"} as FASTA.` : "The browser did not let the page copy.";
 }
 
+let unsaid = false; // the letter at the keyboard's place is on its way
+
 /** Tell a screen reader what is at the keyboard's place. */
-const speak = () => (element("spoken", HTMLElement).textContent = cellWords(state, sequenceAt(state, focus.row), positionAt(state, focus.column)));
+function speak() {
+  const words = cellWords(state, sequenceAt(state, focus.row), positionAt(state, focus.column));
+  unsaid = words === "";
+  if (words) element("spoken", HTMLElement).textContent = words;
+}
 
 /** Mark one cell and say what it is. @param {number} row @param {number} column */
 export function choose(row, column) {
@@ -219,13 +220,9 @@ export function connect() {
     element("copy", HTMLButtonElement).textContent = now.marked ? "Copy what is marked" : "Copy all";
   });
 
-  const part = element("part", HTMLElement);
-  showWhen((now) => [now.letters], ({ letters }) => {
-    focus = { row: 1, column: 1 };
-    part.textContent = letters && letters.names.length < letters.numseq
-      ? `Of so large an alignment the first ${letters.names.length} of ${letters.numseq} sequences are shown, in all their positions; numbers, plot and blocks are those of the whole.` : "";
-  });
-  showWhen((now) => [now.letters, now.columns, now.first, now.top, now.trimmed, now.order, now.at, now.marked, now.values.t, now.palette, now.translated], align);
+  showWhen((now) => [now.letters], () => (focus = { row: 1, column: 1 }));
+  showWhen((now) => [now.tile], () => unsaid && speak());
+  showWhen((now) => [now.letters, now.tile, now.columns, now.first, now.top, now.trimmed, now.order, now.gaps, now.at, now.marked, now.values.t, now.palette, now.translated], align);
   watchTheme(draw);
   new ResizeObserver(align).observe(box);
 }

@@ -3,7 +3,7 @@
 import { codonPositions, isCodons } from "./layers.js";
 import { inForce } from "./parameters.js";
 import { letterAt } from "./sight.js";
-import { kinds, shownRow } from "./state.js";
+import { kinds, shownRow, size } from "./state.js";
 
 /** @typedef {import("./state.js").State} State */
 
@@ -37,16 +37,16 @@ export function explain(now, p) {
 
 /** What a screen reader says of the cell of sequence i at position p. @param {State} now @param {number} i @param {number} p */
 export function cellWords(now, i, p) {
-  const { columns, letters } = now;
-  if (!columns || !letters) return "";
-  const letter = String.fromCharCode(letterAt(letters, i, p));
+  const { columns, letters } = now, code = letterAt(now.tile, i, p);
+  if (!columns || !letters || code === 0) return "";
+  const letter = String.fromCharCode(code);
   return `${letters.names[i - 1]}, ${letter === "-" ? "gap" : letter}, position ${p}, column ${columns.column[p - 1]}, ` +
     `${kinds[columns.kind[p - 1]]}, ${outcome(now, p)}`;
 }
 
 /** The rule of a layer, in a sentence. @param {State} now @param {string} layer */
 export function ruleOf(now, layer) {
-  const row = shownRow(now), b = (/** @type {string} */ name) => inForce(now.values, name, Number(row?.sequences) || 0);
+  const row = shownRow(now), b = (/** @type {string} */ name) => inForce(now.values, name, size(now));
   return {
     class: `F flank: scores at least b2 = ${row?.b2}. C conserved: at least b1 = ${row?.b1}. · nonconserved: less. – gap position: b5 does not allow its gaps, or it has no known residue.`,
     initial: `Initial blocks run from flank to flank, across at most b3 = ${b("b3")} nonconserved positions in a row; those shorter than b0 = ${b("b0")} are dropped.`,

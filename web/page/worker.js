@@ -1,16 +1,23 @@
-// The engine's thread: runs the program on the files that are open and hands back what the page draws or saves.
+// The engine's thread. It holds the letters of the alignment that is shown and what they say of each column, so that a
+// changed parameter costs one pass over the columns; and it runs the program itself for what is saved and said.
 
 import { zipSync } from "fflate";
-import { run } from "trimora";
-import { letters } from "./letters.js";
-import { readColumns, readTable } from "./tables.js";
+import { counts, read, run, select, standards, TrimoraError } from "trimora";
+import { columnsOf, parametersOf } from "./columns.js";
+import * as letters from "./letters.js";
+import { readTable } from "./tables.js";
 
 /** @typedef {{name: string, blob: Blob}} Input */
 /**
- * What the page asks for.
+ * What the page asks for. Those that name no alignment are about the one that was selected last.
  * @typedef {{job: "open", program: WebAssembly.Module, inputs: Input[]}
- *   | {job: "select", args: string[], only?: string, columns?: boolean}
- *   | {job: "letters", name: string, part?: import("./letters.js").Part}
+ *   | {job: "select", name: string, values: Record<string, string>, known: boolean}
+ *   | {job: "curve", values: Record<string, string>[]}
+ *   | {job: "sample", rows: number[], positions: Uint32Array}
+ *   | {job: "gaps"}
+ *   | {job: "find", motif: string, rows: number[], start: number, from: number}
+ *   | {job: "fasta", rows: number[], positions: Uint32Array}
+ *   | {job: "run", args: string[], only?: string}
  *   | {job: "names", alignments: string[]}
  *   | {job: "write", args: string[], zip?: {name: string, also: Record<string, Uint8Array>}}} Job
  */
@@ -19,14 +26,24 @@ const text = new TextDecoder();
 
 /** @type {WebAssembly.Module} */ let program;
 /** @type {Input[]} */ let inputs = [];
-/** @type {Record<string, Uint8Array>} */ let read = {}; // of the inputs, each read once
+/** @type {Record<string, Uint8Array>} */ let bytes = {}; // of the inputs of runs, each read once
+
+/**
+ * The alignment that is shown.
+ * @typedef {object} Shown
+ * @property {string} name of its input
+ * @property {import("trimora").Alignment} ali
+ * @property {Uint32Array} column of the file, from 1, for each position; empty as long as its type is not known
+ * @property {Map<boolean, import("trimora").ColumnCounts>} counts as proteins, and as nucleotides
+ */
+/** @type {Shown | null} */ let shown = null;
 
 /** The files of a run: all, or one alone. @param {string} [only] */
 async function files(only) {
   /** @type {Record<string, Uint8Array>} */
   const found = {};
   for (const { name, blob } of inputs) {
-    if (only === undefined || name === only) found[name] = read[name] ??= new Uint8Array(await blob.arrayBuffer());
+    if (only === undefined || name === only) found[name] = bytes[name] ??= new Uint8Array(await blob.arrayBuffer());
   }
   return found;
 }
@@ -38,27 +55,113 @@ function unusedName() {
   return name;
 }
 
+/** Read the alignment that is looked at from now on. @param {string} name */
+async function show(name) {
+  if (shown?.name === name) return shown;
+  for (const found of shown?.counts.values() ?? []) found.free();
+  shown?.ali.free();
+  shown = null;
+  const input = inputs.find((one) => one.name === name);
+  if (!input) throw new Error(`there is no ${name}`);
+  return (shown = { name, ali: await read(input.blob, { program }), column: new Uint32Array(), counts: new Map() });
+}
+
+/** What is selected of the alignment that is shown. @param {Shown} from @param {Record<string, string>} values */
+function selected({ ali, counts: known }, values) {
+  const parameters = parametersOf(values), protein = (parameters.kind ?? ali.kind) === "protein";
+  let found = known.get(protein);
+  if (!found) known.set(protein, found = counts(ali, { kind: parameters.kind }));
+  return select(found, parameters);
+}
+
+/** Why there is no result, in words; an end of memory is no such reason. @param {unknown} error */
+function told(error) {
+  if (error instanceof TrimoraError && error.kind !== "out_of_memory") return error.message;
+  if (error instanceof RangeError && /has to be/.test(error.message)) return error.message; // a value that it does not allow
+  throw error;
+}
+
+/** The alignment shown, for jobs that follow its selection. */
+function present() {
+  if (!shown) throw new Error("no alignment is shown");
+  return shown;
+}
+
 /** @type {{[J in Job["job"]]: (job: Extract<Job, {job: J}>) => Promise<any>}} */
 const jobs = {
   async open(job) {
     ({ program, inputs } = job);
-    read = {};
+    bytes = {};
   },
 
-  /** The table of the run and, where they are asked for, the columns of its first alignment; nothing else is written. */
-  async select({ args, only, columns = false }) {
-    const table = unusedName(), given = await files(only);
-    const made = await run(given, [...args, "-s=N", "-p=N", ...(columns ? ["--columns"] : []), `--table=${table}`], { program });
-    const rows = readTable(made.files[table] ?? new Uint8Array()), [row] = rows;
-    const bytes = columns && row && made.files[`${row.alignment}-tr.columns.tsv`];
+  /**
+   * The columns under these values and their line of the table, or why there are none; and what is known of the alignment,
+   * unless it is known already.
+   */
+  async select({ name, values, known }) {
+    let from;
+    try {
+      from = await show(name);
+    } catch (error) {
+      return { failure: told(error) };
+    }
+    const { ali } = from;
+    const about = known ? null : { names: ali.names, numseq: ali.size, kind: ali.kind, nucleotides: letters.nucleotides(ali) };
+    const result = { about, standards: { numseq: ali.size, ...(await standards(ali.size, { program })) } };
+    try {
+      const found = selected(from, values), columns = columnsOf(found), positions = columns.score.length;
+      if (from.column.length === 0) from.column = columns.column.slice();
+      const row = {
+        alignment: name, sequences: ali.size, columns: ali.width, positions, selected: found.columns.length,
+        blocks: columns.blocks.length, percent: Math.floor((found.columns.length * 100) / positions), b1: found.b1, b2: found.b2, status: "ok",
+      };
+      return { ...result, columns, row: Object.fromEntries(Object.entries(row).map(([key, value]) => [key, String(value)])), kind: found.kind };
+    } catch (error) {
+      return { ...result, failure: told(error) };
+    }
+  },
+
+  /** How many positions are kept under each of several settings; -1 where a setting is refused. */
+  async curve({ values }) {
+    return values.map((one) => {
+      try {
+        return selected(present(), one).columns.length;
+      } catch {
+        return -1;
+      }
+    });
+  },
+
+  /** The letters of some rows at some positions, row by row. */
+  async sample({ rows, positions }) {
+    const { ali, column } = present();
+    return letters.sample(ali, column, rows, positions);
+  },
+
+  /** The gaps of each sequence. */
+  async gaps() {
+    const { ali, column } = present();
+    return letters.gaps(ali, column);
+  },
+
+  async find({ motif, rows, start, from }) {
+    const { ali, column } = present();
+    return letters.find(ali, column, motif, rows, start, from);
+  },
+
+  async fasta({ rows, positions }) {
+    const { ali, column } = present();
+    return letters.fasta(ali, column, rows, positions);
+  },
+
+  /** The table of a run of the program, and what it says; nothing else is written. */
+  async run({ args, only }) {
+    const table = unusedName();
+    const made = await run(await files(only), [...args, "-s=N", "-p=N", `--table=${table}`], { program });
     return {
-      status: made.status, stdout: text.decode(made.stdout), stderr: text.decode(made.stderr), rows,
-      columns: bytes ? readColumns(bytes, Number(row.positions)) : null,
+      status: made.status, stdout: text.decode(made.stdout), stderr: text.decode(made.stderr),
+      rows: readTable(made.files[table] ?? new Uint8Array()),
     };
-  },
-
-  async letters({ name, part }) {
-    return letters((given, args) => run(given, args, { program }), (await files(name))[name], part);
   },
 
   /** The names in each alignment, up to the first blank: the lines that begin with ">". */
@@ -75,21 +178,27 @@ const jobs = {
   },
 };
 
-self.onmessage = async ({ data: { id, job } }) => {
-  try {
-    // @ts-ignore the job picks its own function
-    const result = await jobs[job.job](job);
-    self.postMessage({ id, result }, { transfer: buffers(result) });
-  } catch (error) {
-    self.postMessage({ id, error: String(error) });
-  }
+let before = Promise.resolve();
+
+// One job after the other: a job may wait for a file, and the next one must not overtake it.
+self.onmessage = ({ data: { id, job } }) => {
+  before = before.then(async () => {
+    const began = performance.now();
+    try {
+      // @ts-ignore the job picks its own function
+      const result = await jobs[job.job](job);
+      self.postMessage({ id, result, took: performance.now() - began }, { transfer: buffers(result) });
+    } catch (error) {
+      self.postMessage({ id, error: String(error) });
+    }
+  });
 };
 
 /** The buffers in a result, which move to the page instead of being copied. @param {any} result */
 function buffers(result) {
   /** @type {Set<ArrayBuffer>} */
   const found = new Set();
-  const own = new Set(Object.values(read).map((bytes) => bytes.buffer));
+  const own = new Set(Object.values(bytes).map((one) => one.buffer));
   const search = (/** @type {any} */ value, /** @type {number} */ depth) => {
     if (ArrayBuffer.isView(value)) {
       if (!own.has(/** @type {ArrayBuffer} */ (value.buffer))) found.add(/** @type {ArrayBuffer} */ (value.buffer));

@@ -2,11 +2,11 @@
 
 import assert from "node:assert/strict";
 import { test } from "node:test";
-import { layers } from "../page/layers.js";
-import { letters } from "../page/letters.js";
-import { state } from "../page/state.js";
-import { readColumns } from "../page/tables.js";
-import { bytes, globins, run } from "./harness.mjs";
+import { columnsOf } from "../page/columns.js";
+import * as letters from "../page/letters.js";
+import { bytes, engine, globins, run } from "./harness.mjs";
+
+const { layers } = await import("../page/layers.js"), { kinds, state } = await import("../page/state.js");
 
 test("what was written is handed out as bytes from 0 to 255, and what was only read is not", async () => {
   const given = { "Übung.fas": bytes(">Blåbær\nACDEFGHIKLMN\n>b\nACDEFGHIKLMN\n"), "list": bytes("Übung.fas\n") };
@@ -28,39 +28,34 @@ test("a program that cannot be loaded is an error, and the next run works", asyn
   assert.equal((await run({}, ["--help"])).status, 0);
 });
 
-test("of a large alignment the first sequences are read, in the positions of the whole", async () => {
+test("letters of positions, whatever columns are dropped: in part, as FASTA, their gaps, and a motif in them", async () => {
   const rows = ["AC--EF.GH", "AC--EFKGH", "A--CEF.GH", "A--CEFKGH"]; // column 3 has letters in no sequence, 4 and 7 in some
-  /** @type {Record<string, (row: string, i: number) => string>} */
-  const formats = { fasta: (row, i) => `>s${i}\n${row.slice(0, 4)}\n${row.slice(4)}\n`, pir: (row, i) => `>P1;s${i}\nno name\n${row}*\n` };
-  const part = { column: Uint32Array.from([1, 2, 4, 5, 6, 7, 8, 9]), width: 9, numseq: 4 };
-  for (const [format, record] of Object.entries(formats)) {
-    const content = bytes(rows.map(record).join("")), length = content.length / 4;
-    const read = async (/** @type {number | undefined} */ limit) => {
-      const found = await letters(run, new Uint8Array(content), limit === undefined ? limit : { ...part, bytes: limit });
-      return found?.names.map((name, i) => `${name} ${Buffer.from(found.bytes.subarray(found.starts[i], found.starts[i] + 8))}`);
-    };
-    const whole = await read(undefined);
-    assert.equal(whole?.[0], "s0 AC-EF-GH", format);
-    for (const [limit, shown] of [[3, 1], [length - 1, 1], [3 * length, 3], [4 * length - 1, 3]]) {
-      assert.deepEqual(await read(limit), whole?.slice(0, shown), `${format}, ${limit} bytes`);
-    }
-  }
+  const ali = await engine.read(rows.map((row, i) => `>s${i}\n${row}\n`).join("")), column = columnsOf(engine.select(ali, { kind: "protein" })).column;
+  assert.deepEqual([...column], [1, 2, 4, 5, 6, 7, 8, 9]);
+  const picked = letters.sample(ali, column, [4, 1], Uint32Array.of(2, 3, 3, 8));
+  assert.equal(Buffer.from(picked).toString(), "-CCHC--H");
+  assert.equal(await letters.fasta(ali, column, [2], Uint32Array.of(1, 2, 3)), ">s1\nAC-\n");
+  assert.deepEqual([...letters.gaps(ali, column)], [2, 1, 2, 1]);
+  /** @type {[string, number, number, object | null][]} */
+  const motifs = [["cef", 0, 0, { row: 1, first: 2, last: 5 }], ["cef", 0, 2, { row: 2, first: 2, last: 5 }], ["fxg", 0, 0, { row: 2, first: 5, last: 7 }],
+    ["gh", 3, 7, { row: 1, first: 7, last: 8 }], ["ww", 0, 0, null]];
+  for (const [motif, start, from, found] of motifs) assert.deepEqual(letters.find(ali, column, motif, [1, 2, 3, 4], start, from), found, motif);
 });
 
-test("columns are found by their names, and the layers follow from reason and initial", () => {
-  // class, initial, block, reason; a line of the file each, the third one dropped
-  const rows = [
-    ["flank", "1", "1", "selected"], ["gap", "1", "", "too many gaps (2 of 6, b5 allows 0)"], null, ["nonconserved", "1", "", "nonconserved beside a cut gap (column 2)"],
-    ["conserved", "1", "", "rest shorter than b4 (3)"], ["conserved", "1", "", "codon frame"], ["flank", "1", "2", "selected"],
-    ["gap", "", "", "too many gaps (1 of 6, b5 allows 0)"], ["flank", "", "", "initial block shorter than b0 (1)"],
-  ];
-  let p = 0;
-  const lines = rows.map((row, k) => (row ? [row[1], row[3], k + 1, ++p, "5.25", "A", row[0], row[2]] : ["", "all gap, dropped", k + 1, "", "", "", "dropped", ""]).join("\t"));
-  const columns = readColumns(bytes(`initial\treason\tcolumn\tposition\tscore\tresidue\tclass\tblock\n${lines.join("\n")}\n`), p);
+test("the layers follow from reason and initial block", () => {
+  // class, initial, block, reason
+  const rows = /** @type {[string, number, number, string][]} */ ([
+    ["flank", 1, 1, "selected"], ["gap position", 1, 0, "too many gaps (2 of 6, b5 allows 0)"], ["nonconserved", 1, 0, "nonconserved beside a cut gap (column 2)"],
+    ["conserved", 1, 0, "rest shorter than b4 (3)"], ["conserved", 1, 0, "codon frame"], ["flank", 1, 2, "selected"],
+    ["gap position", 0, 0, "too many gaps (1 of 6, b5 allows 0)"], ["flank", 0, 0, "initial block shorter than b0 (1)"],
+  ]);
+  const columns = {
+    score: new Float32Array(rows.length), residue: new Uint8Array(rows.length), column: new Uint32Array(rows.length),
+    kind: Uint8Array.from(rows, ([kind]) => kinds.indexOf(kind)), initial: Uint32Array.from(rows, ([, initial]) => initial),
+    reasons: rows.map(([, , , reason]) => reason), reason: Uint32Array.from(rows, (_, k) => k), blocks: [{ first: 1, last: 1 }, { first: 6, last: 6 }],
+  };
   const shown = (/** @type {string} */ t) => layers({ ...state, columns, values: { t } })
-    .map(({ key, holds }) => `${key} ${Array.from({ length: p }, (_, k) => (holds(k + 1) ? "#" : ".")).join("")}`);
-  assert.deepEqual([...columns.column], [1, 2, 4, 5, 6, 7, 8, 9]);
-  assert.deepEqual([columns.score[7], columns.blocks], [5.25, [{ first: 1, last: 1 }, { first: 6, last: 6 }]]);
+    .map(({ key, holds }) => `${key} ${rows.map((_, k) => (holds(k + 1) ? "#" : ".")).join("")}`);
   assert.deepEqual(shown("P").slice(1), ["initial ######..", "gaps #..###..", "rest #...##..", "selected #....#.."]);
   assert.deepEqual(shown("C").slice(3), ["rest #...##..", "frame #....#..", "selected #....#.."]);
 });

@@ -10,13 +10,18 @@ import { unzipSync } from "fflate";
 import puppeteer from "puppeteer-core";
 import { browsers } from "./browsers.mjs";
 
+const patience = 180000; // milliseconds: what is waited for comes at once, or on a busy machine late
+
 /** Content by name. @typedef {Record<string, Uint8Array>} Files */
 
 const { TRIMORA_PAGE = "", TRIMORA_RUN = "" } = process.env;
 export const pageFile = TRIMORA_PAGE;
 export const url = pathToFileURL(TRIMORA_PAGE).href;
-/** @type {typeof import("../engine/trimora.mjs")} */
-export const { compile, run } = await import(new URL("package/trimora.mjs", url).href);
+/** @type {typeof import("trimora")} */
+export const engine = await import(new URL("package/trimora.mjs", url).href);
+export const { compile, run } = engine;
+// What the build puts into the page's modules.
+Object.assign(globalThis, { OPTIONS: await engine.options() });
 
 /** @param {string} name */
 export const example = (name) => readFileSync(new URL(`../../examples/${name}`, import.meta.url));
@@ -56,7 +61,7 @@ export async function openPage(name, flags = [], hash = "") {
   const downloads = mkdtempSync(`${tmpdir()}/trimora.`);
   const settings = browsers[name];
   const browser = await puppeteer.launch({
-    ...settings, args: [...(settings.args ?? []), ...flags],
+    ...settings, timeout: patience, protocolTimeout: patience, args: [...(settings.args ?? []), ...flags],
     ...(name === "chromium" ? { downloadBehavior: { policy: "allow", downloadPath: downloads } }
       : { extraPrefsFirefox: { "browser.download.dir": downloads, "browser.download.folderList": 2, "browser.download.alwaysOpenPanel": false } }),
   });
@@ -69,7 +74,7 @@ export async function openPage(name, flags = [], hash = "") {
     errors.push(`dialog ${dialog.message()}`);
     dialog.dismiss();
   });
-  page.setDefaultTimeout(10000);
+  page.setDefaultTimeout(patience);
   await page.setViewport({ width: 1200, height: 900 });
   await page.goto(url + hash);
 
@@ -122,7 +127,8 @@ export async function openPage(name, flags = [], hash = "") {
       await page.$eval(button, (element) => /** @type {HTMLElement} */ (element).click());
       /** @type {string[]} */
       let found = [];
-      for (let k = 0; k < 200 && !(found.length === 1 && found[0].endsWith(ending)); ++k) { // browsers begin under another name
+      const end = performance.now() + patience;
+      while (performance.now() < end && !(found.length === 1 && found[0].endsWith(ending))) { // browsers begin under another name
         await new Promise((done) => setTimeout(done, 50));
         found = readdirSync(downloads);
       }

@@ -336,6 +336,121 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.says("b4-curve", `${selected("-b4=60")} to ${selected("-b4=2")} of 154 positions`);
   });
 
+  test("the choices of b5, b6 and the type say how much each keeps", async () => {
+    await asOpened();
+    /** @type {[string, string[]][]} */
+    const cases = [["b5", [`None ${selected()}`, `With half ${selected("-b5=H")}`, `All ${selected("-b5=A")}`]], ["b6", [`Yes ${selected()}`, `No ${selected("-b6=N")}`]],
+      ["t", [`Protein ${selected("-t=P")}`, `DNA ${selected("-t=D")}`, `Codons ${selected("-t=C")}`]]];
+    for (const [field, words] of cases) {
+      await on.page.focus(`#${field}`);
+      for (const word of words) await on.says(`${field}-curve`, word);
+    }
+  });
+
+  /** The picture of what is in sight. */
+  const picture = async () => (await on.saved("#asSvg", ".svg")).toString();
+  /** The letters of one row of it, and the colours behind them. @param {string} svg @param {string} row */
+  const rowOf = (svg, row) => {
+    const y = svg.match(new RegExp(`<text x="[^"]*" y="([^"]*)"[^>]*>${row}</text>`))?.[1];
+    return Array.from(svg.matchAll(/<text x="([^"]*)" y="([^"]*)"[^>]*text-anchor="middle">([^<])<\/text>/g)).filter(([, , at]) => at === y).map(([, , , letter]) => letter).join("");
+  };
+
+  test("codons: frames, the standard code, and the program's blocks", async () => {
+    const codon = "ATGGCTTGGAAATTTGGGCATTAA".repeat(2);
+    await on.drop({ "cds.fas": bytes(`>one\n${codon}\n>two\n${codon}\n>three\n${codon.replace("GCTTGG", "GC-TAA")}\n`) });
+    await on.enter("t", "C");
+    await on.says("openh", "cds.fas, 3 sequences");
+    await on.press("#translated");
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    await on.settled();
+    assert.equal(rowOf(await picture(), "one").replaceAll(" ", ""), "MAWKFGH*MAWKFGH*");
+    assert.equal(rowOf(await picture(), "three").replaceAll(" ", ""), "MX*KFGH*MAWKFGH*");
+    await on.press("#translated");
+    await on.settled();
+    assert.equal(rowOf(await picture(), "one"), codon);
+    const lines = (await picture()).match(/<rect [^>]*width="1" height="(\d+)"[^>]*>/g) ?? [];
+    assert(lines.filter((line) => !/height="4"/.test(line)).length >= codon.length / 3, "a line before each codon");
+    await on.press("#defaults");
+  });
+
+  test("rows in the order of names and of gaps, and colours of each palette", async () => {
+    await on.drop({ "order.fas": bytes(">b10\nACDEFGHIKLMN\n>b2\nAC--FGHIKLMN\n>a\nACD-FGHIKLMN\n") });
+    await on.says("openh", "order.fas");
+    const order = async (/** @type {string} */ value) => {
+      await on.page.select("select#order", value);
+      await on.settled();
+      await on.page.waitForSelector("#viewer[aria-busy=false]");
+      const svg = await picture();
+      assert.equal(rowOf(svg, "b2"), "AC--FGHIKLMN", value);
+      return Array.from(svg.matchAll(/>(a|b2|b10)<\/text>/g), ([, name]) => name).join();
+    };
+    assert.equal(await order("name"), "a,b2,b10");
+    assert.equal(await order("gaps"), "b10,a,b2");
+    assert.equal(await order("file"), "b10,b2,a");
+    const fills = [];
+    for (const palette of ["report", "classes", "safe"]) {
+      await on.page.select("select#palette", palette);
+      await on.settled();
+      fills.push(new Set(Array.from((await picture()).matchAll(/width="9" height="16" fill="([^"]*)"/g), ([, fill]) => fill)));
+    }
+    assert.deepEqual([...fills[0]], ["black"]);
+    for (const fill of ["#b9e6a1", "#ffd28a"]) assert(fills[1].has(fill), fill);
+    for (const fill of ["#f0e442", "#d55e00", "#56b4e9"]) assert(fills[2].has(fill), fill);
+    await on.page.select("select#palette", "report");
+  });
+
+  test("dragging over the whole alignment moves the window, over rows too", async () => {
+    const row = (/** @type {number} */ k) => `>s${k}\n${"ACDEFGHIKL".repeat(100)}\n`;
+    await on.drop({ "large.fas": bytes(Array.from({ length: 120 }, (_, k) => row(k + 1)).join("")) });
+    await on.says("said", "1,000 of 1,000");
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    await on.page.$eval("#map", (map) => map.scrollIntoView({ block: "center" }));
+    await on.settled();
+    const box = await (await on.page.$("#map"))?.boundingBox();
+    assert(box);
+    await on.page.mouse.move(box.x + 5, box.y + 5);
+    await on.page.mouse.down();
+    await on.page.mouse.move(box.x + box.width * 0.5, box.y + 45, { steps: 4 });
+    await on.page.mouse.up();
+    await on.says("why", "Position 50");
+    await on.page.waitForFunction(() => {
+      const { scrollLeft = 0, scrollTop = 0 } = document.getElementById("viewer") ?? {};
+      return scrollLeft > 3000 && scrollTop > 300;
+    });
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    const svg = await picture();
+    assert.match(svg, />500<\/text>/);
+    assert.match(svg, />s60<\/text>/);
+    assert.match(rowOf(svg, "s60"), /^[A-L]{20}/);
+  });
+
+  test("the table of a batch is sorted, filtered and saved", async () => {
+    const long = "ACDEFGHIKLMNPQRSTVWY";
+    await on.drop({ "g2.fas": bytes(`>a\n${long}\n>b\n${long}\n`), "g10.fas": bytes(`>a\n${long.repeat(2)}\n>b\n${long.repeat(2)}\n`), "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
+    await on.says("batchTable", "g10.fas");
+    await on.says("batchTable", "40");
+    const names = () => on.page.$$eval("#batchTable tbody th", (cells) => cells.map(({ textContent }) => textContent).join());
+    assert.equal(await names(), "bad.fas,g2.fas,g10.fas");
+    await on.press("[data-key=sort-positions]");
+    await on.press("[data-key=sort-positions]");
+    assert.match(await names(), /g10.fas,g2.fas/);
+    assert.equal(await on.page.$eval("#batchTable [aria-sort=descending]", (cell) => cell.textContent), "positions");
+    await on.page.$eval("input#filter", (field) => {
+      field.value = "sequence 2";
+      field.dispatchEvent(new Event("input", { bubbles: true }));
+    });
+    assert.equal(await names(), "bad.fas");
+    const files = { "g2.fas": bytes(`>a\n${long}\n>b\n${long}\n`), "g10.fas": bytes(`>a\n${long.repeat(2)}\n>b\n${long.repeat(2)}\n`), list: listOf("g2.fas", "g10.fas") };
+    const table = Buffer.from(native(files, ["list", "-s=N", "-p=N", "--table=t"]).t).toString().split("\n");
+    const saved = (await on.saved("#saveTable", ".tsv")).toString().split("\n");
+    assert.equal(saved[0], table[0]);
+    for (const line of table.slice(1, 3)) assert(saved.includes(line), line);
+    await on.page.$eval("input#filter", (field) => {
+      field.value = "";
+      field.dispatchEvent(new Event("input", { bubbles: true }));
+    });
+  });
+
   test("a motif is found across gaps, and the picture holds it", async () => {
     const find = async (/** @type {string} */ what) => {
       await on.page.$eval("input#find", (field, what) => { field.value = what; }, what);
