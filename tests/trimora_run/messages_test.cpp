@@ -371,11 +371,26 @@ TEST_F(Messages, OfRealFiles) {
 // Whatever file of a run is called as an input, or leads to one: nothing is run, and the input stays as it was.
 TEST_F(Messages, NoInputIsReplaced) {
   const std::string letters = ">a\nACDEF\n>b\nACDEF\n";
-  for (const char* result :
-       {"a.fas-tr.fasta", "a.fas-tr.nexus", "a.fas-tr.htm", "a.fas-trMask", "a.fas-trPS", "a.fas-trComp.fasta",
-        "a.fas--.nexus", "a.fas-tr.columns.tsv", "a.fas.names.tsv", "list-tr.seq.fasta", "list.seq.nexus",
-        "list--.seq.fasta", "list.seq.nex", "list-tr.seq.partitions", "list.seq.names.tsv", "list.kept.txt",
-        "list.left_out.tsv", "table", "cells", "page"}) {
+  for (const char* result : {"a.fas-tr.fasta",
+                             "a.fas-tr.nexus",
+                             "a.fas-tr.htm",
+                             "a.fas-trMask",
+                             "a.fas-trPS",
+                             "a.fas-trComp.fasta",
+                             "a.fas--.nexus",
+                             "a.fas-tr.columns.tsv",
+                             "a.fas.names.tsv",
+                             "list-tr.seq.fasta",
+                             "list.seq.nexus",
+                             "list--.seq.fasta",
+                             "list.seq.nex",
+                             "list-tr.seq.partitions",
+                             "list.seq.names.tsv",
+                             "list.kept.txt",
+                             "list.left_out.tsv",
+                             "table",
+                             "cells",
+                             "page"}) {
     write("a.fas", letters);
     for (const bool linked : {false, true}) {
       write(linked ? "b.fas" : result, letters);
