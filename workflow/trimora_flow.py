@@ -199,14 +199,11 @@ def concatenate(part, program, options, table, groups):
     fasta = "fasta" in said["--format"].lower().split(",") and {line["selected"] for line in table.values()} - {"0", "NA"}
     name, species, frame = said.get("--name", program[2]), 0, "" if said["-t"][0] in "cC" else "-u"  # which codons would lose
     for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", frame, "--"), ("-c", "", ""):
-        for join in [True, False] if fasta and written in yes else [False]:
-            how = ["--join", f"--name={name}{ending}"] if join else [f"{option}=y", f"--name={name}"]
-            files = {path: f"{groups[path]}/made/alignments/{place_of(path)}{ending}.fasta" if join else path
-                     for path, line in table.items() if line["status"] == "ok" and option in yes}
-            lines = run(part, program[0], [*common, *how], files) if files else {}
-            # A * that has become the last letter of a sequence is read as a gap.
-            if all(line["gaps"] in ("NA", table[path]["gaps"] if option == "-a" else "0") for path, line in lines.items()):
-                break
+        join = bool(fasta and written in yes)
+        how = ["--join", f"--name={name}{ending}"] if join else [f"{option}=y", f"--name={name}"]
+        files = {path: f"{groups[path]}/made/alignments/{place_of(path)}{ending}.fasta" if join else path
+                 for path, line in table.items() if line["status"] == "ok" and option in yes}
+        lines = run(part, program[0], [*common, *how], files) if files else {}
         for path, line in lines.items():
             if line["status"] == "failed":
                 table[path].update(status="failed", message=line["message"])

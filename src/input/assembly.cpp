@@ -17,8 +17,7 @@ namespace {
 constexpr std::size_t most_entries = std::numeric_limits<int>::max() - 65536;
 
 // What occurs in a text.
-constexpr unsigned has_blank = 1, has_dot = 2, has_tilde = 4, has_star = 8, has_bang = 16, has_lower = 32,
-                   has_else = 64;
+constexpr unsigned has_blank = 1, has_dot = 2, has_tilde = 4, has_bang = 8, has_lower = 16, has_else = 64;
 
 LetterVector blanks(LetterVector c) {
   return where(c, ' ') | where(c, '\t');
@@ -37,18 +36,17 @@ unsigned contents(std::string_view text) {
   });
   const unsigned found = (any(blank) ? has_blank : 0) | (any(letters & 0x20) ? has_lower : 0);
   if (!any(rare)) return found;  // as in most
-  LetterVector tab{}, dot{}, tilde{}, star{}, bang{}, other{};
+  LetterVector tab{}, dot{}, tilde{}, bang{}, other{};
   for_letters(text, [&](LetterVector c) {
     tab |= where(c, '\t');
     dot |= where(c, '.');
     tilde |= where(c, '~');
-    star |= where(c, '*');
     bang |= where(c, '!');
     other |= ~(blanks(c) | all_letters(c) | where(c, '-') | where(c, '?') | where(c, '.') | where(c, '~') |
                where(c, '*') | where(c, '!'));
   });
   return found | (any(tab) ? has_blank : 0) | (any(dot) ? has_dot : 0) | (any(tilde) ? has_tilde : 0) |
-         (any(star) ? has_star : 0) | (any(bang) ? has_bang : 0) | (any(other) ? has_else : 0);
+         (any(bang) ? has_bang : 0) | (any(other) ? has_else : 0);
 }
 
 // The kinds of characters in a column of A2M.
@@ -93,26 +91,6 @@ long long into_gaps(std::vector<char>& letters, char from) {
   const auto times = std::count(letters.begin(), letters.end(), from);
   std::replace(letters.begin(), letters.end(), from, '-');
   return times;
-}
-
-/// '*' after the last residue of a sequence becomes a gap; others stay.
-void settle_stars(Reading& reading) {
-  long long ends = 0, last = 0;
-  bool residue_in_last = false;
-  for (int i = 1; i <= reading.numseq(); ++i) {
-    char* row = reading.row(i);
-    int p = reading.nupo;
-    for (; p > 0 && (row[p - 1] == '*' || row[p - 1] == '-'); --p) {
-      if (row[p - 1] == '*') ++(p == reading.nupo ? last : ends);
-      row[p - 1] = '-';
-    }
-    residue_in_last |= p == reading.nupo;
-  }
-  if (residue_in_last) ends += std::exchange(last, 0);
-  const auto inside = std::count(reading.letters.begin(), reading.letters.end(), '*');
-  if (last > 0) reading.remarks.push_back({.what = Remark::What::last_column_of_stars, .number = last});
-  if (ends > 0) reading.remarks.push_back({.what = Remark::What::stars_at_ends, .number = ends});
-  if (inside > 0) reading.remarks.push_back({.what = Remark::What::stars_inside, .number = inside});
 }
 
 /// Put the letters of the first row in the place of dots below them, if it has no dots itself.
@@ -261,7 +239,6 @@ Reading Assembly::finish(std::vector<Stretch> inserts, std::vector<Remark> remar
     }
   }
   if ((seen_ & has_tilde) != 0) into_gaps(reading.letters, '~');
-  if ((seen_ & has_star) != 0) settle_stars(reading);
   if ((seen_ & has_bang) != 0) {
     const auto marks = std::count(reading.letters.begin(), reading.letters.end(), '!');
     reading.remarks.push_back({.what = Remark::What::exclamation_marks, .number = marks});

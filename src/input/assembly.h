@@ -47,8 +47,7 @@ class Assembly {
   /// '.' is the letter of the first row, when that one has none itself.
   bool dots_match_first = false;
 
-  /// The alignment: '.' and '~' become '-', and each '*' what it means. The rest is added by the
-  /// reader: insert columns (before this), its type.
+  /// The alignment: '.' and '~' become '-'. The rest is added by the reader: insert columns (before this), its type.
   Reading finish(std::vector<Stretch> inserts = {}, std::vector<Remark> remarks = {});
 
  private:

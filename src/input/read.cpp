@@ -37,7 +37,7 @@ const InputFormat* Input::format() {
   return guarded([&] { return format_of(lines_->head()); });
 }
 
-Reading Input::read() {
+Reading Input::read(bool as_it_is) {
   return guarded([&] {
     const std::string_view head = lines_->head();
     if (blank(head)) throw Failure{.kind = Failure::Kind::empty};
@@ -50,6 +50,7 @@ Reading Input::read() {
     }
     Reading reading = format->read(*lines_);
     reading.format = format->name;
+    if (!as_it_is) settle_stars(reading);
     return reading;
   });
 }
@@ -58,8 +59,8 @@ bool Input::line(std::string_view& line) {
   return guarded([&] { return lines_->next(line); });
 }
 
-Reading read(const std::string& path) {
-  return Input(path).read();
+Reading read(const std::string& path, bool as_it_is) {
+  return Input(path).read(as_it_is);
 }
 
 Reading read_text(std::string_view text) {

@@ -27,7 +27,8 @@ class Input {
   /// The format that its beginning suggests, which may be a refused one; null if it is none that is known.
   const InputFormat* format();
 
-  Reading read();
+  /// The alignment. `as_it_is`: a '*' after the last residue of a sequence stays one.
+  Reading read(bool as_it_is = false);
 
   /// The next line of a list; false after the last one.
   bool line(std::string_view& line);
@@ -42,7 +43,7 @@ class Input {
 };
 
 /// Read the alignment in the file `path`.
-Reading read(const std::string& path);
+Reading read(const std::string& path, bool as_it_is = false);
 
 /// The same from memory.
 Reading read_text(std::string_view text);

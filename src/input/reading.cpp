@@ -1,5 +1,8 @@
 #include "input/reading.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace trimora::rooms {
 namespace {
 
@@ -43,6 +46,26 @@ std::string words(const Remark& remark) {
     case Remark::What::charsets_void: return "the character sets in the file no longer hold after trimming";
   }
   return {};
+}
+
+void settle_stars(Reading& reading) {
+  if (std::find(reading.letters.begin(), reading.letters.end(), '*') == reading.letters.end()) return;
+  long long ends = 0, last = 0;
+  bool residue_in_last = false;
+  for (int i = 1; i <= reading.numseq(); ++i) {
+    char* row = reading.row(i);
+    int p = reading.nupo;
+    for (; p > 0 && (row[p - 1] == '*' || row[p - 1] == '-'); --p) {
+      if (row[p - 1] == '*') ++(p == reading.nupo ? last : ends);
+      row[p - 1] = '-';
+    }
+    residue_in_last |= p == reading.nupo;
+  }
+  if (residue_in_last) ends += std::exchange(last, 0);
+  const auto inside = std::count(reading.letters.begin(), reading.letters.end(), '*');
+  if (last > 0) reading.remarks.push_back({.what = Remark::What::last_column_of_stars, .number = last});
+  if (ends > 0) reading.remarks.push_back({.what = Remark::What::stars_at_ends, .number = ends});
+  if (inside > 0) reading.remarks.push_back({.what = Remark::What::stars_inside, .number = inside});
 }
 
 }  // namespace trimora::rooms

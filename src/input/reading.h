@@ -58,4 +58,7 @@ struct Reading {
   std::size_t offset(int i) const { return (static_cast<std::size_t>(i) - 1) * static_cast<std::size_t>(nupo); }
 };
 
+/// Read each '*' as what it means: after the last residue of a sequence a gap, elsewhere an unknown residue, which stays.
+void settle_stars(Reading& reading);
+
 }  // namespace trimora::rooms

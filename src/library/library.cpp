@@ -286,7 +286,9 @@ Alignment Alignment::from_rows(const std::vector<std::string>& names,
       assembly->add(names[i], letters);
     }
     if (!assembly) assembly.emplace();
-    return made_of(assembly->finish(), kind);
+    rooms::Reading reading = assembly->finish();
+    rooms::settle_stars(reading);
+    return made_of(std::move(reading), kind);
   });
 }
 

@@ -230,7 +230,7 @@ std::vector<std::string> names_alone(const std::string& path) {
 Reading read_job(const Job& job, const Settings& settings) {
   if (job.path == "-") return Input::standard_input().read();
   try {
-    return read(job.path);
+    return read(job.path, settings.join);
   } catch (const Failure& failure) {
     if (!settings.join || failure.kind != Failure::Kind::unfinished_record) throw;
   }

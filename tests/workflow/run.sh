@@ -99,7 +99,7 @@ options="-t=C -a=y -w=y -u=y -p=n -b4=5 -e=_x --partitions --name-end=|"
 flow "$here" name.txt "$options"
 same name "$options"
 mkdir stop
-for gene in 1 2; do # a * becomes the last letter of its sequence, where readers take it as a gap
+for gene in 1 2; do # a * becomes the last letter of its sequence, and stays one
   for name in a b c d e f g; do printf '>%s\nMKVLAWMKVLA%s\n' $name "$([ $name = d ] && echo '*-KK' || echo W${name}KK)"; done >stop/$gene.fas
   echo stop/$gene.fas
 done >stop.txt
