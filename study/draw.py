@@ -4,7 +4,7 @@ from statistics import mean
 from files import HERE, read_cells, read_table
 
 PICTURES = HERE.parent / "docs" / "pictures"
-SERIES = {"classic": ("#c4451c", "classic"), "any_5_70": ("#1c62b8", "relaxed"),
+SERIES = {"classic": ("#c4451c", "classic"), "half_5_51": ("#1c62b8", "relaxed"),
           "half_gaps": ("#7a8a2a", "columns with up to half gaps"), "random_classic": ("#8a8f98", "as many at random as classic")}
 PANELS = {"one": "one gene", "several": "several genes together"}
 
@@ -75,7 +75,7 @@ def draw_pairs():
     rows = [row for row in read_table(HERE / "results" / "pairs.tsv") if "b6" not in row["options"]]
     kinds = {name: cell["kind"] for name, cell in read_cells().items()}
     picture, size, top = Picture(760, 420), 300, 60
-    marked = {"-b5=n -b4=10 -b3=8 -b2=85%": ("#c4451c", "classic"), "-b5=a -b4=5 -b3=4 -b2=70%": ("#1c62b8", "relaxed")}
+    marked = {"-b5=n -b4=10 -b3=8 -b2=85%": ("#c4451c", "classic"), "-b5=h -b4=5 -b3=8 -b2=51%": ("#1c62b8", "relaxed")}
     for k, (kind, heading) in enumerate({"dna": "DNA", "protein": "proteins"}.items()):
         left = 60 + k * (size + 70)
         picture.text(left + size / 2, 30, heading, "middle", 'font-weight="600"')

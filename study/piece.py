@@ -19,7 +19,7 @@ from simulate import simulate
 ALIGN = {"mafft": ["mafft", "--quiet", "--thread", "1", "--threadit", "0"],
          "linsi": ["mafft", "--quiet", "--thread", "1", "--threadit", "0", "--localpair", "--maxiterate", "100"]}
 FASTTREE = {"dna": ["-nt", "-gtr"], "codons": ["-nt", "-gtr"], "protein": ["-lg"]}
-IQTREE_VARIANTS = ["none", "classic", "any_5_70"]
+IQTREE_VARIANTS = ["none", "classic", "half_5_51"]
 GRID = [f"-b5={b5} -b4={b4} -b3={b3} -b2={b2}%" for b5, b4, b3, b2
         in itertools.product("nha", (2, 5, 10), (4, 8, 16), (51, 70, 85))]
 

@@ -34,8 +34,8 @@ def select(
     alignment : Alignment, or what one can be made of
         A dict, a list of pairs or a ``Bio.Align.MultipleSeqAlignment`` is taken as it is.
     preset : {"classic", "relaxed", "none"}
-        What `gaps` and `b2` to `b4` are where they are not given: the defaults below; any number of gaps,
-        shorter blocks and shorter nonconserved runs; or every column is kept, whatever is given.
+        What `gaps` and `b2` to `b4` are where they are not given: the defaults below; gaps in up to half of
+        the sequences and shorter blocks; or every column is kept, whatever is given.
     kind : {"protein", "dna", "codons"}, optional
         The type of the sequences; by default that of the alignment. Codons are never guessed.
     gaps : {"none", "half", "all"}, optional

@@ -146,7 +146,7 @@ constexpr Option options[] = {
   {parameters, "-t",           "P protein|D DNA|C codons",       "by the letters", choose<&S::kind, trimora::Kind>,
    "type of sequence: protein, DNA, codons; codons are never guessed"},
   {parameters, "--preset",     "classic|relaxed|none",           "classic",     choose_preset,
-   "-b2 to -b5 under one name: the defaults; gaps allowed, shorter blocks and runs; every column kept", {},
+   "-b2 to -b5 under one name: the defaults; gaps and shorter blocks allowed; every column kept", {},
    "Options that are given as well win, wherever they are. No preset sets b0. See [when to trim](when-to-trim.md)."},
   {parameters, "-b1",          "NUMBER",                         "half + 1",    sequences<&S::b1, 1>,
    "sequences a conserved position needs", {0, 0, "half + 1 to b2"}},

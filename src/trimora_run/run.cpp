@@ -38,7 +38,7 @@ std::string account_of(const Outcome& outcome) {
   return line;
 }
 
-/// "preset relaxed: -b2=70% -b3=4 -b4=5 -b5=a; instead: -b3=6", for the methods section of a paper.
+/// "preset relaxed: -b2=51% -b3=8 -b4=5 -b5=h; instead: -b3=6", for the methods section of a paper.
 std::string preset_of(const Settings& settings) {
   const Preset& preset = *settings.preset;
   std::string line = "preset " + std::string(preset.name) + ": " + std::string(preset.stands_for);
