@@ -30,10 +30,12 @@ set_source_files_properties(
   ${faces}/trimora_run/batch.cpp
   ${faces}/trimora_run/coding.cpp
   ${faces}/trimora_run/entry.cpp
+  ${faces}/trimora_run/inputs.cpp
   ${faces}/trimora_run/notes_on_batch.cpp
   ${faces}/trimora_run/option_table.cpp
   ${faces}/trimora_run/options.cpp
   ${faces}/trimora_run/plan.cpp
+  ${faces}/trimora_run/result_paths.cpp
   ${faces}/trimora_run/run.cpp
   ${faces}/trimora_run/wildcards.cpp
   ${faces}/library/library.cpp
@@ -41,15 +43,17 @@ set_source_files_properties(
   ${faces}/batch/genetic_code.cpp
   ${faces}/batch/name_keys.cpp
   ${faces}/batch/names.cpp
+  ${faces}/batch/overview.cpp
   ${faces}/batch/partitions.cpp
   ${faces}/batch/results_table.cpp
   ${faces}/batch/species.cpp
+  ${faces}/output/page.cpp
   PROPERTIES COMPILE_OPTIONS -Os)
 target_compile_options(trimora-run PRIVATE -Os) # functions.cpp
 target_sources(trimora-run PRIVATE ${CMAKE_CURRENT_LIST_DIR}/functions.cpp)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/package.json.in ${package}/package.json @ONLY)
-foreach(file trimora.mjs functions.mjs trimora.d.ts README.md)
+foreach(file trimora.mjs functions.mjs gunzip.mjs trimora.d.ts README.md)
   configure_file(${CMAKE_CURRENT_LIST_DIR}/${file} ${package}/${file} COPYONLY)
 endforeach()
 configure_file(${PROJECT_SOURCE_DIR}/LICENSE ${package}/LICENSE COPYONLY)
