@@ -51,4 +51,4 @@ echo '{}' >"$work/package.json"
 
 echo "The engine as a function, and the page"
 make_preset release
-TRIMORA_RUN=$project/build/release/trimora-run TRIMORA_PAGE=$folder/trimora.html node --test test/engine.test.mjs test/page.test.mjs
+TRIMORA_RUN=$project/build/release/trimora-run TRIMORA_PAGE=$folder/trimora.html node --test test/engine.test.mjs test/functions.test.mjs test/page.test.mjs

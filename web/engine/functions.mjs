@@ -1,5 +1,6 @@
 // The library as functions: read, select, trim, write, with the words of the Python package.
 // Words     core: one instance of the program, in whose memory alignments and counts are | address: where one is, there
+import { gunzip, isPacked } from "./gunzip.mjs";
 import { compile, instance } from "./trimora.mjs";
 
 /** @typedef {import("./trimora.d.ts")} Types */
@@ -185,20 +186,19 @@ export async function read(source, given = {}) {
   let bytes = typeof source === "string" ? utf8.encode(source)
     : source instanceof Uint8Array ? source : new Uint8Array(source instanceof ArrayBuffer ? source : await source.arrayBuffer());
   const c = await core(given);
-  if (bytes[0] === 0x1f && bytes[1] === 0x8b) bytes = await unpacked(bytes);
+  if (isPacked(bytes)) bytes = await unpacked(bytes);
   return withRoom(c, bytes.length, (at) => {
     c.HEAPU8.set(bytes, at);
     return new Alignment(c, worked(c, c._trimora_read(at, bytes.length)));
   });
 }
 
-/** What gzip holds. @param {Uint8Array} packed */
+/** What gzip data hold. @param {Uint8Array} packed */
 async function unpacked(packed) {
   try {
-    return new Uint8Array(await new Response(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (packed)]).stream()
-      .pipeThrough(new DecompressionStream("gzip"))).arrayBuffer());
-  } catch {
-    throw new TrimoraError("the compressed file is damaged or incomplete", "damaged", null, "");
+    return new Uint8Array(await (await gunzip(packed)).arrayBuffer());
+  } catch (error) {
+    throw new TrimoraError(error instanceof Error ? error.message : String(error), "damaged", null, "");
   }
 }
 

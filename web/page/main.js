@@ -18,10 +18,10 @@ import * as summary from "./summary.js";
 import * as tiles from "./tiles.js";
 import * as viewer from "./viewer.js";
 
-const rest = 250; // milliseconds without a change before the program itself is run
+const rest = 400; // milliseconds without a change before the program itself is run
 const large = 1e8; // bytes; for more, the page says first what a run needs
 /** Memory that an alignment takes in its course, in its own size. */
-const memory = 6;
+const memory = 8;
 
 /** @typedef {import("./state.js").Row} Row */
 

@@ -81,7 +81,8 @@ test("from the counts of columns follows what the program selects, column by col
 
 test("read, trim and write: the bytes that the program writes, from text, bytes, gzip and a browser's file", async () => {
   const [file] = Object.values(globins), written = (await run(globins, ["globins.fas", "-p=N", "-b5=H", "--format=fasta,phylip,nexus,trimora"])).files;
-  const sources = { bytes: new Uint8Array(file), text: file.toString(), gzip: new Uint8Array(gzipSync(file)), blob: new Blob([new Uint8Array(file)]) };
+  const sources = { bytes: new Uint8Array(file), text: file.toString(), gzip: new Uint8Array(gzipSync(file)),
+    "gzip of two members": new Uint8Array(Buffer.concat([gzipSync(file.subarray(0, 999)), gzipSync(file.subarray(999))])), blob: new Blob([new Uint8Array(file)]) };
   for (const [what, source] of Object.entries(sources)) {
     const { trimmed } = select(await read(source), { gaps: "half" });
     for (const form of /** @type {const} */ (["fasta", "phylip", "nexus"])) {
