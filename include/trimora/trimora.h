@@ -184,9 +184,8 @@ struct Selection {
   std::vector<std::pair<int, int>> blocks;  // first and one past last; a block may span columns that are gaps in every
                                             // sequence: these are dropped first and are not in `columns`
   std::vector<float> scores;                // of each column, in sequences; 0 where gaps or unknown residues forbid it
-  std::vector<char> classes;  // of each column: F flank, C conserved, . nonconserved, - gap, d dropped (all gap)
-  std::vector<char>
-      residues;  // of each column, the most frequent one, upper case; '?' where score is 0, or none is known
+  std::vector<char> classes;   // of each column: F flank, C conserved, . nonconserved, - gap, d dropped (all gap)
+  std::vector<char> residues;  // of each column, the most frequent, upper case; '?' where its score is 0
   std::vector<std::pair<int, int>> initial;  // the blocks before gaps were cut out of them, like `blocks`
   int b1 = 0, b2 = 0;                        // in force, in sequences
   Kind kind = Kind::protein;                 // in force
@@ -219,22 +218,22 @@ TRIMORA_API Alignment trim(const Alignment& ali, const Selection& selection);
 
 /// How the sequences of several alignments are matched.
 enum class Match {
-  name,   // by the part of their names that tells the species; '?' where an alignment lacks one
   same,   // by their order, and their names have to be the same up to the first blank
+  name,   // by the part of their names that tells the species; '?' where an alignment lacks one
   order,  // by their order, whatever their names
 };
 
 /// How alignments are put together, and what is left out.
 struct Joining {
   Match match = Match::name;
-  std::string
-      name_begin;        // the name of a species begins after the first of these characters; none: where the name does
-  std::string name_end;  // and ends before the first of these; none: before the first blank
-  std::string
-      name_parts;  // or it is these fields between _, | and blanks, as "2" or "1-2"; or "OS", "brackets", "letters"
-  std::vector<std::pair<std::string, std::string>>
-      species;                           // only these, in this order, under their second names unless
-                                         // these are empty; none: all
+  // By name, a species is named by the part after the first of the characters in `name_begin`, and before the first of those
+  // in `name_end`; without them it is the first word. Or by these fields between _, | and blanks: "2", "1-2"; or by "OS",
+  // "brackets" or "letters".
+  std::string name_begin;
+  std::string name_end;
+  std::string name_parts;
+  // Only these species, in this order, and under their second names unless these are empty; none: all.
+  std::vector<std::pair<std::string, std::string>> species;
   std::optional<Sequences> min_species;  // leave out alignments with fewer species, a number or a share of those of all
   int min_columns = 0;                   // leave out alignments with fewer columns
   std::optional<Sequences> min_genes;    // leave out species that are in fewer of the alignments that are left

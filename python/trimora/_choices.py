@@ -8,7 +8,7 @@ from typing import Optional, Sequence, Tuple, Union
 # In the order of the enumerations of the library.
 KINDS = ("protein", "dna", "codons")
 GAPS = ("none", "half", "all")
-MATCHES = ("name", "same", "order")
+MATCHES = ("same", "name", "order")
 FORMS = ("fasta", "phylip", "nexus", "trimora")
 
 Share = Union[int, str, None]

@@ -18,13 +18,6 @@ enum class Asked { run, help, version };
 /// -p: the report on each alignment.
 enum class Report { html, text, brief, none };
 
-/// --match: how to match the sequences of several alignments in a concatenation.
-enum class Match {
-  same,   // by their order; different names are refused
-  name,   // by their names; '?' where an alignment lacks one
-  order,  // by their order, whatever their names
-};
-
 /// --unknown: what to write for residues at which other programs stop.
 enum class Unknown {
   keep,  // the residue itself

@@ -1,7 +1,7 @@
 # Arguments as users give them, checked and made into what the library takes. In the order of its enumerations:
 kinds <- c("protein", "dna", "codons")
 gap_choices <- c("none", "half", "all")
-matches <- c("name", "same", "order")
+matches <- c("same", "name", "order")
 forms <- c("fasta", "phylip", "nexus", "trimora")
 column_classes <- c("dropped", "gap", "nonconserved", "conserved", "flank")
 
