@@ -343,19 +343,18 @@ struct ColumnCounts::Data {
   rooms::PositionCounts counts;
 };
 
-ColumnCounts::ColumnCounts(const Alignment& ali, std::optional<Kind> kind) {
-  data_ = told([&] {
-    const Alignment::Data& data = ali.data();
-    if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
-    auto made = std::make_shared<Data>();
-    made->kind = settled(kind, ali.kind());
-    made->width = data.nupo;
-    made->work = for_selection(data, made->kind);
-    made->counts = rooms::count_positions(made->work, state_of({}, made->kind, data.numseq()));
-    made->work.let = {};
-    return made;
-  });
-}
+ColumnCounts::ColumnCounts(const Alignment& ali, std::optional<Kind> kind)
+    : data_(told([&] {
+        const Alignment::Data& data = ali.data();
+        if (data.nupo == 0) throw Failure{.kind = Failure::Kind::too_few_positions};
+        auto made = std::make_shared<Data>();
+        made->kind = settled(kind, ali.kind());
+        made->width = data.nupo;
+        made->work = for_selection(data, made->kind);
+        made->counts = rooms::count_positions(made->work, state_of({}, made->kind, data.numseq()));
+        made->work.let = {};
+        return made;
+      })) {}
 
 Kind ColumnCounts::kind() const {
   return data_->kind;
@@ -652,13 +651,14 @@ Supermatrix supermatrix(const std::vector<Alignment>& alignments, const Joining&
     for (int k = 1; k <= names.size(); ++k) {
       joined->names.emplace_back(rooms::plain_name(names[k]));
       sheet.row(k, [&](const char* text, std::ptrdiff_t count) { letters.insert(letters.end(), text, text + count); });
-      std::vector<int>& cells = occupancy.emplace_back();
+      std::vector<int> cells;
       std::size_t gene = 0;
       for (const bool out : left_out) {
         const int row = out ? 0 : all.row(gene, chosen[static_cast<std::size_t>(k) - 1]);
         cells.push_back(row == 0 ? -1 : static_cast<int>(counts[gene][row].letters));
         if (!out) ++gene;
       }
+      occupancy.push_back(std::move(cells));
     }
     joined->let = rooms::Rows(std::move(letters), joined->nupo);
     return Supermatrix{Alignment(std::move(joined)), std::move(parts), std::move(left_out), std::move(occupancy)};

@@ -88,7 +88,8 @@ Addresses::Addresses(const std::string& page) : from_(whole_folder(getpath(page)
 std::string Addresses::of(const std::string& path) {
   const SplitPath parts = getpath(path);
   if (!known_ || parts.path_file != folder_) {
-    const fs::path to = system_path(whole_folder(parts.path_file));
+    const std::string folder = whole_folder(parts.path_file);
+    const fs::path to = system_path(folder);
     const fs::path relative = to.lexically_relative(system_path(from_));
     const std::u8string text = (relative.empty() ? to : relative / "").generic_u8string();
     const std::string address = in_address(std::string(text.begin(), text.end()));
