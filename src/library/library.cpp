@@ -365,8 +365,9 @@ namespace {
 Found found_in(const ColumnCounts& counts, const Parameters& parameters) {
   const ColumnCounts::Data& data = counts.data();
   const Kind kind = parameters.kind.value_or(data.kind);
-  if ((kind == Kind::protein) != (data.kind == Kind::protein))
+  if ((kind == Kind::protein) != (data.kind == Kind::protein)) {
     refuse("the columns were counted as another type of sequence");
+  }
   Found found{kind, state_of(parameters, kind, data.work.numseq), data.work, {}, {}};
   found.scores = rooms::scores_of(data.counts, found.run);
   found.blocks = found.run.every ? rooms::every_position(data.work.nupo) : rooms::getpos(found.scores, found.run);
