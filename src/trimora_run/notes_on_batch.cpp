@@ -70,8 +70,9 @@ std::vector<std::string> notes_on_identity(const Species& species, const Identit
     std::erase_if(better,
                   [&](const Proposal& each) { return find_the_same(identity.sample(), each.rule, settings.keys()); });
     const std::string rules = proposed(better);
-    note(words_of_run::few_meet, {std::to_string(met.meeting), std::to_string(met.species), listed_names(single),
-                                  rules.empty() ? "" : " " + rules});
+    note(words_of_run::few_meet,
+         {std::to_string(met.meeting), std::to_string(met.species), met.meeting == 1 ? "is" : "are",
+          listed_names(single), rules.empty() ? "" : " " + rules});
   } else if (!single.empty() && species.genes() > 2 &&
              met.meeting * 100LL >= nearly_all * static_cast<long long>(met.species)) {
     note(words_of_run::single_names,

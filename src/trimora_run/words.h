@@ -67,7 +67,7 @@ inline constexpr W same_coding_name = "{first} and {second} have the same name u
 // Who is who in a batch.
 inline constexpr W never_meet = "nothing was concatenated: the {species} species are in one of the {genes} alignments each, so that no name occurs in two of them. Name the sequences by species, or use --match=order where their order is the same";
 inline constexpr W never_meet_proposed = "nothing was concatenated: the {species} species are in one of the {genes} alignments each. Where does the name of a species end? {proposals}";
-inline constexpr W few_meet = "only {number} of the {species} species are in two alignments or more. In one only: {names}. Do the names differ between the alignments?{proposals}";
+inline constexpr W few_meet = "only {number} of the {species} species {are} in two alignments or more. In one only: {names}. Do the names differ between the alignments?{proposals}";
 inline constexpr W single_names = "{number} {are} in one alignment only, nearly all others in several: {names}";
 inline constexpr W same_but_signs = "these names differ only in capitals or signs, and count as different species: {names}";
 inline constexpr W misspelt = "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: {names}. Misspelt?";
