@@ -191,6 +191,9 @@ bool splits_accession(std::string_view name, const Span& key) {
   return (key.last >= key.first + 2 && begins(key.last - 2)) || (key.first >= 3 && begins(key.first - 3));
 }
 
+/// A rule that can be proposed brings one of so many names together, or more.
+constexpr int fewest_meeting = 6;
+
 /// How the names of a batch fare under one rule.
 class Trial {
  public:
@@ -201,7 +204,19 @@ class Trial {
 
   const KeyRule& rule() const { return rule_; }
   const std::vector<Span>& spans() const { return spans_; }
-  Proposal proposal() const { return {rule_, genes_[0][0], key_of(genes_[0][0], rule_), keys_, meeting_}; }
+  /// The rule, with the first name that it changes.
+  Proposal proposal() const {
+    const std::string* example = &genes_[0][0];
+    for (const Names& gene : genes_) {
+      const auto changed = std::find_if(gene.begin(), gene.end(), [&](const std::string& name) {
+        return key_of(name, rule_) != key_of(name, KeyRule());
+      });
+      if (changed == gene.end()) continue;
+      example = &*changed;
+      break;
+    }
+    return {rule_, *example, key_of(*example, rule_), keys_, meeting_};
+  }
 
  private:
   bool find_keys() {
@@ -223,7 +238,7 @@ class Trial {
     keys_ = static_cast<int>(genes_of.size());
     meeting_ = static_cast<int>(
         std::count_if(genes_of.begin(), genes_of.end(), [](const auto& entry) { return entry.second.second > 1; }));
-    return meeting_ * 2 >= keys_;
+    return meeting_ >= 2 && meeting_ * fewest_meeting >= keys_;
   }
 
   /// Call `visit(gene, name, span)` for each name.

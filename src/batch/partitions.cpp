@@ -35,6 +35,7 @@ std::string nexus_file(const std::string& path) {
 
 std::string PartitionNames::take(const std::string& path) {
   std::string stem = getpath(path).name_file;
+  if (stem.ends_with(".gz")) stem.resize(stem.size() - 3);
   if (const std::size_t point = stem.rfind('.'); point != 0 && point != std::string::npos) stem.resize(point);
   std::string name;
   for (const char c : in_ascii(stem)) {

@@ -53,6 +53,9 @@ std::string words(const Failure& failure) {
     case Kind::unfinished_record:
       if (detail.empty()) return filled("{} has a name but no letters", {sequence});
       if (failure.expected > 0) {
+        if (failure.length > failure.expected) {
+          return filled("has {} {}, where the file says {}", {length, detail, expected});
+        }
         const bool of_sequence = detail == "letters";
         return filled("{} too early, with {} of {} {}: was the file cut off?",
                       {of_sequence ? sequence + " ends" : "ends", length, expected, detail});

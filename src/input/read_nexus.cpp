@@ -223,6 +223,7 @@ constexpr std::string_view nucleotide_codes = "?ACMGRSVTWYHKDBN";
 char nucleotide_set(std::string_view set) {
   std::size_t bits = 0;
   for (const char c : set) {
+    if (is_blank(c)) continue;
     const std::size_t code = nucleotide_codes.find(capital(c) == 'U' ? 'T' : capital(c));
     if (code == nucleotide_codes.npos || code == 0) return '?';
     bits |= code;

@@ -70,7 +70,9 @@ void Filters::read_list() {
                     .detail = filled(words_of_run::listed_otherwise, {key})};
     }
     ++place;
-    places_.emplace(name.empty() ? key : key_of(name, one_key), place);
+    const std::string becomes = name.empty() ? key : key_of(name, one_key);
+    const bool alone = places_.emplace(becomes, place).second;
+    if (!alone && std::find(united_.begin(), united_.end(), becomes) == united_.end()) united_.push_back(becomes);
   }
   if (place == 0) throw Failure{.kind = Failure::Kind::empty, .file = settings_.species, .detail = "lists no species"};
 }

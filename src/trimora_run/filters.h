@@ -51,6 +51,9 @@ class Filters {
   /// The sequences of the concatenations in their order: those in enough of `genes` alignments.
   std::vector<int> species_kept(const Species& species, int genes, std::vector<LeftOut>& left_out) const;
 
+  /// New names that the list gives to several species, which become one.
+  const std::vector<std::string>& united() const { return united_; }
+
   /// Names of the list whose places are not `found`.
   std::vector<std::string> listed_in_vain(const std::unordered_set<int>& found) const;
 
@@ -67,7 +70,8 @@ class Filters {
   const Settings& settings_;
   std::unordered_map<std::string, Listed> list_;  // by key
   std::unordered_map<std::string, int> places_;   // by key in the concatenations
-  long long species_ = 0;                         // of the batch
+  std::vector<std::string> united_;
+  long long species_ = 0;  // of the batch
 };
 
 /// Write the header of the table of what was left out: tab-separated, a line for each.

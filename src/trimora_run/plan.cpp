@@ -1,11 +1,13 @@
 #include "trimora_run/plan.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "ground/failure.h"
 #include "ground/path.h"
@@ -72,33 +74,37 @@ std::string_view finished(std::string_view name) {
   return name.substr(0, stem).ends_with(".part") && stem < name.size() ? name.substr(0, stem - 5) : name;
 }
 
-/// Whether `name` ends as the results of a run with this suffix do, in any form.
+/// Whether `name` ends as the results of a run with this suffix do, in any form. What --join puts together does not count.
 bool ends_like_result(std::string_view name, const Settings& settings) {
-  for (const char* form : {".fasta", ".phy", ".nexus"}) {
-    if (name.ends_with(form)) {
-      name.remove_suffix(std::string_view(form).size());
-      break;
-    }
-  }
-  if (name.ends_with(".seq")) name.remove_suffix(4);
-  for (const char* kind : {"", "Comp", "Mask", "PS", ".htm", ".txt", ".txts", ".columns.tsv"}) {
+  if (name.ends_with(".seq.nex") || name.ends_with(".seq.partitions")) return true;
+  const auto without = [&](std::string_view ending) {
+    const bool ends = name.ends_with(ending);
+    if (ends) name.remove_suffix(ending.size());
+    return ends;
+  };
+  const bool in_form = without(".fasta") || without(".phy") || without(".nexus");
+  const bool concatenation = without(".seq");
+  if (in_form && concatenation) return true;
+  if (name.ends_with(settings.suffix) || name.ends_with("--")) return concatenation || !settings.join;
+  for (const char* kind : {"Comp", "Mask", "PS", ".htm", ".txt", ".txts", ".columns.tsv"}) {
     if (name.ends_with(settings.suffix + kind)) return true;
   }
-  return name.ends_with("--");
+  return false;
 }
 
-/// Leave our own results out of files that were named together: what this run would write, and what ends like a result.
+/// Leave our own results out of files that were named together: what ends like a result, and what this run would write
+/// under its name. A file that a result would reach through a link is an input like any other.
 void leave_out_results(Plan& plan, const Settings& settings) {
   Places places;
-  std::unordered_map<std::string, bool> written;
+  const auto identity = [&](const std::string& path) { return places.of(path) + '\n' + getpath(path).name_file; };
+  std::unordered_set<std::string> written;
   for (const Job& job : plan.jobs) {
-    for (const std::string& result : results_of(job, settings)) written.emplace(places.of(result), true);
+    for (const std::string& result : results_of(job, settings)) written.insert(identity(result));
   }
-  for (const std::string& result : joined_results(plan, settings)) written.emplace(places.of(result), true);
+  for (const std::string& result : joined_results(plan, settings)) written.insert(identity(result));
   const auto own = [&](const Job& job) {
     const std::string name = getpath(job.stem).name_file;
-    const bool like_result = !settings.join && ends_like_result(finished(name), settings);
-    return like_result || written.contains(places.of(std::string(finished(job.path))));
+    return ends_like_result(finished(name), settings) || written.contains(identity(std::string(finished(job.path))));
   };
   const auto left_out = static_cast<long long>(std::erase_if(plan.jobs, own));
   if (left_out > 0) plan.decided.push_back(number_of(left_out, "result") + " of an earlier run left out");
@@ -146,12 +152,16 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
     }
     if (!written.emplace(place, true).second) refuse(file, words_of_run::written_twice, {result});
   };
+  const auto check_named = [&](const std::string& result) {
+    if (!result.empty()) check(result);
+  };
   for (const Job& job : plan.jobs) {
     for (const std::string& result : results_of(job, settings)) check(result);
   }
   for (const std::string& result : joined_results(plan, settings)) check(result);
-  if (!settings.table.empty() && settings.table != "-") check(settings.table);
-  if (!settings.overview.empty()) check(settings.overview);
+  if (settings.table != "-") check_named(settings.table);
+  check_named(settings.occupancy);
+  check_named(settings.overview);
 }
 
 void make_folder(const Settings& settings) {
@@ -181,6 +191,10 @@ Plan plan_of(const Settings& settings) {
   plan.joined_stem = in_folder(folder, base);
   if (settings.filter()) return plan;
   for (const Job& job : plan.jobs) {
+    std::error_code unknown;
+    if (fs::is_directory(system_path(job.path), unknown)) {  // named in a list
+      throw Failure{.kind = Failure::Kind::not_readable, .file = job.path, .error = EISDIR};
+    }
     if (!settings.into.empty() || is_file(job.path)) continue;
     throw Failure{.kind = Failure::Kind::not_writable, .file = job.path, .detail = std::string(words_of_run::no_place)};
   }

@@ -55,7 +55,6 @@ std::vector<std::string> joined_results(const Plan& plan, const Settings& settin
     if (changes_names(settings)) all.push_back(names_path(path));
     if (settings.partitions) all.insert(all.end(), {raxml_file(path), nexus_file(path)});
   }
-  if (!settings.occupancy.empty()) all.push_back(settings.occupancy);
   if (writes_kept(settings) && plan.batch && settings.concatenates()) all.push_back(kept_path(plan));
   if (settings.filters()) all.push_back(left_out_path(plan));
   return all;

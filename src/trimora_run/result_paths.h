@@ -12,7 +12,7 @@ namespace trimora::rooms {
 
 /// All files that are written for one alignment.
 std::vector<std::string> results_of(const Job& job, const Settings& settings);
-/// All that are written for the batch, but the table of --table.
+/// All that are written for the batch, but those that options name.
 std::vector<std::string> joined_results(const Plan& plan, const Settings& settings);
 
 /// The state with which the files of an alignment are written: all of it but what the alignment tells.

@@ -10,6 +10,7 @@
 #include "trimora_run/batch.h"
 #include "trimora_run/filters.h"
 #include "trimora_run/interruption.h"
+#include "trimora_run/notes_on_batch.h"
 #include "trimora_run/options.h"
 #include "trimora_run/plan.h"
 #include "trimora_run/terminal.h"
@@ -93,7 +94,10 @@ class Run {
         filters_(settings, plan),
         coding_(settings),
         table_(settings),
-        batch_(settings, plan, filters_) {}
+        batch_(settings, plan, filters_) {
+    if (filters_.united().empty()) return;
+    voice_.account(settings.species + ": several species become one: " + listed_names(filters_.united()));
+  }
 
   void take(const Job& job) {
     if (ended_) {

@@ -30,12 +30,12 @@ using W = std::string_view;
 // Notes on an alignment.
 inline constexpr W unknown_letters = "{percent} % of the columns hold {letters} and no gap, and can be selected: where data are missing, write - instead";
 inline constexpr W points = "'.' is read as a gap, but seems to mean 'as in the first sequence' here: write the letters in full with the program that made the file";
-inline constexpr W stops_readers = "holds {characters} ({count} in all), at which {programs} stop: --unknown=x writes {letter} instead";
+inline constexpr W stops_readers = "holds {characters} ({count} in all), which stops {programs}: --unknown=x writes {letter} instead";
 inline constexpr W looks_nucleotide = "is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons";
 inline constexpr W looks_protein = "is read as nucleotides, but looks like protein: -t=P";
 inline constexpr W codon_length = "has {number} positions, which is not a multiple of three: does its first column begin a codon?";
-inline constexpr W codon_stops = "{number} of the sequences hold stop codons before their end, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? Mitochondria and some others have another code: --code=";
-inline constexpr W codon_gaps = "{number} of the sequences hold gaps that are not whole codons, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
+inline constexpr W codon_stops = "holds stop codons before the end of {number} of its sequences, the first is {codon} at column {column} of sequence {sequence} ({name}): does the first column begin a codon? Mitochondria and some others have another code: --code=";
+inline constexpr W codon_gaps = "holds gaps that are not whole codons in {number} of its sequences, the first at column {column} of sequence {sequence} ({name}): what follows in them may be out of frame";
 inline constexpr W same_names = "sequences {first} and {second} have the same name, {name}, and tree programs refuse them: rename one";
 inline constexpr W same_words = "sequences {first} and {second} have the same name up to the first blank, {name}, where many tree programs cut it: --format=phylip or nexus writes whole names";
 inline constexpr W breaks_trees = "names with ( ) [ ] , : ; or ' break trees (first in sequence {number}, {name}): --format=phylip or nexus writes _ instead";

@@ -71,6 +71,16 @@ TEST(NameKeys, ProposedForTenStylesOfNames) {
   }
 }
 
+// A third of the species in both of two genes is enough, and the example is a name that changes.
+TEST(NameKeys, ProposedWhereFewSpeciesMeet) {
+  const std::vector<Proposal> found =
+      proposals({{"Gorilla_gorilla", "Homo_sapiens|cox1", "Pan_paniscus|cox1", "Macaca_mulatta|cox1"},
+                 {"Homo_sapiens|cytb", "Pan_paniscus|cytb", "Mus_musculus|cytb", "Bos_taurus|cytb"}});
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(options_for(found[0].rule), "--name-end='|'");
+  EXPECT_EQ(found[0].name + " as " + found[0].key, "Homo_sapiens|cox1 as Homo_sapiens");
+}
+
 TEST(NameKeys, ByEachRule) {
   using Style = KeyRule::Style;
   const struct {

@@ -14,6 +14,7 @@
 #include "input/kind.h"
 
 #ifdef TRIMORA_ZLIB
+#include <unistd.h>
 #include <zlib.h>
 #endif
 
@@ -343,7 +344,9 @@ TEST(Read, TypeOfLongRows) {
 /// What `step` gives for a file that holds `bytes`.
 template <typename Step>
 std::string with_file(const std::string& bytes, Step step) {
-  const std::string path = testing::TempDir() + "trimora_read_test";
+  const std::string test =
+      testing::UnitTest::GetInstance()->current_test_info()->name();  // others run at the same time
+  const std::string path = testing::TempDir() + "trimora_read_test." + test + '.' + std::to_string(getpid());
   std::ofstream(path, std::ios::binary) << bytes;
   std::string found = step(path);
   std::remove(path.c_str());

@@ -99,6 +99,7 @@ TEST_F(Messages, OfRealFiles) {
     {"mixed.nex",  "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=2;\nformat datatype=mixed(dna:1-2);\nmatrix\na AC\nb AC\n;\nend;\n"},
     {"empty.nex",  "#NEXUS\nbegin trees;\nend;\n"},
     {"cut.nex",    "#NEXUS\nbegin data;\ndimensions ntax=3 nchar=2;\nformat datatype=dna;\nmatrix\na AC\nb AC\n;\nend;\n"},
+    {"more.nex",   "#NEXUS\nbegin data;\ndimensions ntax=1 nchar=2;\nformat datatype=dna;\nmatrix\na AC\nb AC\n;\nend;\n"},
     {"long.nex",   "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=2;\nformat datatype=dna;\nmatrix\na ACG\nb AC\n;\nend;\n"},
     {"sets.nex",   "#NEXUS\nbegin data;\ndimensions ntax=2 nchar=9;\nformat datatype=dna missing=- gap=? matchchar=.;\nmatrix\na AC{AC}G-TTTT\nb ..(GT)G-TTTT\n;\nend;\nbegin sets;\ncharset one=1-3;\nend;\nbegin data;\ndimensions ntax=2 nchar=2;\nformat datatype=dna;\nmatrix\na AC\nb AC\n;\nend;\n"},
     {"two.phy",    "2 30\nACGTACGTACACGTACGTAC\nACGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\nTCGTACGTACACGTACGTAC\n"},
@@ -191,6 +192,7 @@ TEST_F(Messages, OfRealFiles) {
     {"cut.pir",                     1, "cut.pir: sequence 2 (b) lacks '*' at its end: was the file cut off?"},
     {"cut.sto",                     1, "cut.sto: lacks // at its end: was the file cut off?"},
     {"empty.nex",                   1, "empty.nex: lacks a matrix of characters: was the file cut off?"},
+    {"more.nex",                    1, "more.nex: has 2 sequences, where the file says 1"},
     {"cut.nex",                     1, "cut.nex: ends too early, with 2 of 3 sequences: was the file cut off?"},
     {"cut.phy",                     1, "cut.phy: sequence 2 (Mus) ends too early, with 2 of 4 letters: was the file cut off?"},
     {"digit.fas",                   1, "digit.fas: letter 3 of sequence 2 (b) is 7, which is neither a residue nor a gap"},
@@ -246,6 +248,7 @@ TEST_F(Messages, OfRealFiles) {
     {"p.fas k.fas -t=P -p=n -s=n -b4=2 --codons=dup", 1, "dup: dup/p.1.fna and dup/p.2.fna have the same name up to the first dot, "},
     // where results go
     {"a.fas -t=P --table=a.fas",    1, "a.fas: the result a.fas would replace the input a.fas: choose"},
+    {"a.fas k.fas -t=P -p=n -s=n -a=y --occupancy=k.fas", 1, "a.fas: the result k.fas would replace the input k.fas: choose"},
     {"ab -t=P -p=n -s=n --table=ab", 1, "ab: the result ab would replace the input ab: choose"},
     {"ab -t=P -p=n -s=n --species=species --table=species", 1, "ab: the result species would replace the input species: choose"},
     {"ab -t=P -p=n -s=n --species=blank", 1, "blank: lists no species"},
@@ -270,17 +273,17 @@ TEST_F(Messages, OfRealFiles) {
     {"xgaps.fas -t=P -s=n -p=n -b4=2", 0, ""},
     {"points.fas -p=n -s=n -b4=2",  0, "points.fas: '.' is read as a gap, but seems to mean 'as in the first sequence' here: write"},
     {"first.fas -p=n -s=n -b4=2", 0, ""},
-    {"marks.fas -t=P -p=n -s=n -b4=2", 0, "marks.fas: holds ! (2 in all), at which IQ-TREE and RAxML stop: --unknown=x writes X instead\ntrimora-run: marks.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
+    {"marks.fas -t=P -p=n -s=n -b4=2", 0, "marks.fas: holds ! (2 in all), which stops IQ-TREE and RAxML: --unknown=x writes X instead\ntrimora-run: marks.fas: holds U or J (1 in all), which stops RAxML: --unknown=x writes X"},
     {"marks.fas -t=P -p=n -s=n -b4=2 --unknown=x", 0, ""},
-    {"j.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, "j.fas: holds U or J (1 in all), at which RAxML stop: --unknown=x writes X"},
+    {"j.fas -t=P -p=n -s=n -b4=2 --format=phylip", 0, "j.fas: holds U or J (1 in all), which stops RAxML: --unknown=x writes X"},
     {"dna.fas -p=n -s=n -t=P",      0, "dna.fas: is read as protein, but looks like nucleotides: -t=D reads it as DNA, -t=C as codons"},
     {"points.fas -p=n -s=n -t=D -b4=2", 0, "points.fas: is read as nucleotides, but looks like protein: -t=P"},
     {"two.pir -p=n -s=n -t=D", 0, "two.pir: is read as nucleotides, but looks like protein: -t=P"},
     {"dna.fas -p=n -s=n -t=C",      0, "dna.fas: has 22 positions, which is not a multiple of three: does its first column begin a codon?"},
-    {"frame.fas -p=n -s=n -t=C -b4=2", 0, "frame.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 6 of sequence 1 (a): does"},
-    {"uaa.fas -p=n -s=n -t=C -b4=2", 0, "uaa.fas: 1 of the sequences hold stop codons before their end, the first is TAA at column 4 of sequence 1 (a): does"},
+    {"frame.fas -p=n -s=n -t=C -b4=2", 0, "frame.fas: holds stop codons before the end of 1 of its sequences, the first is TAA at column 6 of sequence 1 (a): does"},
+    {"uaa.fas -p=n -s=n -t=C -b4=2", 0, "uaa.fas: holds stop codons before the end of 1 of its sequences, the first is TAA at column 4 of sequence 1 (a): does"},
     {"tga.fas -p=n -s=n -t=C -b4=2 --code=4", 0, ""},
-    {"gap.fas -p=n -s=n -t=C -b4=2", 0, "gap.fas: 1 of the sequences hold gaps that are not whole codons, the first at column 4 of sequence 1 (a): what follows in them may be out of frame"},
+    {"gap.fas -p=n -s=n -t=C -b4=2", 0, "gap.fas: holds gaps that are not whole codons in 1 of its sequences, the first at column 4 of sequence 1 (a): what follows in them may be out of frame"},
     {"final.fas -p=n -s=n -t=C -b4=2 -b5=h", 0, ""},
     {"hollow.fas -t=P -p=n -s=n -b4=2 -b5=h", 0, "hollow.fas: sequence 2 (b) has nothing but gaps and unknown letters in the selected positions, and tree programs stop at it: leave it out"},
     {"signs.fas -t=P -p=n -s=n -b4=2 -b5=h --unknown=x", 0, "signs.fas: sequence 2 (b) has nothing but gaps and unknown letters in the selected positions, and"},
@@ -407,6 +410,19 @@ TEST_F(Messages, NoInputIsReplaced) {
       fs::remove(result);
     }
     fs::remove("b.fas");
+  }
+}
+
+// Also where files are named one by one, so that results of earlier runs among them are left out.
+TEST_F(Messages, NoInputIsReplacedThroughALink) {
+  write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
+  write("b.fas", ">a\nACDEY\n>b\nACDEY\n");
+  fs::create_symlink("b.fas", "a.fas-tr.fasta");
+  for (const char* files : {"a.fas b.fas", "."}) {
+    const Said said = run(std::string(files) + " -t=P -b4=2 -p=n");
+    EXPECT_EQ(said.status, 1) << files;
+    EXPECT_NE(said.notes.find("a.fas-tr.fasta would replace the input "), std::string::npos) << said.notes;
+    EXPECT_EQ(text_of("b.fas"), ">a\nACDEY\n>b\nACDEY\n");
   }
 }
 
