@@ -15,7 +15,7 @@ const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.
 /** @type {esbuild.BuildOptions} */
 const options = {
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
-  loader: { ".fas": "text" }, alias: { trimora: `${engine}/trimora.mjs` },
+  alias: { trimora: `${engine}/trimora.mjs` },
   define: { "import.meta.url": '"about:blank"', OPTIONS: JSON.stringify(settings) }, external: ["node:fs/promises"],
 };
 const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plugins">} */ more) =>
@@ -24,9 +24,11 @@ const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plu
 const packed = {
   wasm: async () => readFileSync(`${engine}/trimora.wasm`),
   worker: () => bundle({ entryPoints: [here("page/worker.js")] }),
+  examples: async () => JSON.stringify(Object.fromEntries(["globins", "primates_mt", "batch/primates_mt_1", "batch/primates_mt_2"]
+    .map((name) => [`${name.slice(name.indexOf("/") + 1)}.fas`, readFileSync(here(`../examples/${name}.fas`), "utf8")]))),
 };
 
-/** The modules packed:wasm and packed:worker, each base64 of gzip. @type {esbuild.Plugin} */
+/** The modules packed:wasm, packed:worker and packed:examples (texts by their names, as JSON), each base64 of gzip. @type {esbuild.Plugin} */
 const packing = {
   name: "packing",
   setup(build) {

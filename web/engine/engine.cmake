@@ -30,7 +30,9 @@ set_source_files_properties(
   ${faces}/trimora_run/batch.cpp
   ${faces}/trimora_run/coding.cpp
   ${faces}/trimora_run/entry.cpp
+  ${faces}/trimora_run/filters.cpp
   ${faces}/trimora_run/inputs.cpp
+  ${faces}/trimora_run/interruption.cpp
   ${faces}/trimora_run/notes_on_batch.cpp
   ${faces}/trimora_run/option_table.cpp
   ${faces}/trimora_run/options.cpp
@@ -41,15 +43,19 @@ set_source_files_properties(
   ${faces}/library/library.cpp
   ${faces}/batch/codons.cpp
   ${faces}/batch/genetic_code.cpp
+  ${faces}/batch/identity.cpp
   ${faces}/batch/name_keys.cpp
   ${faces}/batch/names.cpp
   ${faces}/batch/overview.cpp
   ${faces}/batch/partitions.cpp
   ${faces}/batch/results_table.cpp
   ${faces}/batch/species.cpp
+  ${faces}/ground/failure.cpp
+  ${faces}/ground/places.cpp
   ${faces}/output/page.cpp
-  PROPERTIES COMPILE_OPTIONS -Os)
-target_compile_options(trimora-run PRIVATE -Os) # functions.cpp
+  ${faces}/output/results.cpp
+  PROPERTIES COMPILE_OPTIONS -Oz)
+target_compile_options(trimora-run PRIVATE -Oz) # functions.cpp
 target_sources(trimora-run PRIVATE ${CMAKE_CURRENT_LIST_DIR}/functions.cpp)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/package.json.in ${package}/package.json @ONLY)

@@ -1,10 +1,7 @@
 // Opens files, folders, pasted text and examples: they become the files of a run.
 // Words     input: a file of the run, under the name that the program sees
 
-import batch1 from "../../examples/batch/primates_mt_1.fas";
-import batch2 from "../../examples/batch/primates_mt_2.fas";
-import globins from "../../examples/globins.fas";
-import primates from "../../examples/primates_mt.fas";
+import packedExamples from "packed:examples";
 import { gunzip } from "../engine/gunzip.mjs";
 import { fromLink } from "./parameters.js";
 import { element, showWhen, state, unread, update } from "./state.js";
@@ -24,12 +21,12 @@ export const mostBytes = 1.5e9;
 
 const headBytes = 65536; // of a file, which tell what it is
 
-/** @type {{key: string, title: string, about: string, type: string, files: Record<string, string>}[]} */
+/** @type {{key: string, title: string, about: string, type: string, files: string[]}[]} */
 const examples = [
-  { key: "globins", title: "Globins", about: "45 proteins", type: "", files: { "globins.fas": globins } },
-  { key: "primates", title: "Primates", about: "mitochondrial DNA of 12 species", type: "D", files: { "primates_mt.fas": primates } },
+  { key: "globins", title: "Globins", about: "45 proteins", type: "", files: ["globins.fas"] },
+  { key: "primates", title: "Primates", about: "mitochondrial DNA of 12 species", type: "D", files: ["primates_mt.fas"] },
   { key: "batch", title: "A batch", about: "two pieces of the primates' DNA", type: "D",
-    files: { "primates_mt_1.fas": batch1, "primates_mt_2.fas": batch2 } },
+    files: ["primates_mt_1.fas", "primates_mt_2.fas"] },
 ];
 
 const natural = new Intl.Collator("en", { numeric: true }).compare;
@@ -205,9 +202,16 @@ async function listEntries(entries) {
   return found;
 }
 
+/** The files of an example. @param {string[]} names */
+async function filesOf(names) {
+  const packed = await gunzip(Uint8Array.from(atob(packedExamples), (c) => c.charCodeAt(0)));
+  const texts = JSON.parse(await packed.text());
+  return names.map((name) => ({ name, blob: new Blob([texts[name]]) }));
+}
+
 /** Open an example, with the values that an address gives or with its own. @param {(typeof examples)[0]} example @param {Record<string, string>} [values] */
 const openExample = (example, values) =>
-  open(Promise.resolve(Object.entries(example.files).map(([name, text]) => ({ name, blob: new Blob([text]) }))), example, values);
+  open(filesOf(example.files), example, values);
 
 /** Open the example that the address names, if it is another one. */
 function fromAddress() {

@@ -1,8 +1,4 @@
 // What build.mjs makes into modules.
-declare module "*.fas" {
-  const text: string;
-  export default text;
-}
 declare module "packed:*" {
   const base64: string; // of gzip
   export default base64;
