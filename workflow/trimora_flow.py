@@ -145,6 +145,7 @@ def make(log):
         fcntl.flock(lock, fcntl.LOCK_EX)
         if not made.exists():
             shutil.rmtree(part, ignore_errors=True)
+            part.mkdir()
             program, options, *members = read(folder / "members.tsv")
             step(part, program, options, members)
             (part / "list").unlink(missing_ok=True)
@@ -180,6 +181,9 @@ def run(part, program, options, files):
     if list(table) != list(places) or done.returncode != any(line["status"] == "failed" for line in table.values()):
         how = f"was killed by signal {-done.returncode}" if done.returncode < 0 else f"ended with status {done.returncode}"
         raise Refused(f"{program} {how} in {part.parent}: {os.fsdecode(done.stderr).strip().split(chr(10))[-1]}")
+    for line in table.values():  # no alignment is to blame
+        if line["status"] == "failed" and "could not be written" in line["message"]:
+            raise Refused(f"{part.parent}: {line['message']}")
     subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
     return dict(zip(places.values(), table.values()))
 

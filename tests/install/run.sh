@@ -57,7 +57,7 @@ for program in trimora trimora-run; do
 done
 same "first argument" --version "$(completed "trimora-run --v")"
 for start in "" "x.fas " "-t D x.fas "; do
-  same "several options" $'--partitions\n-p=' "$(completed "trimora-run $start-p" && completed "trimora-run $start--p")"
+  same "several options" $'--partitions\n--preset=\n-p=' "$(completed "trimora-run $start-p" && completed "trimora-run $start--p")"
 done
 same "none of the other program" "" "$(completed "trimora x.fas --p")"
 same "second word" "fasta,phylip" "$(completed "trimora-run x.fas --format=fasta,p")"
