@@ -42,6 +42,7 @@ Table<Verdict> verdicts(const Table<int>& gaps, const PositionScores& scores, co
 template <typename ColumnOf>
 std::string words(const Verdict& verdict, const SelectionState& run, ColumnOf column_of) {
   const auto number = [](long long value) { return std::to_string(value); };
+  const auto positions = [](int count) { return std::to_string(count) + (count == 1 ? " position" : " positions"); };
   switch (verdict.reason) {
     case Reason::selected: return "selected";
     case Reason::all_gap: return "all gap, dropped";
@@ -54,9 +55,9 @@ std::string words(const Verdict& verdict, const SelectionState& run, ColumnOf co
     case Reason::after_flanks: return "after the last flank";
     case Reason::long_run: return "in a run of more than b3 nonconserved positions";
     case Reason::cut_back: return "cut back to the nearest flank beside such a run";
-    case Reason::short_initial: return "initial block shorter than b0 (" + number(verdict.number) + ")";
+    case Reason::short_initial: return "initial block shorter than b0 (" + positions(verdict.number) + ")";
     case Reason::beside_gap: return "nonconserved beside a cut gap (column " + number(column_of(verdict.number)) + ")";
-    case Reason::short_part: return "rest shorter than b4 (" + number(verdict.number) + ")";
+    case Reason::short_part: return "rest shorter than b4 (" + positions(verdict.number) + ")";
     case Reason::codon_frame: return "codon frame";
   }
   return {};  // no other value is ever made

@@ -69,7 +69,7 @@ TEST(Columns, ClassesBlocksAndReasons) {
             "4\t\t\t\tdropped\t\t\tall gap, dropped\t\n"
             "5\t3\t2\tD\tnonconserved\t\t\tin a run of more than b3 nonconserved positions\t\n"
             "6\t4\t0\t?\tgap\t\t\ttoo many gaps (1 of 5, b5 allows 0)\t\n"
-            "7\t5\t4\tF\tflank\t\t\tinitial block shorter than b0 (1)\t\n"
+            "7\t5\t4\tF\tflank\t\t\tinitial block shorter than b0 (1 position)\t\n"
             "8\t6\t3.5\tG\tconserved\t\t\tafter the last flank\t\n"
             "9\t\t\t\tdropped\t\t\tinsert column\t\n"
             "10\t7\t3\tG\tconserved\t\t\tafter the last flank\t\n");

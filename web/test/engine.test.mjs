@@ -104,8 +104,8 @@ test("the layers follow from reason and initial block", () => {
   // class, initial, block, reason
   const rows = /** @type {[string, number, number, string][]} */ ([
     ["flank", 1, 1, "selected"], ["gap position", 1, 0, "too many gaps (2 of 6, b5 allows 0)"], ["nonconserved", 1, 0, "nonconserved beside a cut gap (column 2)"],
-    ["conserved", 1, 0, "rest shorter than b4 (3)"], ["conserved", 1, 0, "codon frame"], ["flank", 1, 2, "selected"],
-    ["gap position", 0, 0, "too many gaps (1 of 6, b5 allows 0)"], ["flank", 0, 0, "initial block shorter than b0 (1)"],
+    ["conserved", 1, 0, "rest shorter than b4 (3 positions)"], ["conserved", 1, 0, "codon frame"], ["flank", 1, 2, "selected"],
+    ["gap position", 0, 0, "too many gaps (1 of 6, b5 allows 0)"], ["flank", 0, 0, "initial block shorter than b0 (1 position)"],
   ]);
   const columns = {
     score: new Float32Array(rows.length), residue: new Uint8Array(rows.length), column: new Uint32Array(rows.length),
