@@ -50,19 +50,29 @@ bool is_comment(std::string_view line) {
   return line.empty() || line.starts_with('#');
 }
 
-/// The paths in a list: one a line; comments and empty lines do not count. Nothing when the file is no list: its first
-/// line names no file.
+/// Whether `path` looks like the name of a file that is missing: one word that ends like "gene.fas".
+bool looks_like_a_file(std::string_view path) {
+  const std::size_t dot = path.rfind('.');
+  return dot != path.npos && dot > 0 && dot + 1 < path.size() && path.size() - dot <= 8 &&
+         all_are(path, [](unsigned char c) { return c > ' '; }) &&
+         all_are(path.substr(dot + 1), [](char c) { return is_letter(c) || is_digit(c); });
+}
+
+/// The paths in a list: one a line; comments and empty lines do not count. Nothing when the file is no list: none of its
+/// first lines names a file, nor does the first one look like it.
 std::optional<Named> read_list(const std::string& list) {
+  constexpr std::size_t looked_at = 100;  // lines, so that a large file of another kind is not read to its end
   Input input(list);
   if (input.format() != nullptr) return std::nullopt;
   Named named;
   long long from_list = 0;
-  for (std::string_view line; input.line(line);) {
+  bool is_list = false;
+  for (std::string_view line; input.line(line) && (is_list || named.paths.size() < looked_at);) {
     if (is_comment(trimmed(line))) continue;
     named.paths.push_back(listed_path(line, list, from_list));
-    if (named.paths.size() == 1 && !exists(named.paths.front())) return std::nullopt;
+    is_list = is_list || exists(named.paths.back()) || (named.paths.size() == 1 && looks_like_a_file(named.paths[0]));
   }
-  if (named.paths.empty()) return std::nullopt;
+  if (!is_list) return std::nullopt;
   named.list = list;
   if (from_list > 0) named.decided.push_back(number_of(from_list, "path") + " counted from the folder of the list");
   return named;
@@ -82,9 +92,8 @@ std::vector<std::string> files_in(const std::string& folder) {
   return names;
 }
 
-/// The alignments in a folder.
+/// The files in a folder: alignments, and others.
 void add_folder(const std::string& folder, Named& named) {
-  std::vector<std::string> skipped;
   for (const std::string& name : files_in(folder)) {
     const std::string path = in_folder(folder, name);
     bool alignment = false;
@@ -93,15 +102,8 @@ void add_folder(const std::string& folder, Named& named) {
       alignment = format != nullptr && format->read != nullptr;
     } catch (const Failure&) {
     }
-    if (alignment) {
-      named.paths.push_back(path);
-    } else {
-      skipped.push_back(name);
-    }
+    (alignment ? named.paths : named.others).push_back(path);
   }
-  if (skipped.empty()) return;
-  named.decided.push_back(folder + ": " + number_of(std::ssize(skipped), "file") +
-                          " skipped as no alignment, the first is " + skipped.front());
 }
 
 }  // namespace

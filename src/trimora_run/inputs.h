@@ -11,6 +11,7 @@ namespace trimora::rooms {
 /// What the files that were named hold.
 struct Named {
   std::vector<std::string> paths;
+  std::vector<std::string> others;  // files in folders that are no alignments
   std::vector<std::string> decided;
   std::optional<std::string> list;  // the one file that was named is a list
   bool several = false;             // several files, or a folder

@@ -84,6 +84,7 @@ bool ends_like_result(std::string_view name, const Settings& settings) {
   };
   const bool in_form = without(".fasta") || without(".phy") || without(".nexus");
   const bool concatenation = without(".seq");
+  without(".codons");
   if (in_form && concatenation) return true;
   if (name.ends_with(settings.suffix) || name.ends_with("--")) return concatenation || !settings.join;
   for (const char* kind : {"Comp", "Mask", "PS", ".htm", ".txt", ".txts", ".columns.tsv"}) {
@@ -92,9 +93,9 @@ bool ends_like_result(std::string_view name, const Settings& settings) {
   return false;
 }
 
-/// Leave our own results out of files that were named together: what ends like a result, and what this run would write
-/// under its name. A file that a result would reach through a link is an input like any other.
-void leave_out_results(Plan& plan, const Settings& settings) {
+/// Leave our own results out of files that were named together, `others` among them, which are no alignments: what ends
+/// like a result, and what this run would write under its name. A file that a result would reach through a link is an input like any other.
+void leave_out_results(Plan& plan, std::vector<std::string> others, const Settings& settings) {
   Places places;
   const auto identity = [&](const std::string& path) { return places.of(path) + '\n' + getpath(path).name_file; };
   std::unordered_set<std::string> written;
@@ -102,11 +103,16 @@ void leave_out_results(Plan& plan, const Settings& settings) {
     for (const std::string& result : results_of(job, settings)) written.insert(identity(result));
   }
   for (const std::string& result : joined_results(plan, settings)) written.insert(identity(result));
-  const auto own = [&](const Job& job) {
-    const std::string name = getpath(job.stem).name_file;
-    return ends_like_result(finished(name), settings) || written.contains(identity(std::string(finished(job.path))));
+  const auto own = [&](const std::string& path) {
+    const std::string name = getpath(stem_of(path, settings)).name_file;
+    return ends_like_result(finished(name), settings) || written.contains(identity(std::string(finished(path))));
   };
-  const auto left_out = static_cast<long long>(std::erase_if(plan.jobs, own));
+  auto left_out = static_cast<long long>(std::erase_if(plan.jobs, [&](const Job& job) { return own(job.path); }));
+  left_out += static_cast<long long>(std::erase_if(others, own));
+  if (!others.empty()) {
+    plan.decided.push_back(number_of(std::ssize(others), "file") + " skipped as no alignment, the first is " +
+                           others.front());
+  }
   if (left_out > 0) plan.decided.push_back(number_of(left_out, "result") + " of an earlier run left out");
 }
 
@@ -199,7 +205,7 @@ Plan plan_of(const Settings& settings) {
     throw Failure{.kind = Failure::Kind::not_writable, .file = job.path, .detail = std::string(words_of_run::no_place)};
   }
 
-  if (named.several) leave_out_results(plan, settings);
+  if (named.several) leave_out_results(plan, named.others, settings);
   if (plan.jobs.empty()) {
     throw Failure{.kind = Failure::Kind::empty,
                   .file = settings.files.front(),
