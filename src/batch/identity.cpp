@@ -142,7 +142,8 @@ std::vector<Lookalikes> lookalikes(const Species& species) {
 
 void Identity::add(const std::string& path, const Table<std::string>& name) {
   std::vector<std::pair<int, std::string_view>> epithets;
-  for (int i = 1; i <= name.size(); ++i) {
+  const bool binomial = rule_.style == KeyRule::Style::fields && rule_.last > rule_.first;  // the epithet is in the key
+  for (int i = 1; i <= name.size() && !binomial; ++i) {
     const std::string_view plain = plain_name(name[i]);
     const std::string_view epithet = epithet_after(plain, stretch_of(plain, rule_));
     if (!epithet.empty()) epithets.emplace_back(i, epithet);

@@ -24,9 +24,10 @@ std::string share_of(long long part, long long whole) {
   return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " %";
 }
 
-/// "Homo_sapiens (12.3 %), ...": the three with the smallest share of letters.
+/// "Homo_sapiens (12.3 %), ...": the three with the smallest share of letters among those that are not complete.
 std::string emptiest(std::vector<Filled> all) {
   constexpr std::size_t shown = 3;
+  std::erase_if(all, [](const Filled& each) { return each.letters == each.cells; });
   const auto emptier = [](const Filled& a, const Filled& b) { return a.letters * b.cells < b.letters * a.cells; };
   std::stable_sort(all.begin(), all.end(), emptier);
   std::string text;
@@ -34,6 +35,23 @@ std::string emptiest(std::vector<Filled> all) {
     text += (k > 0 ? ", " : "") + all[k].name + " (" + share_of(all[k].letters, all[k].cells) + ")";
   }
   return text;
+}
+
+/// The value of a parameter as it was given, as the preset has it, or by default.
+std::string value_of(const Option& option, const Settings& settings) {
+  const std::string begin = std::string(option.name) + '=';
+  std::string value(option.standard);
+  if (settings.preset != nullptr) {
+    const std::string preset = ' ' + std::string(settings.preset->stands_for) + ' ';
+    if (const std::size_t at = preset.find(' ' + begin); at != preset.npos) {
+      const std::size_t first = at + 1 + begin.size();
+      value = preset.substr(first, preset.find(' ', first) - first);
+    }
+  }
+  for (const auto& [name, word] : settings.given) {
+    if (name == option.name) value = word.substr(word.find('=') + 1);
+  }
+  return value;
 }
 
 }  // namespace
@@ -192,8 +210,9 @@ void Batch::say_summary(Voice& voice) const {
                 share_of(c.letters, cells) + " letters, " + share_of(c.unknown, cells) + " unknown, " +
                 share_of(c.gaps, cells) + " gaps (" + share_of(c.end_gaps, cells) + " at the ends), " +
                 share_of(c.absent, cells) + " absent; gene occupancy " + share_of(all.present, all.pairs));
-  voice.account("  fewest letters, species: " + emptiest(all.species));
-  voice.account("  fewest letters, alignments: " + emptiest(all.genes));
+  for (const auto& [what, list] : {std::pair("species", emptiest(all.species)), {"alignments", emptiest(all.genes)}}) {
+    if (!list.empty()) voice.account(std::string("  fewest letters, ") + what + ": " + list);
+  }
 }
 
 void Batch::finish(Voice& voice) {
@@ -220,11 +239,8 @@ void Batch::write_page(const std::vector<TableRow>& rows, Voice& voice) {
                  files_};
   for (const Option& option : all_options()) {
     if (option.group != Group::parameters || settings_.join) continue;
-    std::string value(option.standard);
-    for (const auto& [name, word] : settings_.given) {
-      if (name == option.name) value = word.substr(word.find('=') + 1);
-    }
-    about.parameters.push_back({std::string(option.name), value, std::string(option.brief)});
+    if (settings_.every && option.name.starts_with("-b")) continue;
+    about.parameters.push_back({std::string(option.name), value_of(option, settings_), std::string(option.brief)});
   }
   if (!settings_.table.empty() && settings_.table != "-") about.files.push_back(settings_.table);
   const auto report = [&](std::size_t r) {

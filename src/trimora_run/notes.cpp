@@ -133,6 +133,11 @@ void note_stops(const Notebook& book, const std::vector<Remark>& remarks, const 
   if (count > 0) book.note(words_of_run::stops_readers, {"U or J", std::to_string(count), "RAxML", "X"});
 }
 
+/// Whether the letters are of another type of sequence than the one that they are read as.
+bool contrary(const KindByLetters& by_letters, const OutputState& run) {
+  return by_letters.kind && (*by_letters.kind == Kind::protein) != (run.seq_type == 'P');
+}
+
 /// `as_read`: the type of sequence is the one that it seems to be, so that X or N is an unknown residue.
 void note_characters(const Notebook& book, bool as_read) {
   const Alignment& ali = book.ali;
@@ -267,23 +272,27 @@ std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vec
                                             const Settings& settings) {
   std::vector<std::string> notes;
   const Notebook book{ali, run, notes};
-  const bool protein = run.seq_type == 'P';
-  const bool looks_dna = by_letters.kind == Kind::dna;
-  const bool looks_protein = by_letters.kind == Kind::protein;
-  note_characters(book, protein ? !looks_dna : !looks_protein);
+  const bool contrary_type = contrary(by_letters, run);
+  note_characters(book, !contrary_type);
   note_stops(book, remarks, settings);
   if (points_at_first(ali, remarks)) book.note(words_of_run::points, {});
-  if (protein && looks_dna) book.note(words_of_run::looks_nucleotide, {});
-  if (!protein && looks_protein) book.note(words_of_run::looks_protein, {});
+  if (contrary_type) {
+    book.note(run.seq_type == 'P' ? words_of_run::looks_nucleotide : words_of_run::looks_protein, {});
+  }
   if (run.seq_type == 'C') note_codons(book, *GeneticCode::numbered(settings.code.value_or(1)));
   note_names(book, settings);
   return notes;
 }
 
-std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found, const OutputState& run) {
+std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found,
+                                            const KindByLetters& by_letters, const OutputState& run) {
   std::vector<std::string> notes;
   const Notebook book{ali, run, notes};
   if (found.blocks.nupo3 == 0) {
+    if (contrary(by_letters, run)) {
+      book.note(words_of_run::nothing_by_type, {});
+      return notes;
+    }
     const Table<float>& val = found.scores.val;
     int gaps = 0, flanks = 0;
     for (int p = 1; p <= val.size(); ++p) {

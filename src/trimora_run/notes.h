@@ -19,7 +19,8 @@ std::vector<std::string> notes_on_alignment(const Alignment& ali, const std::vec
                                             const Settings& settings);
 
 /// Why nothing was selected, or which sequences have nothing left.
-std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found, const OutputState& run);
+std::vector<std::string> notes_on_selection(const Alignment& ali, const Selection& found,
+                                            const KindByLetters& by_letters, const OutputState& run);
 
 /// Which sequences of a concatenation are nothing but gaps and unknown letters.
 std::vector<std::string> notes_on_species(const Sheet& concatenation, char seq_type);

@@ -29,16 +29,14 @@ const char* name_of(char seq_type) {
 /// The type of sequence: as it was asked for, as the file says, by its letters, or as the alignments before it.
 char decide_type(const Reading& reading, const KindByLetters& by_letters, const Settings& settings,
                  const Before& before, std::vector<std::string>& decided) {
-  if (settings.kind) return seq_type_of(*settings.kind);
-  if (reading.kind) return seq_type_of(*reading.kind);
-  if (by_letters.kind) {
-    decided.push_back(std::string(name_of(seq_type_of(*by_letters.kind))) + ", by its letters");
-    return seq_type_of(*by_letters.kind);
-  }
-  if (before.type_known) {
-    decided.push_back(std::string(name_of(before.first.seq_type)) + ", as " + before.type_path);
-    return before.first.seq_type;
-  }
+  const auto is = [&](char seq_type, const std::string& why) {
+    decided.push_back(name_of(seq_type) + why);
+    return seq_type;
+  };
+  if (settings.kind) return is(seq_type_of(*settings.kind), ", by -t");
+  if (reading.kind) return is(seq_type_of(*reading.kind), ", as the file says");
+  if (by_letters.kind) return is(seq_type_of(*by_letters.kind), ", by its letters");
+  if (before.type_known) return is(before.first.seq_type, ", as " + before.type_path);
   Failure failure{.kind = Failure::Kind::undecided_type};
   const std::string remedy = ": -t=P for protein, -t=D for DNA";
   switch (by_letters.why) {
@@ -269,6 +267,10 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   if (!settings.every) {
     row.b1 = run.negval;
     row.b2 = run.flankval;
+    const bool b2_follows = settings.b1 && (!settings.b2 || settings.preset != nullptr);
+    if (b2_follows && run.flankval == run.negval) {
+      outcome.decided.push_back("b2 is " + std::to_string(run.flankval) + ", as b1");
+    }
   }
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
   outcome.notes.insert(outcome.notes.end(), codons.notes.begin(), codons.notes.end());
@@ -284,7 +286,8 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
     outcome.left_out = LeftOut{"--min-columns", "alignment", "", few};
     return;
   }
-  for (std::string& note : notes_on_selection(ali, outcome.found, run)) outcome.notes.push_back(std::move(note));
+  for (std::string& note : notes_on_selection(ali, outcome.found, by_letters, run))
+    outcome.notes.push_back(std::move(note));
   if (settings.filter()) {
     write_to_output(outcome, settings);
   } else {

@@ -41,6 +41,7 @@ inline constexpr W same_words = "sequences {first} and {second} have the same na
 inline constexpr W breaks_trees = "names with ( ) [ ] , : ; or ' break trees (first in sequence {number}, {name}): --format=phylip or nexus writes _ instead";
 
 // Notes on what was selected.
+inline constexpr W nothing_by_type = "nothing was selected, and tree programs stop at an empty alignment: its letters are of another type than it is read as";
 inline constexpr W nothing_by_gaps = "nothing was selected, and tree programs stop at an empty alignment. The most gaps or unknown letters: {sequences}: leave these out, or try {advice}";
 inline constexpr W nothing_by_flanks = "nothing was selected, and tree programs stop at an empty alignment: in no position do as many as {number} sequences agree, as b2 asks for{advice}";
 inline constexpr W nothing_by_length = "nothing was selected, and tree programs stop at an empty alignment: no block is as long as {parameter} asks for: try a lower -{parameter}";
@@ -71,7 +72,7 @@ inline constexpr W few_meet = "only {number} of the {species} species {are} in t
 inline constexpr W single_names = "{number} {are} in one alignment only, nearly all others in several: {names}";
 inline constexpr W same_but_signs = "these names differ only in capitals or signs, and count as different species: {names}";
 inline constexpr W misspelt = "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: {names}. Misspelt?";
-inline constexpr W merged = "{why}, so that names which seem to be different species count as one: {names}";
+inline constexpr W merged = "names that seem to be of different species count as one, since {why}: {names}";
 inline constexpr W listed_in_vain = "{number} in no alignment: {names}";
 inline constexpr W listed_otherwise = "lists {name} twice, with different names";
 inline constexpr W nothing_left = "nothing was concatenated: the filters leave no alignment";

@@ -63,6 +63,8 @@ TEST_F(Messages, OfRealFiles) {
     {"two.fas",    ">a\nACDEF\n>b\nACDEF\n"},
     {"ab",         "a.fas\nb.fas\n"},
     {"twice",      "a.fas\n\na.fas\n"},
+    {"gone",       "# my genes\ngone.fas\na.fas\n"},
+    {"typos",      "gone.fas\n"},
     {"a.fas.gz",   ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n"},
     {"m1",         ">a\nACDEF\n>b\nACDEF\n"},
     {"m2",         ">c\nACDEF\n>d\nACDEF\n"},
@@ -72,6 +74,8 @@ TEST_F(Messages, OfRealFiles) {
     {"n2",         ">Mus|g2\nACDEF\n>Homo|g2\nACDEF\n>Pan|g2\nACDEF\n"},
     {"f1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n>Homo-sapiens\nACDEF\n>Bos taurus\nACDEF\n"},
     {"f2",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculos\nACDEF\n>Homo_sapiens\nACDEF\n>Bos indicus\nACDEF\n"},
+    {"cytb",       ">A1.1 Mus musculus cytb\nACDEF\n>A2.1 Bos taurus cytb\nACDEF\n>A3.1 Homo sapiens cytb\nACDEF\n>A4.1 Zea mays isolate\nACDEF\n"},
+    {"cox",        ">B1.1 Mus spretus cox\nACDEF\n>B2.1 Bos taurus cox\nACDEF\n>B3.1 Homo sapiens cox\nACDEF\n>B4.1 Zea mays strain\nACDEF\n"},
     {"s1",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>d\nACDEF\n>Zea\nACDEF\n"},
     {"f3",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>M_musculus\nACDEF\n"},
     {"f4",         ">a\nACDEF\n>b\nACDEF\n>c\nACDEF\n>Mus_musculus\nACDEF\n"},
@@ -175,6 +179,8 @@ TEST_F(Messages, OfRealFiles) {
     {"blank",                       1, "blank: is empty"},
     {"text",                        1, "text: is not an alignment in any known format: it begins with 'about this'"},
     {"nested -s=n -p=n -b4=2",      1, "ab: is not an alignment in any known format: it begins with 'a.fas'"},
+    {"gone -t=P -s=n -p=n -b4=2 --keep-going", 1, "trimora-run: gone.fas: there is no such file\n"},
+    {"typos",                       1, "gone.fas: there is no such file"},
     {"x.meg",                       1, "x.meg: is MEGA, which is not read"},
     {"x.a3m",                       1, "x.a3m: is A3M, which is not read"},
     {"mixed.nex",                   1, "mixed.nex: is NEXUS with datatype=mixed, which is not read"},
@@ -230,7 +236,9 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/two", 0, ""},
     {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "these names differ only in capitals or signs, and count as different species: "},
     {"f1 f4 f3 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/abbreviated", 0, "these names differ by a letter or an abbreviation, are never in one alignment, and count as different species: "},
-    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "only the first word of a name counts, so that names which seem to be different species count as one: "},
+    {"f1 f2 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/alike", 0, "names that seem to be of different species count as one, since only the first word of a name counts: "},
+    {"cytb cox -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/loci --name-parts=2-3", 0, ""},
+    {"cytb cox -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/loci --name-parts=2", 0, "made/loci/supermatrix: names that seem to be of different species count as one, since --name-parts=2 leaves them one key: A1.1 Mus musculus cytb in cytb and "},
     {"a.fas s1 -t=P -p=n -s=n -b4=2 -c=y --match=name --into=made/species --species=species", 1, "species: 1 name in no alignment: Pan"},
     {"h1.fas -t=P -p=n -s=n -b4=2 --into=made/species --species=blanks", 0, "blanks: 1 name in no alignment: Homo_sapiens"},
     {"a.fas -t=P --species=renames", 1, "renames: lists a twice, with different names"},
@@ -303,6 +311,7 @@ TEST_F(Messages, OfRealFiles) {
     {"lost.fas -t=D -p=n -s=n -b2=2", 0, "lost.fas: nothing was selected, and tree programs stop at an empty alignment: no block is as long as b4 asks for"},
     {"differ.fas -t=P -p=n -s=n -b2=3", 0, "differ.fas: nothing was selected, and tree programs stop at an empty alignment: in no position do as many as 3 sequences agree, as b2 asks for: try a lower -b2"},
     {"differ.fas -t=P -p=n -s=n",   0, "differ.fas: nothing was selected, and tree programs stop at an empty alignment: in no position do as many as 2 sequences agree, as b2 asks for\n"},
+    {"points.fas -t=D -p=n -s=n", 0, "points.fas: nothing was selected, and tree programs stop at an empty alignment: its letters are of another type than it is read as\n"},
     {"noframe.fas -t=C -p=n -s=n -b4=2", 0, "noframe.fas: nothing was selected, and tree programs stop at an empty alignment: no block holds a whole codon: does"},
     {"noframe.fas -t=C -p=n -s=n -b4=2 --strict", 1, "noframe.fas: nothing"},
     {"--odd -t=P",                  2, "--odd is not an option"},
@@ -310,7 +319,9 @@ TEST_F(Messages, OfRealFiles) {
   };
   // Beside what was read: what the account says of it.
   const std::pair<const char*, const char*> accounts[] = {
-    {"a.fas -t=P -s=n -p=n -b4=2",      "a.fas: 4 sequences, 5 positions, 5 kept (100 %) in 1 block\n"},
+    {"a.fas -t=P -s=n -p=n -b4=2",      "a.fas: 4 sequences, 5 positions, 5 kept (100 %) in 1 block; protein, by -t\n"},
+    {"a.fas -t=P -s=n -p=n -b4=2 -b1=4 --preset=relaxed", "; b2 is 4, as b1\n"},
+    {"two.pir -s=n -p=n",               "; protein, as the file says"},
     {"ten.phy -s=n -p=n",               "; DNA, by its letters; read as PHYLIP, "},
     {"sets.nex -s=n -p=n",              "; only the first alignment of the file is read; the character sets in the file no longer hold"},
     {"insert.sto -s=n -p=n",            "; 2 columns are inserts and not aligned, as #=GC RF says: never selected\n"},
@@ -423,6 +434,26 @@ TEST_F(Messages, NoInputIsReplacedThroughALink) {
     EXPECT_EQ(said.status, 1) << files;
     EXPECT_NE(said.notes.find("a.fas-tr.fasta would replace the input "), std::string::npos) << said.notes;
     EXPECT_EQ(text_of("b.fas"), ">a\nACDEY\n>b\nACDEY\n");
+  }
+}
+
+// The overview tells the parameters that were in force, whether they were given, of a preset or by default.
+TEST_F(Messages, OverviewTellsTheParameters) {
+  write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
+  const std::pair<const char*, std::vector<const char*>> cases[] = {
+      {"--preset=relaxed -b3=6", {"--preset\",\"relaxed", "-b2\",\"51%", "-b3\",\"6", "-b4\",\"5", "-b5\",\"h"}},
+      {"-b5=a", {"--preset\",\"classic", "-b2\",\"85 %", "-b3\",\"8", "-b5\",\"a"}},
+      {"--preset=none", {"-t\",\"P", "--preset\",\"none"}},
+  };
+  for (const auto& [arguments, said] : cases) {
+    run(std::string("a.fas -t=P -p=n -s=n --overview=page ") + arguments);
+    const std::string page = text_of("page");
+    const std::size_t first = page.find("\"settings\":[");
+    const std::string settings = page.substr(first, page.find("]]", first) - first);
+    for (const char* each : said) {
+      EXPECT_NE(settings.find(std::string("[\"") + each + "\""), std::string::npos) << arguments << ": " << settings;
+    }
+    EXPECT_EQ(settings.find("[\"-b") == std::string::npos, std::string(arguments) == "--preset=none") << settings;
   }
 }
 
