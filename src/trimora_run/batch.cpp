@@ -41,12 +41,10 @@ std::string emptiest(std::vector<Filled> all) {
 std::string value_of(const Option& option, const Settings& settings) {
   const std::string begin = std::string(option.name) + '=';
   std::string value(option.standard);
-  if (settings.preset != nullptr) {
-    const std::string preset = ' ' + std::string(settings.preset->stands_for) + ' ';
-    if (const std::size_t at = preset.find(' ' + begin); at != preset.npos) {
-      const std::size_t first = at + 1 + begin.size();
-      value = preset.substr(first, preset.find(' ', first) - first);
-    }
+  const std::string preset = ' ' + std::string(settings.preset->stands_for) + ' ';
+  if (const std::size_t at = preset.find(' ' + begin); at != preset.npos) {
+    const std::size_t first = at + 1 + begin.size();
+    value = preset.substr(first, preset.find(' ', first) - first);
   }
   for (const auto& [name, word] : settings.given) {
     if (name == option.name) value = word.substr(word.find('=') + 1);

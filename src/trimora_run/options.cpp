@@ -255,7 +255,6 @@ void check_filter(const CommandLine& line) {
 /// What the preset says where no option does.
 void apply_preset(CommandLine& line) {
   Settings& s = line.settings;
-  if (!s.preset) return;
   const Parameters& p = s.preset->parameters;
   if (!line.has("-b2")) s.b2 = p.b2;
   if (!line.has("-b3")) s.b3 = p.b3;

@@ -143,12 +143,12 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   }
 
   const std::string& file = settings.files.front();
-  if (!settings.into.empty()) {
-    std::unordered_map<std::string, const std::string*> stems;
-    for (const Job& job : plan.jobs) {
-      const auto [entry, fresh] = stems.try_emplace(job.stem, &job.path);
-      if (!fresh) refuse(job.path, words_of_run::same_base_name, {*entry->second, settings.into});
-    }
+  std::unordered_map<std::string, const std::string*> stems;
+  for (const Job& job : plan.jobs) {
+    const auto [entry, fresh] = stems.try_emplace(job.stem, &job.path);
+    if (fresh) continue;
+    if (!settings.into.empty()) refuse(job.path, words_of_run::same_base_name, {*entry->second, settings.into});
+    refuse(job.path, words_of_run::same_results, {*entry->second});
   }
   std::unordered_map<std::string, bool> written;
   const auto check = [&](const std::string& result) {

@@ -1,5 +1,6 @@
 #include "trimora_run/run.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -39,10 +40,13 @@ std::string account_of(const Outcome& outcome) {
   return line;
 }
 
-/// "preset relaxed: -b2=51% -b3=8 -b4=5 -b5=h; instead: -b3=6", for the methods section of a paper.
+/// "preset classic, the default: -b2=85% -b3=8 -b4=10 -b5=n; instead: -b3=6", for the methods section of a paper.
 std::string preset_of(const Settings& settings) {
   const Preset& preset = *settings.preset;
-  std::string line = "preset " + std::string(preset.name) + ": " + std::string(preset.stands_for);
+  const bool given = std::any_of(settings.given.begin(), settings.given.end(),
+                                 [](const auto& option) { return option.first == "--preset"; });
+  std::string line = "preset " + std::string(preset.name) + (given ? ": " : ", the default: ");
+  line += preset.stands_for;
   if (!settings.in_place_of_preset.empty()) line += "; instead: " + settings.in_place_of_preset;
   return line;
 }
@@ -202,7 +206,7 @@ int carry_out(const Settings& settings) {
   Voice voice(settings);
   try {
     const Plan plan = plan_of(settings);
-    if (settings.preset) voice.account(preset_of(settings));
+    if (!settings.join) voice.account(preset_of(settings));
     for (const std::string& line : plan.decided) voice.account(line);
     Run run(settings, plan, voice);
     Progress progress(plan.jobs.size());

@@ -29,7 +29,7 @@ enum class Unknown {
 struct Settings : Parameters {
   Asked asked = Asked::run;          // anything but a run: the rest is as it is by default
   std::vector<std::string> files;    // one or more; "-", the standard input, only alone
-  const Preset* preset = nullptr;    // --preset: what the parameters are where no option says otherwise; none: classic
+  const Preset* preset = presets;    // --preset: what the parameters are where no option says otherwise; classic
   std::string in_place_of_preset;    // the options that say otherwise: "-b3=4 -b5=a"
   std::vector<std::string> command;  // the command line as it was given, without the program's name
   std::vector<std::pair<std::string, std::string>> given;  // each option of it by its name, as it was written last

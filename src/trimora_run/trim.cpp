@@ -267,7 +267,7 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   if (!settings.every) {
     row.b1 = run.negval;
     row.b2 = run.flankval;
-    const bool b2_follows = settings.b1 && (!settings.b2 || settings.preset != nullptr);
+    const bool b2_follows = settings.b1 && (!settings.b2 || settings.preset->parameters.b2);
     if (b2_follows && run.flankval == run.negval) {
       outcome.decided.push_back("b2 is " + std::to_string(run.flankval) + ", as b1");
     }

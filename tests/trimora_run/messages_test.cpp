@@ -269,7 +269,7 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas hard.fas -t=P -a=y",    1, "a.fas: a.fas and hard.fas are the same file: list each alignment once"},
     {"a.fas hard.fas -t=P -p=n -s=n -b4=2", 0, ""},
     {"a.fas -t=P --table=a.fas-tr.fasta", 1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
-    {"a.fas a.fas.gz -t=P",         1, "a.fas: the result a.fas-tr.fasta would be written twice, and the first one lost: name"},
+    {"a.fas a.fas.gz -t=P",         1, "a.fas.gz: and a.fas would have the same results: name one of them alone, or rename it"},
     {"a.fas sub/a.fas --into=out",  1, "sub/a.fas: has the same name as a.fas, whose results it would replace in out: rename"},
     {"a.fas --into=bare",           1, "a.fas: the folder bare could not be made: "},
     {"/dev/null",                   1, "/dev/null: is not a file, so that its results have no place: name a folder for them, --into=FOLDER"},
@@ -442,7 +442,7 @@ TEST_F(Messages, OverviewTellsTheParameters) {
   write("a.fas", ">a\nACDEF\n>b\nACDEF\n");
   const std::pair<const char*, std::vector<const char*>> cases[] = {
       {"--preset=relaxed -b3=6", {"--preset\",\"relaxed", "-b2\",\"51%", "-b3\",\"6", "-b4\",\"5", "-b5\",\"h"}},
-      {"-b5=a", {"--preset\",\"classic", "-b2\",\"85 %", "-b3\",\"8", "-b5\",\"a"}},
+      {"-b5=a", {"--preset\",\"classic", "-b2\",\"85%", "-b3\",\"8", "-b5\",\"a"}},
       {"--preset=none", {"-t\",\"P", "--preset\",\"none"}},
   };
   for (const auto& [arguments, said] : cases) {
