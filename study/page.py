@@ -8,7 +8,9 @@ Numbers  {MEASURE SETTING one|several [CELL...]}, over all cells if none is name
          length                of the tree, relative to the true one
          {judged SETTING one|several}: change on the half by which no preset was chosen; {chosen ...}: on the other one
          {pairs columns|right|wrong SETTING KIND}: per cent kept; {left_out SETTING KIND}: of wrong pairs
-         {identity CELL}: of residues in a pair of sequences; {cells}, {replicates}; {iqtree}: all of it; {rule}: what it takes now
+         {identity CELL}: of residues in a pair of sequences; {cells}, {replicates}; {iqtree}: all of it; {rule}: what it takes now,
+         which is also a SETTING
+What the words say of the numbers is in untrue(): it prints what no longer holds, and then the words have to be changed.
 """
 import itertools
 import re
@@ -22,7 +24,10 @@ from summarise import differences, interval, trees
 CELLS, FOUND, JUDGED = read_cells(), trees(), read_table(HERE / "results" / "judged.tsv")
 OPTIONS = {row["variant"]: row["options"] for row in read_table(HERE / "settings.tsv")}
 DEFAULTS = {"-b2": "85%", "-b3": "8", "-b4": "10", "-b5": "n"}
-NAMES = {"relaxed": "half_5_51"}
+
+
+def meant(setting):
+    return rule() if setting == "rule" else {"relaxed": "half_5_51"}.get(setting, setting)
 
 
 def options(setting):
@@ -34,7 +39,7 @@ def options(setting):
 def keys(setting, size, cells=(), program="trees"):
     """Those of the cells, in their order."""
     wanted = {name for word in cells for name, cell in CELLS.items() if word in (name, "kind=" + cell["kind"])} or CELLS
-    found = [key for key in FOUND if key[0] == program and key[3] == NAMES.get(setting, setting) and key[1] in wanted
+    found = [key for key in FOUND if key[0] == program and key[3] == meant(setting) and key[1] in wanted
              and (key[2] == 1) == (size == "one")]
     if not found or cells and set(cells) <= CELLS.keys() and len(found) != len(cells):
         raise StatisticsError(f"no trees of {setting}, {size}, {cells or 'any cell'}")
@@ -76,13 +81,13 @@ def over_trees(value, digits):
 
 def by_half(half):
     def said(setting, size):
-        row, = (row for row in JUDGED if (row["half"], row["genes"], row["variant"]) == (half, size, NAMES.get(setting, setting)))
+        row, = (row for row in JUDGED if (row["half"], row["genes"], row["variant"]) == (half, size, meant(setting)))
         return with_interval(float(row["difference"]), float(row["difference_width"]), 3)
     return said
 
 
 def pairs(measure, setting, kind):
-    wanted = set(options(NAMES.get(setting, setting)).split())
+    wanted = set(options(meant(setting)).split())
     shares = [float(row[measure]) for row in read_table(HERE / "results" / "pairs.tsv")
               if CELLS[row["cell"]]["kind"] == kind and set(row["options"].split()) == wanted]
     return f"{100 * mean(shares):.0f}"
@@ -149,6 +154,27 @@ SAID = {
 }
 
 
+def untrue():
+    """Words of the page that the numbers do not bear out."""
+    def interval_of(setting, size, *cells):
+        middle, width = interval([value for key in keys(setting, size, cells) for value in differences(FOUND, key)])
+        return middle - width, middle + width
+
+    def better(size):
+        return [setting for setting in OPTIONS if interval_of(setting, size)[1] < 0]
+
+    def none_differs(size, *cells):
+        return all(low <= 0 <= high for low, high in (interval_of(name, size, *cells) for name in ("classic", "relaxed")))
+    words = {
+        "with one gene, no setting is better than none": better("one") == [],
+        "with several genes, any_5_70 alone is better": better("several") == ["any_5_70"],
+        "classic costs much": interval_of("classic", "one")[0] > 0.1 and interval_of("classic", "several")[0] > 0.02,
+        "relaxed costs little": interval_of("relaxed", "one")[1] < 0.03 and interval_of("relaxed", "several")[1] < 0.01,
+        "with similar sequences nothing differs": none_differs("one", "shallow") and none_differs("several", "shallow"),
+        "the rule takes another setting than relaxed": rule() != "half_5_51"}
+    return [said for said, true in words.items() if not true]
+
+
 def page():
     def said(found):
         name, *what = found[1].split()
@@ -160,5 +186,7 @@ def page():
 if __name__ == "__main__":
     try:
         (HERE.parent / "docs" / "when-to-trim.md").write_text(page())
+        for words in untrue():
+            print(f"docs/when-to-trim.md: the numbers no longer say: {words}")
     except StatisticsError as missing:
         print(f"docs/when-to-trim.md stays as it is: it needs rows that are not there yet: {missing}")
