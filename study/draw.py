@@ -89,6 +89,8 @@ def draw_pairs():
         picture.line(left, top, left + size, top + size, "#8a8f98", 1.5)
         for options in sorted({row["options"] for row in rows} - {"none"}, key=lambda options: (options in marked, options)):
             here = [row for row in rows if row["options"] == options and kinds[row["cell"]] == kind]
+            if not here:  # no such cell has been computed
+                continue
             x = left + size * mean(float(row["right"]) for row in here)
             y = top + size * mean(float(row["wrong"]) for row in here)
             colour, words = marked.get(options, ("#b9c0c9", ""))
