@@ -7,6 +7,7 @@ Numbers  {MEASURE SETTING one|several [CELL...]}, over all cells if none is name
          columns, empty, rows  per cent kept; alignments that nothing is left of; all alignments
          length                of the tree, relative to the true one
          {judged SETTING one|several}: change on the half by which no preset was chosen; {chosen ...}: on the other one
+         {better one|several}: the settings that are nearer to the true tree than not trimming
          {pairs columns|right|wrong SETTING KIND}: per cent kept; {left_out SETTING KIND}: of wrong pairs
          {identity CELL}: of residues in a pair of sequences; {cells}, {replicates}; {iqtree}: all of it; {rule}: what it takes now,
          which is also a SETTING
@@ -121,6 +122,20 @@ def replicates():
     return f"{counts[0]} to {counts[-1]}" if len(counts) > 1 else str(counts[0])
 
 
+def limits(setting, size, *cells):
+    middle, width = interval([value for key in keys(setting, size, cells) for value in differences(FOUND, key)])
+    return middle - width, middle + width
+
+
+def better(size):
+    """The settings that are nearer to the true tree than not trimming, the best first."""
+    return sorted((setting for setting in OPTIONS if limits(setting, size)[1] < 0), key=lambda setting: limits(setting, size))
+
+
+def better_ones(size):
+    return " and ".join(f"`{options(setting)}` by {change(setting, size)}" for setting in better(size))
+
+
 def iqtree():
     said = []
     for none in keys("none", "one", program="iqtree"):
@@ -148,28 +163,21 @@ SAID = {
     "length": over_trees(lambda row: float(row["length"]), 2),
     "columns": lambda *what: f"{100 * mean(int(row['columns']) / int(row['of']) for row in rows(*what)):.0f}",
     "empty": lambda *what: str(sum(not row["rf"] for row in rows(*what))), "rows": lambda *what: str(len(rows(*what))),
-    "pairs": pairs, "left_out": lambda *what: str(100 - int(pairs("wrong", *what))), "identity": identity, "cells": lambda: str(len(keys("none", "one"))), "replicates": replicates,
-    "iqtree": iqtree,
+    "pairs": pairs, "left_out": lambda *what: str(100 - int(pairs("wrong", *what))), "identity": identity,
+    "cells": lambda: str(len(keys("none", "one"))), "replicates": replicates, "iqtree": iqtree, "better": better_ones,
     "rule": lambda: options(rule()) if rule() else "no setting",
 }
 
 
 def untrue():
     """Words of the page that the numbers do not bear out."""
-    def interval_of(setting, size, *cells):
-        middle, width = interval([value for key in keys(setting, size, cells) for value in differences(FOUND, key)])
-        return middle - width, middle + width
-
-    def better(size):
-        return [setting for setting in OPTIONS if interval_of(setting, size)[1] < 0]
-
     def none_differs(size, *cells):
-        return all(low <= 0 <= high for low, high in (interval_of(name, size, *cells) for name in ("classic", "relaxed")))
+        return all(low <= 0 <= high for low, high in (limits(name, size, *cells) for name in ("classic", "relaxed")))
     words = {
         "with one gene, no setting is better than none": better("one") == [],
-        "with several genes, any_5_70 alone is better": better("several") == ["any_5_70"],
-        "classic costs much": interval_of("classic", "one")[0] > 0.1 and interval_of("classic", "several")[0] > 0.02,
-        "relaxed costs little": interval_of("relaxed", "one")[1] < 0.03 and interval_of("relaxed", "several")[1] < 0.01,
+        "with several genes, two are, a little": len(better("several")) == 2 and limits(better("several")[0], "several")[0] > -0.03,
+        "classic costs much": limits("classic", "one")[0] > 0.1 and limits("classic", "several")[0] > 0.02,
+        "relaxed costs little": limits("relaxed", "one")[1] < 0.03 and limits("relaxed", "several")[1] < 0.01,
         "with similar sequences nothing differs": none_differs("one", "shallow") and none_differs("several", "shallow"),
         "the rule takes another setting than relaxed": rule() != "half_5_51"}
     return [said for said, true in words.items() if not true]
