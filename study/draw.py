@@ -96,8 +96,8 @@ def draw_pairs():
             colour, words = marked.get(options, ("#b9c0c9", ""))
             picture.dot(x, y, colour, 5 if words else 3)
             if words:
-                picture.text(x - 9, y + 14, words, "end", 'font-weight="600"')
-        picture.text(left + size * 0.3, top + size * 0.3 + 20, "columns at random", more='font-size="10"')
+                picture.text(max(x - 9, left + 50), y + 22, words, "end", 'font-weight="600"')
+        picture.text(left + size * 0.08, top + size * 0.5, "columns at random", more='font-size="10"')
     picture.text(16, top + size / 2, "wrong pairs left out, %", "middle", f'transform="rotate(-90 16 {top + size / 2})"')
     picture.save("trimming-pairs.svg")
 
