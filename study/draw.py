@@ -89,13 +89,15 @@ def draw_pairs():
         picture.line(left, top, left + size, top + size, "#8a8f98", 1.5)
         for options in sorted({row["options"] for row in rows} - {"none"}, key=lambda options: (options in marked, options)):
             here = [row for row in rows if row["options"] == options and kinds[row["cell"]] == kind]
+            if not here:  # no such cell has been computed
+                continue
             x = left + size * mean(float(row["right"]) for row in here)
             y = top + size * mean(float(row["wrong"]) for row in here)
             colour, words = marked.get(options, ("#b9c0c9", ""))
             picture.dot(x, y, colour, 5 if words else 3)
             if words:
-                picture.text(x - 9, y + 14, words, "end", 'font-weight="600"')
-        picture.text(left + size * 0.3, top + size * 0.3 + 20, "columns at random", more='font-size="10"')
+                picture.text(max(x - 9, left + 50), y + 22, words, "end", 'font-weight="600"')
+        picture.text(left + size * 0.08, top + size * 0.5, "columns at random", more='font-size="10"')
     picture.text(16, top + size / 2, "wrong pairs left out, %", "middle", f'transform="rotate(-90 16 {top + size / 2})"')
     picture.save("trimming-pairs.svg")
 

@@ -5,7 +5,7 @@
 # "..." stands for lines in front, and where nothing is shown anything may be printed. Links in the documents lead somewhere.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/../../scripts/tools.sh"
-need iqtree raxml fasttree phyml mrbayes seqkit seqtk emboss mafft ghostscript
+need iqtree raxml fasttree phyml mrbayes seqkit seqtk emboss mafft ghostscript snakemake make
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 bash "$project/tests/install/links.sh" "$project"/{*.md,docs,examples,workflow,config,web/engine}
@@ -40,18 +40,51 @@ for document in README.md docs/{batches,scripts,files,programs}.md; do
     esac
   done < <(sed -n '/^```console$/,/^```$/{/^```console$/!p}' "$project/$document")
 done
-# The examples in other languages, with the packages for them; scripts/r.sh runs that in R.
-block() { sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/{/^\`\`\`/!p}" "$project/README.md"; }
+# The examples in other languages, with the packages for them; scripts/r.sh runs those in R, the tests in python/ its README.
+blocks() { # LANGUAGE DOCUMENT: its blocks in it, each with a NUL after it; they may be indented
+  awk -v begin="^ *\`\`\`$1\$" '$0 ~ begin {inside = 1; next} /^ *```$/ {if (inside) printf "%c", 0; inside = 0} inside' "$project/$2"
+}
+gives() { # DOCUMENT LINE COMMAND...: prints this line among others
+  "${@:3}" >"$folder/printed" 2>&1 && grep -qxF -- "$2" "$folder/printed" && return
+  echo "$1: not printed: $2"; cat "$folder/printed"; exit 1
+}
 cp "$project/examples/globins.fas" .
 python3 -m zipfile -e "$project"/build/packages/trimora-*.whl "$folder/python"
-block python | PYTHONPATH=$folder/python /usr/bin/python3
-grep -q '^45 145$' globins.phy || { echo "README.md: the example in Python"; exit 1; }
+blocks python README.md | tr -d '\0' | PYTHONPATH=$folder/python /usr/bin/python3
+gives README.md "45 145" cat globins.phy
 if [ -e "$(echo "$project"/build/packages/trimora-*.tgz)" ]; then
   mkdir -p node_modules/trimora
   tar -xf "$project"/build/packages/trimora-*.tgz --strip-components=1 -C node_modules/trimora
-  { echo 'import { readFileSync } from "node:fs"; const letters = readFileSync("globins.fas");'
-    block js | sed 's/^new TextDecoder\(.*\);/console.log(new TextDecoder\1);/'; } >example.mjs
-  node example.mjs >example.fas
-  grep -q '^>' example.fas || { echo "README.md: the example in JavaScript"; exit 1; }
+  { echo 'import { readFileSync } from "node:fs"; const bytes = readFileSync("globins.fas");'
+    blocks js README.md | tr -d '\0' | sed 's/^write(.*)/console.log(new TextDecoder().decode(&))/'; } >example.mjs
+  gives README.md "45 145" node example.mjs
+  while IFS= read -r -d '' block; do
+    echo "$block" >example.mjs
+    case $block in
+      *'run }'*) gives web/engine/README.md ">MYG_ESCGI" node example.mjs ;;
+      *sel.columns*) gives web/engine/README.md "145 [ [ 2, 147 ] ]" node example.mjs ;;
+    esac
+    count=$((count + 1))
+  done < <(blocks js web/engine/README.md)
 fi
+# The workflow, in a project with the three genes; tests/workflow has a cluster.
+ln -s system/usr/share/trimora "$folder/trimora"
+mkdir project && ln -s . project/my-project
+cp -R "$project/examples/genes" project
+(cd project && ls genes/*.fas | tee paths.txt >genes.txt)
+for document in workflow/README.md config/README.md; do
+  while IFS= read -r -d '' block; do
+    [[ $block != *slurm* ]] || continue
+    block=${block/--config .../'--config paths=paths.txt options="-t=D -a=y -p=n --partitions"'}
+    (cd project && HOME=$folder && eval "set -e; $block") </dev/null >"$folder/printed" 2>&1 ||
+      { echo "$document: failed: $block"; cat "$folder/printed"; exit 1; }
+    count=$((count + 1))
+  done < <(blocks sh "$document")
+done
+blocks python workflow/README.md | tr -d '\0' | sed "s|/usr/|$folder/system/usr/|" >project/Snakefile
+(cd project && snakemake --cores 2 genes.tree) >"$folder/printed" 2>&1 || { echo "workflow/README.md:"; cat "$folder/printed"; exit 1; }
+[ -s project/genes.tree ] && [ -s project/results/paths.txt/occupancy.tsv ]
+# The rule for make.
+blocks make docs/scripts.md | tr -d '\0' >Makefile
+cp examples/genes/nd4.fas . && make -s nd4.fas-tr.fasta && [ -s nd4.fas-tr.fasta ]
 [ "$count" -gt 0 ] && echo "$count commands do what the documents show."
