@@ -2,25 +2,25 @@
 
 Whether a result is fresh follows from its place, not from what the engine remembers. A group of alignments has a folder named
 by the hash of all that decides its bytes, and so has the join of all groups. Its `members.tsv` is written before anything is
-submitted, and a job reads nothing else: the program, its sha256 and the name of the list; the options; then path, size, time
-and group of each alignment. What a job makes is called `made` when it is whole.
+submitted, and a job reads nothing else: the program and its sha256, for the join also the name of the list and the folders of
+the groups; the options; then path, size and time of each alignment. What a job makes is called `made` when it is whole.
 """
 import atexit
 import contextlib
 import fcntl
+import gc
 import os
 import re
 import shlex
 import shutil
 import subprocess
+from functools import cache
 from hashlib import sha256
 from pathlib import Path
 
 from snakemake.exceptions import WorkflowError as Refused  # with one sentence for the person who asked
 
 NOT_TAKEN = re.compile(r"--(match|table|keep-going|into|strict|join|species|min-|occupancy|codon)|[^-]|.*[\t\r\n]")
-ALONE = re.compile("-[acw]=|--columns", re.IGNORECASE)  # what the join says anew, or nothing of
-JOIN_ONLY = re.compile("-[acw]=|--(match|name|partitions|model)", re.IGNORECASE)
 
 
 @contextlib.contextmanager
@@ -50,14 +50,14 @@ def read(file):
 
 
 def read_table(file):
-    """{alignment: its line, as a dict}"""
     header, *lines = read(file)
-    return {line[0]: dict(zip(header, line)) for line in lines}
+    return [dict(zip(header, line)) for line in lines]
 
 
-def stamp(path):
-    """Size and time of a file that can be read."""
-    return [str(os.stat(path).st_size), str(os.stat(path).st_mtime_ns)] if os.access(path, os.R_OK) else ["-", "-"]
+def look(path):
+    """Size and time of a file that can be read, and what tells it from other files."""
+    status = os.access(path, os.R_OK) and os.stat(path)
+    return [str(status.st_size), str(status.st_mtime_ns), status[1:3]] if status else ["-", "-", path]
 
 
 # Before anything is submitted.
@@ -77,21 +77,22 @@ def read_options(text, match, program):
 
 
 def read_paths(name):
-    """The paths in a paths file, no two of the same file."""
-    paths = [path for path in os.fsdecode(Path(name).read_bytes()).split("\n") if path]
-    if any("\t" in path for path in paths) or not any(os.access(path, os.R_OK) for path in paths):
-        raise Refused(f"paths file {name}: no line is the path of a file seen from {os.getcwd()}, or one has a tab")
-    listed = {}
+    """{path: what members.tsv says of it}, from a list as trimora-run reads it, with no two paths of the same file."""
+    lines = map(bytes.strip, Path(name).read_bytes().split(b"\n"))
+    paths, members, listed = [os.fsdecode(line) for line in lines if line and line[:1] != b"#"], {}, {}
     for path in paths:
-        if listed.setdefault(os.path.realpath(path), path) is not path:
-            raise Refused(f"paths file {name}: {path} and {listed[os.path.realpath(path)]} are the same file: leave one out")
-    return paths
+        *members[path], file = path, *look(path)
+        if listed.setdefault(file, path) is not path:
+            raise Refused(f"paths file {name}: {path} and {listed[file]} are the same file: leave one out")
+    if any("\t" in path for path in paths) or all(size == "-" for _, size, _ in members.values()):
+        raise Refused(f"paths file {name}: no line is the path of a file seen from {os.getcwd()}, or one has a tab")
+    return members
 
 
 def divide(paths, size, bit=0):
-    """Groups of at most `size`, by the bits of the hash of each path: one path more changes one group."""
-    sides = ([path for path in paths if int(sha256(os.fsencode(path)).hexdigest(), 16) >> bit & 1 == side] for side in (0, 1))
-    return [group for side in sides for group in divide(side, size, bit + 1)] if len(paths) > size else [paths][:len(paths)]
+    """Groups of at most `size` of {hash of the path: path}, by the bits of the hash: one path more changes one group."""
+    sides = ({number: path for number, path in paths.items() if number >> bit & 1 == side} for side in (0, 1))
+    return [group for side in sides for group in divide(side, size, bit + 1)] if len(paths) > size else [paths.values()]
 
 
 def write_members(parent, program, options, members):
@@ -107,14 +108,15 @@ def plan(settings, results, home):
     """Writes the members of all groups and of their join. Returns their folders, that of the join last."""
     places = f"{os.environ.get('PATH')}:{home}/../build/release:{home}/../../../bin"  # built, installed with the workflow
     program = os.path.abspath(shutil.which(settings["program"], path=places) or settings["program"])
-    options, paths = read_options(settings["options"], settings["match"], program), read_paths(settings["paths"])
-    trimming = [word for word in options if not JOIN_ONLY.match(word)]  # which treats each alignment as if it were alone
+    options, members = read_options(settings["options"], settings["match"], program), read_paths(settings["paths"])
+    # Those that treat each alignment as if it were alone.
+    trimming = [word for word in options if not re.match("(?i)-[acw]=|--(match|name|partitions|model)", word)]
     digest = sha256(Path(program).read_bytes()).hexdigest()
-    members, folders = {path: [path, *stamp(path)] for path in paths}, []
-    for group in divide(sorted(path for path in paths if members[path][1] != "-"), settings["group_size"]):
-        folders.append(write_members(results / "groups", [program, digest], trimming, [members[path] for path in group]))
-        members.update((path, [*members[path], folders[-1].name]) for path in group)
-    folders.append(write_members(results / "joins", [program, digest, Path(settings["paths"]).name], options, members.values()))
+    hashes = {int(sha256(os.fsencode(path)).hexdigest(), 16): path for path in sorted(members) if members[path][1] != "-"}
+    folders = [write_members(results / "groups", [program, digest], trimming, [members[path] for path in group])
+               for group in divide(hashes, settings["group_size"]) if group]
+    whole = [program, digest, Path(settings["paths"]).name, *(folder.name for folder in folders)]
+    folders.append(write_members(results / "joins", whole, options, members.values()))
     show(folders[-1])
     atexit.register(lambda: [os.write(2, file.read_bytes()) for folder in folders for file in folder.glob("refused")])
     return folders
@@ -123,23 +125,23 @@ def plan(settings, results, home):
 # The jobs. Each has the folder that its log is in.
 
 
+@cache
 def memory(folder, most):
     """Megabytes for the largest alignment of a folder, or for the sum of all."""
-    return 1000 + 3 * most(int(size) for _, size, *_ in read(folder / "members.tsv")[2:] if size != "-") // 1_000_000
+    return 1000 + 3 * most(int(size) for _, size, _ in read(folder / "members.tsv")[2:] if size != "-") // 1_000_000
 
 
 def groups_of(join):
-    """{alignment: the folder of its group}"""
-    members = read(join / "members.tsv")[2:] if (join / "members.tsv").exists() else []
-    return {path: join.parent.parent / "groups" / group[0] for path, _, _, *group in members if group}
+    names = read(join / "members.tsv")[0][3:] if (join / "members.tsv").exists() else []
+    return [join.parent.parent / "groups" / name for name in names]
 
 
-def make(log):
+def make(folder):
     """What is made by trim() or join() is renamed when it is whole.
 
-    The lock ends with the process: of two equal jobs one waits for the other, and gc() knows who is at work.
+    The lock ends with the process: of two equal jobs one waits for the other, and remove() knows who is at work.
     """
-    folder = Path(log[0]).parent
+    gc.disable()  # it would look at all lines of the tables again and again
     made, part, step = folder / "made", folder / "part", {"groups": trim, "joins": join}[folder.parent.name]
     with plainly(folder), open(folder / "lock", "a") as lock:
         fcntl.flock(lock, fcntl.LOCK_EX)
@@ -149,86 +151,76 @@ def make(log):
             program, options, *members = read(folder / "members.tsv")
             step(part, program, options, members)
             (part / "list").unlink(missing_ok=True)
-            changed = [path for path, *was in members if stamp(path) != was[:2]]
+            changed = [path for path, *was in members if look(path)[:2] != was]
             if changed or sha256(Path(program[0]).read_bytes()).hexdigest() != program[1]:
                 raise Refused(f"{[*changed, program[0]][0]} has changed since the workflow was started: start it again")
             part.rename(made)
         if step is join:
             show(folder)
-            if failed := [line["status"] for line in read_table(made / "table.tsv").values()].count("failed"):
+            if failed := [row["status"] for row in read_table(made / "table.tsv")].count("failed"):
                 raise Refused(f"{failed} of the alignments failed; {folder.parent.parent}/table.tsv says which and why")
 
 
-def place_of(path):
-    return path.lstrip("/").replace("../", "__/")  # of its results, below alignments
-
-
-def run(part, program, options, files):
-    """A batch over links in part/alignments, so that what it writes beside an alignment is there.
-
-    `files` has the file to read for each path. Returns {path: its line of the table}.
-    """
-    places = {place_of(path): path for path in files}
-    for folder in set(map(os.path.dirname, places)):
-        os.makedirs(f"{part}/alignments/{folder}", exist_ok=True)
-    for place, path in places.items():
-        os.symlink(os.path.abspath(files[path]), f"{part}/alignments/{place}")
-    write(part / "list", [[place] for place in places])
-    command = [program, "../list", *options, "--keep-going", "--table=../table.tsv"]
-    done = subprocess.run(command, cwd=part / "alignments", stdin=subprocess.DEVNULL, capture_output=True)
+def run(part, program, options, files, start="."):
+    """A batch over files seen from the folder `start`, put together beside part/list. Returns its table."""
+    write(part / "list", [[file] for file in files])
+    command = [program, f"{part.absolute()}/list", *options, "--keep-going", "--quiet", f"--table={part.absolute()}/table.tsv"]
+    done = subprocess.run(command, cwd=start, stdin=subprocess.DEVNULL, capture_output=True)
     (part.parent / "log").write_bytes(done.stderr)
-    table = read_table(part / "table.tsv") if (part / "table.tsv").exists() else {}
-    if list(table) != list(places) or done.returncode != any(line["status"] == "failed" for line in table.values()):
+    table = read_table(part / "table.tsv") if (part / "table.tsv").exists() else []
+    failed = [row["message"] for row in table if row["status"] == "failed"]
+    unwritten = [message for message in failed if "could not be written" in message]  # no alignment is to blame
+    if [row["alignment"] for row in table] != files or done.returncode != bool(failed) or unwritten:
         how = f"was killed by signal {-done.returncode}" if done.returncode < 0 else f"ended with status {done.returncode}"
-        raise Refused(f"{program} {how} in {part.parent}: {os.fsdecode(done.stderr).strip().split(chr(10))[-1]}")
-    for line in table.values():  # no alignment is to blame
-        if line["status"] == "failed" and "could not be written" in line["message"]:
-            raise Refused(f"{part.parent}: {line['message']}")
-    subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
-    return dict(zip(places.values(), table.values()))
+        raise Refused(f"{part.parent}: {program} {how}: {[*unwritten, os.fsdecode(done.stderr).strip().split(chr(10))[-1]][0]}")
+    return table
 
 
 def trim(part, program, options, members):
-    table = run(part, program[0], options, {path: path for path, *_ in members})
-    # When the disk is full, no alignment is to blame.
-    largest = max((int(size) for path, size, _ in members if table[path]["status"] == "failed"), default=0)
-    (part / "list").write_bytes(bytes(2 * largest))
+    """A batch over links, so that what is written beside an alignment is in part/alignments."""
+    home, places = f"{part}/alignments", [path.lstrip("/").replace("../", "__/") for path, *_ in members]
+    for folder in set(map(os.path.dirname, places)):
+        os.makedirs(f"{home}/{folder}", exist_ok=True)
+    for place, (path, *_) in zip(places, members):
+        os.symlink(os.path.abspath(path), f"{home}/{place}")
+    run(part, program[0], options, places, home)
+    subprocess.run(["find", home, "-type", "l", "-delete"], check=True)
 
 
-def concatenate(part, program, options, table, groups):
+def concatenate(part, program, options, table, made):
     """Puts together what the groups have made. What they have not written in FASTA the program selects once more."""
     said = {key.lower(): value for key, _, value in (word.partition("=") for word in options)}
     yes = {key for key, value in {"-s": "y", **said}.items() if value[:1].lower() == "y"}
-    common = [word for word in options if not ALONE.match(word)] + ["-s=n", "-p=n", "-k=n", "-d=n", "-n=n", "-u=n"]
-    fasta = "fasta" in said["--format"].lower().split(",") and {line["selected"] for line in table.values()} - {"0", "NA"}
+    common = [word for word in options if not re.match("(?i)-[acw]=|--columns", word)] + [f"-{file}=n" for file in "spkdnu"]
+    fasta = "fasta" in said["--format"].lower().split(",") and {row["selected"] for row in table.values()} - {"0", "NA"}
     name, species, frame = said.get("--name", program[2]), 0, "" if said["-t"][0] in "cC" else "-u"  # which codons would lose
     for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", frame, "--"), ("-c", "", ""):
-        join = bool(fasta and written in yes)
-        how = ["--join", f"--name={name}{ending}"] if join else [f"{option}=y", f"--name={name}"]
-        files = {path: f"{groups[path]}/made/alignments/{place_of(path)}{ending}.fasta" if join else path
-                 for path, line in table.items() if line["status"] == "ok" and option in yes}
-        lines = run(part, program[0], [*common, *how], files) if files else {}
-        for path, line in lines.items():
-            if line["status"] == "failed":
-                table[path].update(status="failed", message=line["message"])
-            elif line["positions"] != "0":
-                species = int(line["species"]) + int(line["absent_before"]) // int(line["positions"])
-    for line in (line for line in table.values() if species and line["status"] == "ok"):
-        absent = species - int(line["species"])  # which only all together know
-        line.update(absent_before=str(absent * int(line["positions"])), absent=str(absent * int(line["selected"])))
+        how = ["--join", f"--name={name}{ending}"] if fasta and written in yes else [f"{option}=y", f"--name={name}"]
+        paths = [path for path, row in table.items() if row["status"] == "ok" and option in yes]
+        files = [f"{made[path]}{ending}.fasta" if "--join" in how else path for path in paths]
+        for path, row in zip(paths, run(part, program[0], [*common, *how], files) if files else []):
+            if row["status"] == "failed":
+                table[path].update(status="failed", message=row["message"])
+            elif row["positions"] != "0":
+                species = species or int(row["species"]) + int(row["absent_before"]) // int(row["positions"])
+    for row in (row for row in table.values() if species and row["status"] == "ok"):
+        absent = species - int(row["species"])  # which only all together know
+        row.update(absent_before=str(absent * int(row["positions"])), absent=str(absent * int(row["selected"])))
 
 
 def join(part, program, options, members):
     """One table, the concatenations of what went through, and links to what was made of each alignment."""
-    groups = groups_of(part.parent)
-    done = {place: line for group in {*groups.values()} for place, line in read_table(group / "made" / "table.tsv").items()}
-    none = {**dict.fromkeys(next(iter(done.values())), "NA"), "status": "failed", "message": "there is no such file to read"}
-    table = {path: {**done.get(place_of(path), none), "alignment": path} for path, *_ in members}
-    concatenate(part, program, options, table, groups)
-    write(part / "table.tsv", [none, *(line.values() for line in table.values())])
-    for group, (folder, _, files) in ((g, walk) for g in {*groups.values()} for walk in os.walk(g / "made/alignments")):
-        links = os.path.join(part, os.path.relpath(folder, group / "made"))
-        os.makedirs(links, exist_ok=True)
+    done, made, groups = {}, {}, groups_of(part.parent)
+    for group in groups:
+        for (path, *_), row in zip(read(group / "members.tsv")[2:], read_table(group / "made" / "table.tsv")):
+            done[path], made[path] = row, f"{group}/made/alignments/{row['alignment']}"
+    none = {**dict.fromkeys(row, "NA"), "status": "failed", "message": "there is no such file to read"}
+    table = {path: {**done.get(path, none), "alignment": path} for path, *_ in members}
+    concatenate(part, program, options, table, made)
+    write(part / "table.tsv", [none, *(row.values() for row in table.values())])
+    for group, (folder, _, files) in ((g, walk) for g in groups for walk in os.walk(g / "made/alignments")):
+        links = part / os.path.relpath(folder, group / "made")
+        links.mkdir(exist_ok=True)
         target = os.path.relpath(folder, links)
         for file in files:
             os.symlink(f"{target}/{file}", f"{links}/{file}")
@@ -243,10 +235,10 @@ def show(folder):
         (results / file.name).symlink_to(file.relative_to(results))
 
 
-def gc(results, planned):
+def remove(results, planned):
     """Removes the folders that neither this run reads nor the current results come from."""
     current = (results / "table.tsv").resolve().parent.parent
-    kept = {folder.name for folder in [*planned, current, *groups_of(current).values()]}
+    kept = {folder.name for folder in [*planned, current, *groups_of(current)]}
     with plainly(planned[-1]):
         for folder in [*(results / "groups").iterdir(), *(results / "joins").iterdir()]:
             if folder.name not in kept and subprocess.run(["flock", "-n", folder / "lock", "rm", "-r", folder]).returncode:
@@ -254,4 +246,4 @@ def gc(results, planned):
 
 
 if "snakemake" in globals():  # when this is the script of a rule
-    make(snakemake.log) if snakemake.log else gc(snakemake.params.results, snakemake.params.planned)
+    make(Path(snakemake.log[0]).parent) if snakemake.log else remove(snakemake.params.results, snakemake.params.planned)

@@ -70,6 +70,8 @@ def drawn_parameters(draw, numseq):
             parameters[name] = value
     if draw.random() < 0.3:
         parameters["similarity"] = False
+    if draw.random() < 0.3:
+        parameters["preset"] = draw.choice(("classic", "relaxed"))
     return parameters
 
 

@@ -82,7 +82,8 @@ void Batch::add(const Outcome& outcome) {
   const std::string& path = outcome.row.alignment;
   const Alignment& ali = outcome.ali;
   if (!all_.wanted()) return;
-  all_.add(path, ali, outcome.chosen.keys, outcome.found, outcome.run.seq_type, outcome.codons);
+  const std::string gene = settings_.join ? source_of(path, settings_) : path;
+  all_.add(gene, ali, outcome.chosen.keys, outcome.found, outcome.run.seq_type, outcome.codons);
   const int width = settings_.all_blocks  ? outcome.found.blocks.nupo3
                     : settings_.all_input ? ali.nupo
                                           : outcome.found.ungapped.nupoung;

@@ -1,6 +1,7 @@
 #include "trimora_run/result_paths.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "output/columns.h"
 #include "output/file_names.h"
@@ -108,6 +109,17 @@ std::string codons_path(const OutputState& run) {
 
 std::string blocks_path(const OutputState& run, const Settings& settings) {
   return seqfile(run) + std::string(ending(settings.forms.front()));
+}
+
+std::string source_of(const std::string& path, const Settings& settings) {
+  std::string_view stem = path;
+  for (const std::string_view ending : {".gz", ".fasta", ".phy", ".nexus"}) {
+    if (stem.ends_with(ending)) stem.remove_suffix(ending.size());
+  }
+  for (const std::string_view ending : {std::string_view(settings.suffix), std::string_view("--")}) {
+    if (stem.ends_with(ending)) return std::string(stem.substr(0, stem.size() - ending.size()));
+  }
+  return path;
 }
 
 std::string joined_path(const Plan& plan, const Settings& settings, Joined joined) {

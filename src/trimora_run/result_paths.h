@@ -35,6 +35,9 @@ std::string codons_path(const OutputState& run);
 /// The selected blocks of an alignment in the first form.
 std::string blocks_path(const OutputState& run, const Settings& settings);
 
+/// The alignment that the result `path` was made of: gene.fas for gene.fas-tr.fasta. `path`: it is no result of ours.
+std::string source_of(const std::string& path, const Settings& settings);
+
 /// The table of the names that changed in the files whose names begin with `path`.
 std::string names_path(const std::string& path);
 

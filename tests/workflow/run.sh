@@ -120,7 +120,7 @@ flow "$here" fasta.txt "$options"
 gene fasta/more 2 >>fasta.txt
 flow "$here" fasta.txt "$options"
 ran "1 join 1 trim " "one gene more"
-sed -i '1{h;d};${G}' fasta.txt
+sed -i '1{h;d};${G};2s/.*/# genes\n  &\r/' fasta.txt # and what lists may have besides
 flow "$here" fasta.txt "$options"
 ran "1 join " "another order"
 flow "$here" fasta.txt "$options -c=y --partitions"
@@ -252,6 +252,7 @@ while IFS='|' read -r line setting words; do
 done <<EOT
 ./$(gene fasta 4)\n||are the same file
 $(gene fasta/link 1)\n||are the same file
+__/gene.fas\n../gene.fas\n||would have their results in the same place
 |group_sise=3|'group_sise' was unexpected
 |group_size=x|group_size: 'x' is not of type 'integer'
 |match=nmae|match: 'nmae' is not one of

@@ -31,7 +31,8 @@ drawn_parameters <- function(numseq) {
     b1 <- paste0(b1, "%")
   }
   all <- list(gaps = sample(gap_names, 1), b0 = sample(2:11, 1), b1 = b1, b2 = b2, b3 = sample(c(0, 1, 3, 8), 1),
-              b4 = sample(2:8, 1), similarity = sample(c(TRUE, FALSE), 1))
+              b4 = sample(2:8, 1), similarity = sample(c(TRUE, FALSE), 1),
+              preset = sample(c("classic", "relaxed"), 1))
   all[runif(length(all)) < 0.6]
 }
 gap_names <- c("none", "half", "all")
