@@ -69,7 +69,7 @@ test("from the counts of columns follows what the program selects, column by col
     const told = positions.map((_, p) => [columns.column[p], columns.score[p], String.fromCharCode(columns.residue[p]), kinds[columns.kind[p]], inBlock[p] === 1,
       columns.reasons[columns.reason[p]], columns.initial[p]]);
     assert.deepEqual(told, positions.map((one) => [Number(one.column), Math.fround(Number(one.score)), one.residue, one.class, one.block !== "", one.reason, Number(one.initial)]), `${k}: ${args}\n${ali.text}`);
-    for (const [name, value] of /** @type {[string, number][]} */ ([["selected", found.columns.length], ["b1", found.b1], ["b2", found.b2], ["positions", columns.score.length]])) {
+    for (const [name, value] of /** @type {[string, number][]} */ ([["selected", found.columns.length], ["b1", found.b1], ["b2", found.b2], ["positions", columns.score.length], ["blocks", columns.blocks.length + columns.empty]])) {
       assert.equal(Number(row[header.indexOf(name)]), value, name);
     }
     assert.deepEqual(select(whole, parametersOf(values)).reasons, found.reasons); // with the letters, the same
