@@ -550,6 +550,9 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.press("#pin");
     await on.enter("b3", "2");
     await on.says("said", "in all 2 alignments");
+    await on.tick("a");
+    await on.says("overview", "Put together");
+    await on.page.$$eval("#overview details", (all) => all.forEach((details) => details.setAttribute("open", "")));
     await on.press("#translated");
     /** @type {[number, string][]} */
     const windows = [[1200, "light"], [360, name === "chromium" ? "dark" : "light"], [195, "light"]]; // the last: 390 at 200 %
