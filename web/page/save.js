@@ -2,7 +2,7 @@
 
 import { Dropped, writer } from "./engine.js";
 import { options, toLink } from "./parameters.js";
-import { element, invalid, isBatch, make, matching, show, showWhen, state, update } from "./state.js";
+import { element, invalid, isBatch, joining, make, matching, show, showWhen, state, update } from "./state.js";
 import { free, isTaken } from "./names.js";
 import { copy } from "./viewer.js";
 
@@ -140,8 +140,12 @@ export function connect() {
   for (const { option, label, about } of outputs) {
     const box = make("input", { type: "checkbox", id: `out-${option}` });
     box.addEventListener("change", () => {
-      const { [option]: _, ...others } = state.outputs;
-      update({ outputs: box.checked ? { ...others, [option]: "Y" } : others });
+      const { [option]: _, ...others } = state.outputs, chosen = box.checked ? { ...others, [option]: "Y" } : others;
+      if ("-partitions" in chosen && joining({ ...state, outputs: chosen }).length === 0) { // partitions of something
+        if (box.checked) chosen.a = "Y";
+        else delete chosen["-partitions"];
+      }
+      update({ outputs: chosen });
     });
     const button = make("button", { type: "button" }, "Save");
     button.setAttribute("aria-label", `Save: ${label}`);

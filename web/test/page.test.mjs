@@ -439,6 +439,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const long = "ACDEFGHIKLMNPQRSTVWY", files = { "g2.fas": bytes(`>a\n${long}\n>b\n${long}\n`), "g10.fas": bytes(`>a\n${long.repeat(2)}\n>b\n${long.repeat(2)}\n`),
       "overview.html": bytes(`>a\n${long}\n>b\n${long}\n`) };
     await on.drop({ ...files, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
+    await on.press("#defaults");
     await on.says("overview", "4 alignments: 3 trimmed, 1 failed");
     const names = () => on.page.$$eval("#overview tbody th[scope=row] button", (cells) => cells.map(({ textContent }) => textContent).join());
     const search = (/** @type {string} */ sought) => on.page.$eval("#overview input[type=search]", (field, value) => {
