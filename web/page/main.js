@@ -13,7 +13,7 @@ import { options } from "./parameters.js";
 import * as picture from "./picture.js";
 import * as plot from "./plot.js";
 import * as saving from "./save.js";
-import { invalid, isBatch, joining, matching, showWhen, state, update } from "./state.js";
+import { invalid, isBatch, joining, matching, showWhen, state, unread, update } from "./state.js";
 import * as summary from "./summary.js";
 import * as tiles from "./tiles.js";
 import * as viewer from "./viewer.js";
@@ -94,7 +94,9 @@ function confirm() {
       if (failed) return update({ table: made.rows, overview: made.overview ?? null, overviewOf: values, notes: [], printed: made.stdout, failure: lines.join("\n") || "The program found no alignment." });
       const shown = made.rows.find((/** @type {Row} */ row) => row.alignment === state.shown), live = state.table.find((row) => row.alignment === state.shown);
       const other = shown?.status === "ok" && live?.selected !== undefined && state.columns && shown.selected !== live.selected;
-      update({ table: made.rows, overview: made.overview ?? null, overviewOf: values, notes: lines, printed: made.stdout,
+      // A file that is no alignment is not the first thing to see of a batch, but one of its notes.
+      const instead = batch && !state.overview && !state.columns && shown?.status !== "ok" && made.rows.find((/** @type {Row} */ row) => row.status === "ok");
+      update({ ...(instead ? { ...unread, shown: instead.alignment } : {}), table: made.rows, overview: made.overview ?? null, overviewOf: values, notes: lines, printed: made.stdout,
         failure: other ? `The page selects ${live.selected} positions and the program ${shown.selected}. That must not be: do not use this result, and report it.` : "" });
     } catch (error) {
       if (!(error instanceof Dropped)) update(state.columns ? { notes: [wordsOf(error)] } : { failure: wordsOf(error) });

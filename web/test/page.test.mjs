@@ -117,6 +117,8 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   test("a batch goes on after an alignment that fails", async () => {
     await on.drop({ ...genes, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
     await on.says("overview", "sequence 2 (b)");
+    await on.says("said", "447 of 450 positions"); // not of the first one, which has nothing to see
+    await on.press("[data-key='bad.fas']");
     await on.says("failure", "bad.fas");
     await on.press("[data-key='primates_mt_1.fas']");
     await on.says("said", "447 of 450 positions");
@@ -146,6 +148,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   test("the field of b1 never shows a number that is not in force", async () => {
     const large = bytes(Array.from({ length: 1000 }, (_, k) => `>s${k}\nACDEFGHIKLMNPQRSTVWY\n`).join(""));
     await on.drop({ "a.fas": large, "b.fas": large });
+    await on.says("overview", "a.fas");
     await on.says("said", "in all 2 alignments");
     const shown = () => on.page.$eval("input#b1", (field) => [field.value, document.getElementById("command")?.textContent?.match(/-b1=(\S+)/)?.[1]]);
     await on.enter("b1", "601");
