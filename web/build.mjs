@@ -5,10 +5,11 @@ import { readFileSync, writeFileSync } from "node:fs";
 import { fileURLToPath, pathToFileURL } from "node:url";
 import { gzipSync } from "node:zlib";
 import * as esbuild from "esbuild";
+import { toText } from "./page/packing.js";
 
 const [engine, page] = process.argv.slice(2);
 /** @type {typeof import("trimora")} */
-const { options: ask } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
+const { options: ask, presets } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
 // What the page has a control for, without what documents alone need.
 const settings = (await ask()).filter(({ name }) => /^-\w+$/.test(name)).map(({ name, values, standard, least, most }) => ({ name, values, standard, least, most }));
 const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
@@ -16,7 +17,7 @@ const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.
 const options = {
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
   alias: { trimora: `${engine}/trimora.mjs` },
-  define: { "import.meta.url": '"about:blank"', OPTIONS: JSON.stringify(settings) }, external: ["node:fs/promises"],
+  define: { "import.meta.url": '"about:blank"', OPTIONS: JSON.stringify(settings), PRESETS: JSON.stringify(await presets()) }, external: ["node:fs/promises"],
 };
 const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plugins">} */ more) =>
   (await esbuild.build({ ...options, ...more, write: false })).outputFiles?.[0].text ?? "";
@@ -28,13 +29,13 @@ const packed = {
     .map((name) => [`${name.slice(name.indexOf("/") + 1)}.fas`, readFileSync(here(`../examples/${name}.fas`), "utf8")]))),
 };
 
-/** The modules packed:wasm, packed:worker and packed:examples (texts by their names, as JSON), each base64 of gzip. @type {esbuild.Plugin} */
+/** The modules packed:wasm, packed:worker and packed:examples (texts by their names, as JSON). @type {esbuild.Plugin} */
 const packing = {
   name: "packing",
   setup(build) {
     build.onResolve({ filter: /^packed:/ }, ({ path }) => ({ path: path.slice("packed:".length), namespace: "packed" }));
     build.onLoad({ filter: /./, namespace: "packed" }, async ({ path }) => ({
-      contents: gzipSync(await packed[/** @type {"wasm"} */ (path)](), { level: 9 }).toString("base64"), loader: "text",
+      contents: toText(gzipSync(await packed[/** @type {"wasm"} */ (path)](), { level: 9 })), loader: "text",
     }));
   },
 };

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "selection/presets.h"
 #include "selection/selection_state.h"
 #include "trimora/trimora.h"
 #include "trimora_run/options.h"
@@ -80,10 +81,11 @@ struct Texts {
 
 /// The numbers of parameters, in this order; -1: as by default.
 struct Wanted {
-  int kind, gaps, b0, b1, b1_percent, b2, b2_percent, b3, b4, similarity;
+  int preset, kind, gaps, b0, b1, b1_percent, b2, b2_percent, b3, b4, similarity;
 
   trimora::Parameters parameters() const {
     trimora::Parameters p;
+    if (preset >= 0) p = trimora::rooms::presets[preset].parameters;
     p.kind = kind_of(kind);
     if (gaps >= 0) p.gaps = static_cast<trimora::Gaps>(gaps);
     if (b0 != -1) p.b0 = b0;
@@ -129,6 +131,21 @@ EXPORTED Bytes* trimora_options() {
            ",\"standard\":" + json(option.standard);
     all += ",\"least\":" + std::to_string(option.range.least) + ",\"most\":" + std::to_string(option.range.most);
     all += ",\"brief\":" + json(option.brief) + '}';
+  }
+  return handed_text(all + ']');
+}
+
+/// The presets, as JSON, with the words of Parameters.
+EXPORTED Bytes* trimora_presets() {
+  static constexpr const char* gap_names[] = {"none", "half", "all"};
+  std::string all = "[";
+  for (const trimora::rooms::Preset& preset : trimora::rooms::presets) {
+    const trimora::Parameters& p = preset.parameters;
+    all += all.size() > 1 ? ",{" : "{";
+    all += "\"name\":" + json(preset.name) + ",\"every\":" + (p.every ? "true" : "false") + ",\"parameters\":{";
+    if (p.b2) all += "\"b2\":" + json(std::to_string(p.b2->number) + (p.b2->percent ? "%" : "")) + ',';
+    all += "\"b3\":" + std::to_string(p.b3) + ",\"b4\":" + std::to_string(p.b4) +
+           ",\"gaps\":" + json(gap_names[static_cast<int>(p.gaps)]) + "}}";
   }
   return handed_text(all + ']');
 }

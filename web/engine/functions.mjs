@@ -8,6 +8,7 @@ import { compile, instance } from "./trimora.mjs";
 
 // In the order of the enumerations of the library.
 const kinds = /** @type {const} */ (["protein", "dna", "codons"]);
+const presetNames = ["classic", "relaxed", "none"];
 const gapChoices = ["none", "half", "all"], forms = ["fasta", "phylip", "nexus", "trimora"];
 
 const text = new TextDecoder(), utf8 = new TextEncoder();
@@ -116,12 +117,12 @@ function share(argument, value) {
 const kindNumber = (kind) => (kind === undefined ? -1 : choice("kind", kind, kinds));
 
 /** As the core takes them. @param {import("./trimora.d.ts").Parameters} parameters */
-function numbers({ kind, gaps, b0, b1, b2, b3, b4, similarity, ...other }) {
+function numbers({ preset, kind, gaps, b0, b1, b2, b3, b4, similarity, ...other }) {
   const [unknown] = Object.keys(other);
   if (unknown !== undefined) throw new TypeError(`there is no parameter ${unknown}`);
   if (similarity !== undefined && typeof similarity !== "boolean") throw new TypeError("similarity has to be true or false");
   const unset = (/** @type {string} */ name, /** @type {number | undefined} */ value) => (value === undefined ? -1 : whole(name, value));
-  return Int32Array.of(kindNumber(kind), gaps === undefined ? -1 : choice("gaps", gaps, gapChoices), unset("b0", b0),
+  return Int32Array.of(preset === undefined ? -1 : choice("preset", preset, presetNames), kindNumber(kind), gaps === undefined ? -1 : choice("gaps", gaps, gapChoices), unset("b0", b0),
     ...share("b1", b1), ...share("b2", b2), unset("b3", b3), unset("b4", b4), similarity === undefined ? -1 : Number(similarity));
 }
 
@@ -350,6 +351,12 @@ export function write(ali, form = "fasta") {
 export async function options(given = {}) {
   const c = await core(given);
   return JSON.parse(string(c, c._trimora_options()));
+}
+
+/** @type {Types["presets"]} */
+export async function presets(given = {}) {
+  const c = await core(given);
+  return JSON.parse(string(c, c._trimora_presets()));
 }
 
 /** @type {Types["standards"]} */

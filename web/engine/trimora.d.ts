@@ -94,6 +94,11 @@ export interface ColumnCounts {
 }
 
 export interface Parameters {
+  /**
+   * Set first; what is given as well wins. "classic" are the defaults, "relaxed" allows gaps and keeps more, "none" keeps
+   * every column that is not a gap in every sequence, whatever is given.
+   */
+  preset?: "classic" | "relaxed" | "none";
   /** By default that of the alignment. Codons are never guessed. */
   kind?: Kind;
   /** b5: a selected column holds no gap ("none", the default), one in at most half of the sequences, or any number. */
@@ -193,6 +198,16 @@ export interface Option {
 }
 /** All options of trimora-run. */
 export function options(given?: Pick<Given, "program">): Promise<Option[]>;
+
+/** Parameters under one name. */
+export interface Preset {
+  name: "classic" | "relaxed" | "none";
+  /** Whether every column is kept. */
+  every: boolean;
+  parameters: Pick<Parameters, "b2" | "b3" | "b4" | "gaps">;
+}
+/** All presets. */
+export function presets(given?: Pick<Given, "program">): Promise<Preset[]>;
 
 /** b1 and b2 by default for an alignment of `size` sequences. This b1 is also the least. */
 export function standards(size: number, given?: Pick<Given, "program">): Promise<{ b1: number; b2: number }>;

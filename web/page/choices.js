@@ -4,7 +4,7 @@
 import { background, Dropped } from "./engine.js";
 import { inForce, share } from "./parameters.js";
 import { remembered } from "./sight.js";
-import { element, isBatch, isNucleic, make, refill, shares, showWhen, size, state, update } from "./state.js";
+import { element, isBatch, isNucleic, make, refill, shares, showWhen, size, sizes, state, update } from "./state.js";
 
 const mostAlignments = 3000; // whose names are compared
 const enders = ["|", "_", "@", ".", "-", "/", ":"]; // after which no species' name goes on, perhaps
@@ -37,9 +37,9 @@ function ofType(now) {
 
 /** b1 and b2 as numbers, in a batch whose alignments differ in size. @param {import("./state.js").State} now */
 function ofSize(now) {
-  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences)), n = size(now);
+  const n = size(now);
   const numbers = ["b1", "b2"].filter((name) => /^\d+$/.test(now.values[name] ?? ""));
-  if (sizes.size < 2 || n.numseq === 0 || (numbers.length === 0 && !shares(now))) return [];
+  if (sizes(now) < 2 || n.numseq === 0 || (numbers.length === 0 && !shares(now))) return [];
   const per = Object.fromEntries(["b1", "b2"].filter((name) => now.values[name]).map((name) => [name, share(inForce(now.values, name, n), n)]));
   return numbers.length === 0 ? [] : [row("The alignments have different numbers of sequences.",
     choice("shares", `Make ${numbers.join(" and ")} a share of them: ${Object.values(per).join(", ")}`, false, () => update({ values: { ...state.values, ...per } })))];
@@ -61,7 +61,7 @@ function common(names, ender) {
 const named = remembered((now) => [now.names], ({ names }) => {
   if (!names || names.length < 2) return null;
   const same = names.every((list) => list.length === names[0].length && list.every((name, k) => name === names[0][k]));
-  const first = names[0][0] ?? "", whole = common(names, "");
+  const first = names.map(([name = ""]) => name).find((name) => enders.some((ender) => name.includes(ender))) ?? "", whole = common(names, "");
   const told = names.some((list) => list.length === 0) ? "" : same ? "All alignments have the same names. " : "The alignments have different names, or another order. ";
   return { told, first, enders: enders.filter((ender) => first.includes(ender) && common(names, ender) > whole) };
 });

@@ -10,10 +10,11 @@ const kindNames = { P: "protein", D: "dna", C: "codons" };
 const gapNames = { N: "none", H: "half", A: "all" };
 
 /** Values of the options as parameters of the engine's functions. @param {Record<string, string>} values */
-export function parametersOf({ t, b0, b1, b2, b3, b4, b5, b6 }) {
+export function parametersOf({ preset, t, b0, b1, b2, b3, b4, b5, b6 }) {
   const number = (/** @type {string} */ value) => (value?.endsWith("%") ? value : Number(value));
   /** @type {import("trimora").Parameters} */
   const found = {};
+  if (preset) found.preset = /** @type {"none"} */ (preset);
   if (t) found.kind = kindNames[t];
   if (b5) found.gaps = gapNames[b5];
   if (b6) found.similarity = b6 !== "N";
@@ -40,5 +41,9 @@ export function columnsOf(selection) {
   }
   selection.initial.forEach(([first, end], k) => initial.fill(k + 1, position[first] - 1, position[end - 1]));
   const blocks = selection.blocks.map(([first, end]) => ({ first: position[first], last: position[end - 1] }));
-  return { score, residue, kind, column, blocks, reasons: words, reason, initial };
+  // The program counts blocks without a whole codon as well: stretches where the frame leaves nothing.
+  const inBlock = words.map((word) => word === "selected" || word === "codon frame");
+  let all = 0;
+  for (let p = 0; p < nupo; ++p) if (inBlock[reason[p]] && !(p > 0 && inBlock[reason[p - 1]])) ++all;
+  return { score, residue, kind, column, blocks, empty: Math.max(all - blocks.length, 0), reasons: words, reason, initial };
 }

@@ -1,8 +1,8 @@
 // The page's side of the engine: workers that do one job after the other and are dropped when their work is no longer wanted.
 
-import { gunzip } from "../engine/gunzip.mjs";
 import packedWorker from "packed:worker";
 import packedProgram from "packed:wasm";
+import { unpack } from "./packing.js";
 
 /** What is said when memory ends, in the engine or in the program. */
 export const noMemory = "This browser does not give a page enough memory for this run. The installed program needs far " +
@@ -13,7 +13,6 @@ const outOfMemory = /memory|alloc|RangeError|out of bounds|too large/i;
 /** Thrown into what waits for a run that was dropped. */
 export class Dropped extends Error {}
 
-const unpack = (/** @type {string} */ base64) => gunzip(Uint8Array.from(atob(base64), (c) => c.charCodeAt(0)));
 /** The program, compiled once for all workers, and where a worker finds its code. */
 const parts = Promise.all([
   unpack(packedProgram).then((wasm) => wasm.arrayBuffer()).then((bytes) => WebAssembly.compile(bytes)),

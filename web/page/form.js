@@ -1,6 +1,6 @@
 // The form of the parameters, made of their table.
 
-import { bounds, fromLink, inForce, parameters, share, shareBounds, shownOrder, toLink } from "./parameters.js";
+import { bounds, fromLink, inForce, parameters, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
 import { element, make, shares, show, showWhen, size, state, update } from "./state.js";
 
 /** Set one value, "" for the default. The program wants shares of both b1 and b2, or of neither. @param {string} name @param {string} value */
@@ -35,6 +35,16 @@ function unit() {
   row.setAttribute("role", "group");
   row.setAttribute("aria-label", "Unit of b1 and b2");
   return row;
+}
+
+/** A button for each preset, which leaves the type of sequence as it is. */
+function ofPresets() {
+  return presets.map(({ name, values }) => {
+    const button = make("button", { type: "button" }, name);
+    button.addEventListener("click", () => update({ asShares: null, values: { ...(state.values.t ? { t: state.values.t } : {}), ...values } }));
+    show((now) => button.setAttribute("aria-pressed", String(presetOf(now.values) === name)));
+    return button;
+  });
 }
 
 /** @param {import("./parameters.js").Parameter} parameter */
@@ -78,6 +88,7 @@ function field({ name, label, effect, choices, slider }) {
       control.setAttribute("aria-invalid", String(known && why !== ""));
     }
     row.classList.toggle("changed", value !== "");
+    row.toggleAttribute("inert", name !== "t" && Boolean(now.values.preset)); // every column is kept
   });
 
   const row = make("div", { className: "field" },
@@ -90,6 +101,7 @@ function field({ name, label, effect, choices, slider }) {
 /** Connect the form; the address holds the values from now on. */
 export function connect() {
   const form = element("fields", HTMLElement);
+  element("presets", HTMLElement).append("Preset ", ...ofPresets());
   for (const name of shownOrder) {
     const parameter = parameters.find((one) => one.name === name);
     if (name === "b1") form.append(unit());

@@ -13,7 +13,7 @@ import { options } from "./parameters.js";
 import * as picture from "./picture.js";
 import * as plot from "./plot.js";
 import * as saving from "./save.js";
-import { invalid, isBatch, matching, showWhen, state, update } from "./state.js";
+import { invalid, isBatch, joining, matching, showWhen, state, unread, update } from "./state.js";
 import * as summary from "./summary.js";
 import * as tiles from "./tiles.js";
 import * as viewer from "./viewer.js";
@@ -86,15 +86,17 @@ function confirm() {
     if (!opened || invalid(state)) return;
     if (background.busy) background.drop();
     try {
-      const made = await background.ask(batch ? { job: "run", args: [opened.file, ...options(values), ...matching(state), "--keep-going"] }
+      const made = await background.ask(batch ? { job: "run", args: [opened.file, ...options(values), ...matching(state), ...joining(state), "--keep-going"] }
         : { job: "run", args: [opened.file, ...options(values)], only: opened.file });
       if (turn !== due || opened !== state.opened || values !== state.values) return;
       if (opened.bytes > large) background.drop(); // with its memory
       const lines = linesOf(made.stderr), failed = !made.rows.some((/** @type {Row} */ row) => row.status === "ok");
-      if (failed) return update({ table: made.rows, notes: [], printed: made.stdout, failure: lines.join("\n") || "The program found no alignment." });
+      if (failed) return update({ table: made.rows, overview: made.overview ?? null, overviewOf: values, notes: [], printed: made.stdout, failure: lines.join("\n") || "The program found no alignment." });
       const shown = made.rows.find((/** @type {Row} */ row) => row.alignment === state.shown), live = state.table.find((row) => row.alignment === state.shown);
       const other = shown?.status === "ok" && live?.selected !== undefined && state.columns && shown.selected !== live.selected;
-      update({ table: made.rows, notes: lines, printed: made.stdout,
+      // A file that is no alignment is not the first thing to see of a batch, but one of its notes.
+      const instead = batch && !state.overview && !state.columns && shown?.status !== "ok" && made.rows.find((/** @type {Row} */ row) => row.status === "ok");
+      update({ ...(instead ? { ...unread, shown: instead.alignment } : {}), table: made.rows, overview: made.overview ?? null, overviewOf: values, notes: lines, printed: made.stdout,
         failure: other ? `The page selects ${live.selected} positions and the program ${shown.selected}. That must not be: do not use this result, and report it.` : "" });
     } catch (error) {
       if (!(error instanceof Dropped)) update(state.columns ? { notes: [wordsOf(error)] } : { failure: wordsOf(error) });
@@ -112,7 +114,7 @@ showWhen((now) => [now.opened], ({ opened }) => {
 });
 for (const part of [history, form, opening, choices, summary, plot, map, tiles, viewer, find, compare, curve, picture, saving]) part.connect();
 showWhen((now) => [now.opened, now.values, now.shown], select);
-showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"]], confirm);
+showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"], joining(now).join()], confirm);
 showWhen((now) => [now.running], (now) => document.body.classList.toggle("running", now.running));
 showWhen((now) => [invalid(now)], (now) => {
   document.body.classList.toggle("invalid", invalid(now));

@@ -3,6 +3,8 @@
 
 import packedExamples from "packed:examples";
 import { gunzip } from "../engine/gunzip.mjs";
+import { free } from "./names.js";
+import { unpack } from "./packing.js";
 import { fromLink } from "./parameters.js";
 import { element, showWhen, state, unread, update } from "./state.js";
 
@@ -42,14 +44,6 @@ async function unpacked({ name, blob }) {
   }
 }
 
-/** A name that is not taken: "x.fas" becomes "x-2.fas". @param {string} name @param {Set<string>} taken */
-function free(name, taken) {
-  let found = name;
-  for (let k = 2; taken.has(found); ++k) found = name.replace(/(\.[^./]*)?$/, `-${k}$1`);
-  taken.add(found);
-  return found;
-}
-
 /** How an alignment begins, in each format that is known in the field; the program decides whether it can be read. */
 const beginnings = /^\s*(>|CLUSTAL|MUSCLE|PROBCONS|# STOCKHOLM|#NEXUS|\d+[ \t]+\d+\s*$|PileUp|!!..)/im;
 
@@ -63,10 +57,11 @@ const looksAligned = (head) => head.replace(/[\0\ufeff\ufffd]/g, "").trimStart()
  * @returns {Promise<Omit<Opened, "example"> & {leftOut: string[], renamed: string[]}>}
  */
 async function arrange(given) {
-  const inputs = [], renamed = [], taken = new Set();
+  const inputs = [], renamed = [], taken = new Set(), isTaken = (/** @type {string} */ name) => taken.has(name);
   const packed = (/** @type {import("./worker.js").Input} */ { name }) => Number(/\.gz$/i.test(name));
   for (const input of given.sort((a, b) => packed(a) - packed(b) || natural(a.name, b.name))) { // x.fas keeps its name, not x.fas.gz
-    const { name, blob } = await unpacked(input), found = free(name, taken);
+    const { name, blob } = await unpacked(input), found = free(name, isTaken);
+    taken.add(found);
     if (found !== name) renamed.push(`${input.name} as ${found}`);
     inputs.push({ name: found, blob });
   }
@@ -99,7 +94,7 @@ async function arrange(given) {
   if (alignments.length === 0) throw new Error("None of these files begins as an alignment does. FASTA, for example, begins with >.");
   const leftOut = rest.map(({ name }) => name);
   const [first] = alignments;
-  if (alignments.length > 1) return { ...batch(alignments, free("paths.txt", taken)), made: true, leftOut, renamed };
+  if (alignments.length > 1) return { ...batch(alignments, free("paths.txt", isTaken)), made: true, leftOut, renamed };
   return { inputs: alignments, alignments: [first.name], file: first.name, made: false, bytes: sum(alignments), leftOut, renamed };
 
   /** @param {import("./worker.js").Input[]} files @param {string} file the paths file */
@@ -131,7 +126,7 @@ async function open(coming, example, values) {
         "The installed program has no such limit: trimora-run " + opened.file);
     }
     update({
-      ...unread, opened, shown: opened.alignments[0], table: [], notes: [], failure: "", printed: "", pinned: null, names: null, trimmed: false,
+      ...unread, opened, shown: opened.alignments[0], table: [], overview: null, notes: [], failure: "", printed: "", pinned: null, names: null, trimmed: false,
       values: values ? { t: type ?? "", ...values } : { ...state.values, t: type ?? (state.values.t === lent ? "" : state.values.t ?? "") },
       notice: [leftOut.length > 0 ? `Left out, as they do not begin as alignments do: ${leftOut.join(", ")}.` : "",
         renamed.length > 0 ? `Opened under another name, since there are two of one name: ${renamed.join(", ")}.` : ""].filter((line) => line).join(" "),
@@ -204,8 +199,7 @@ async function listEntries(entries) {
 
 /** The files of an example. @param {string[]} names */
 async function filesOf(names) {
-  const packed = await gunzip(Uint8Array.from(atob(packedExamples), (c) => c.charCodeAt(0)));
-  const texts = JSON.parse(await packed.text());
+  const texts = JSON.parse(await (await unpack(packedExamples)).text());
   return names.map((name) => ({ name, blob: new Blob([texts[name]]) }));
 }
 

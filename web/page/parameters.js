@@ -14,8 +14,8 @@ const table = OPTIONS;
  * @property {string} effect of a higher value, in one line
  * @property {Record<string, string>} [choices] value and words; without it the value is a whole number
  * @property {(size: Size, value: (name: string) => number) => number} standard the default
- * @property {(size: Size, value: (name: string) => number) => [number, number, string, string]} range the smallest and the
- *   largest value, and why no smaller and no larger one
+ * @property {(size: Size, value: (name: string) => number, values: Record<string, string>) => [number, number, string, string]} range
+ *   the smallest and the largest value, and why no smaller and no larger one
  * @property {number} [slider] where the slider ends, when not at the largest value
  */
 
@@ -48,12 +48,12 @@ export const parameters = [
   chosen("t", { label: "Type of sequence", effect: "Codons: scored like DNA, blocks end at whole codons" }),
   { name: "b2", label: "Sequences for a flank position",
     effect: "Higher keeps less: blocks begin and end at stricter positions",
-    standard: ({ b2 }) => b2,
+    standard: ({ b2 }, value) => Math.max(b2, value("b1")),
     range: ({ numseq }, value) => [value("b1"), numseq, "that is b1", "that is the number of sequences"] },
   { name: "b1", label: "Sequences for a conserved position",
     effect: "Higher keeps less: fewer positions are conserved",
     standard: ({ b1 }) => b1,
-    range: ({ b1 }, value) => [b1, value("b2"), "half the number of sequences + 1", "that is b2"] },
+    range: ({ b1, numseq }, value, { b2 = "" }) => [b1, /^\d+$/.test(b2) ? value("b2") : numseq, "half the number of sequences + 1", /^\d+$/.test(b2) ? "that is b2" : "that is the number of sequences"] },
   fixed("b3", { label: "Nonconserved positions in a row", effect: "Higher keeps more: blocks run across longer variable stretches", slider: 40 }),
   fixed("b4", { label: "Length of a block", effect: "Higher keeps less: short blocks are dropped", slider: 60 }),
   fixed("b0", { label: "Length of an initial block", effect: "Higher keeps less: as b4, but before gaps are cut out", slider: 60 }),
@@ -67,14 +67,18 @@ export const shownOrder = ["t", "b1", "b2", "b3", "b4", "b0", "b5", "b6"];
 const find = (/** @type {string} */ name) => parameters.find((parameter) => parameter.name === name);
 
 /**
- * The number in force for a parameter of numbers.
+ * The number in force for a parameter of numbers. A share of b1 or b2 that is too small is the least that they may be.
  * @param {Record<string, string>} values @param {string} name @param {Size} size @returns {number}
  */
 export function inForce(values, name, size) {
   const value = values[name];
-  if (value) return value.endsWith("%") ? Math.floor((size.numseq * Number(value.slice(0, -1))) / 100) : Number(value);
+  if (value?.endsWith("%")) return Math.max(floor(value, size), name === "b1" ? size.b1 : inForce(values, "b1", size));
+  if (value) return Number(value);
   return find(name)?.standard(size, (other) => inForce(values, other, size)) ?? 0;
 }
+
+/** The sequences in a share of them. @param {string} per @param {Size} size */
+const floor = (per, { numseq }) => Math.floor((numseq * Number(per.slice(0, -1))) / 100);
 
 /**
  * What a number may be, and why a value outside of that is refused; "" where it is not.
@@ -82,11 +86,12 @@ export function inForce(values, name, size) {
  */
 export function bounds(values, name, size) {
   const [least, most, whyLeast, whyMost] =
-    find(name)?.range(size, (other) => inForce(values, other, size)) ?? [0, 0, "", ""];
+    find(name)?.range(size, (other) => inForce(values, other, size), values) ?? [0, 0, "", ""];
   const value = inForce(values, name, size), text = values[name] ?? "", { b1 = "", b2 = "" } = values;
   const because = (/** @type {string} */ why) => (why && ` (${why})`);
   let wrong = "";
   if (!/^\d*%?$/.test(text)) wrong = "Has to be a whole number.";
+  else if (text.endsWith("%") && parseInt(text) > 100) wrong = "At most 100 %.";
   else if (value < least) wrong = `At least ${least}${because(whyLeast)}.`;
   else if (value > most) wrong = `At most ${most}${because(whyMost)}.`;
   else if (name === "b1" && b1.endsWith("%") && b2.endsWith("%") && parseInt(b1) > parseInt(b2)) wrong = `At most ${b2} (that is b2).`;
@@ -101,29 +106,48 @@ export const refused = (values, size) =>
 export const share = (number, { numseq }) => `${Math.ceil((number * 100) / numseq)}%`;
 
 /**
- * The shares that a parameter may have, in per cent: none when its range holds no whole one.
+ * The shares of b1 or b2 that make a difference, in per cent.
  * @param {Record<string, string>} values @param {string} name @param {Size} size
  */
 export function shareBounds(values, name, size) {
-  const fitting = Array.from({ length: 101 }, (_, per) => per).filter((per) => bounds({ ...values, [name]: `${per}%` }, name, size).wrong === "");
+  const least = bounds(values, name, size).least;
+  const fitting = Array.from({ length: 101 }, (_, per) => per)
+    .filter((per) => floor(`${per}%`, size) >= least && bounds({ ...values, [name]: `${per}%` }, name, size).wrong === "");
   return { least: fitting[0] ?? 0, most: fitting[fitting.length - 1] ?? 100 };
 }
 
+const blockNames = parameters.map(({ name }) => name).filter((name) => name !== "t");
+
+/** The presets as values, which hold what differs from the defaults; `preset` is for the one that keeps every column. */
+export const presets = PRESETS.map(({ name, every, parameters: { b2 = "", b3, b4, gaps = "" } }) => {
+  /** @type {Record<string, string>} */
+  const all = every ? { preset: name } : { b2: String(b2), b3: String(b3), b4: String(b4), b5: gaps.slice(0, 1).toUpperCase() };
+  return { name, values: Object.fromEntries(Object.entries(all).filter(([b, value]) => value && (every || value !== option(b).standard))) };
+});
+
+/** The preset that the values are, whatever the type of sequence; "": none of them. @param {Record<string, string>} values */
+export const presetOf = (values) =>
+  presets.find((one) => ["preset", ...blockNames].every((name) => (values[name] || "") === (one.values[name] || "")))?.name ?? "";
+
+/** What is said of the values: those that differ from their defaults, or the preset that they are. @param {Record<string, string>} values */
+function said(values) {
+  const preset = presetOf(values), given = (preset ? ["t"] : ["t", ...blockNames]).filter((name) => values[name]).map((name) => [name, values[name]]);
+  return blockNames.concat("preset").some((name) => preset && values[name]) ? [...given, ["preset", preset]] : given;
+}
+
 /** The options that differ from their defaults. @param {Record<string, string>} values */
-export const options = (values) =>
-  parameters.filter(({ name }) => values[name]).map(({ name }) => `-${name}=${values[name]}`);
+export const options = (values) => said(values).map(([name, value]) => `-${name === "preset" ? "-preset" : name}=${value}`);
 
 /** What the address holds, as `example=globins&b3=4&b5=H`. @param {Record<string, string>} values @param {string} [example] */
-export const toLink = (values, example) =>
-  new URLSearchParams([...(example ? [["example", example]] : []), ...parameters.filter(({ name }) => values[name]).map(({ name }) => [name, values[name]])]).toString();
+export const toLink = (values, example) => new URLSearchParams([...(example ? [["example", example]] : []), ...said(values)]).toString();
 
 /** The values in an address; what no parameter can take is left out. @param {string} link */
 export function fromLink(link) {
   const found = new URLSearchParams(link);
-  /** @type {Record<string, string>} */
-  const values = {};
-  for (const { name, choices } of parameters) {
-    const value = found.get(name) ?? "";
+  const values = { ...presets.find(({ name }) => name === found.get("preset"))?.values };
+  for (const { name, choices } of values.preset ? parameters.slice(0, 1) : parameters) {
+    const value = found.get(name);
+    if (value === null) continue;
     const letter = value.slice(0, 1).toUpperCase();
     if (choices ? letter in choices : /^\d{1,5}$/.test(value) || (/^b[12]$/.test(name) && /^\d{1,3}%$/.test(value))) values[name] = choices ? letter : value;
   }

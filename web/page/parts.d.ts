@@ -1,7 +1,9 @@
 // What build.mjs makes into modules.
 declare module "packed:*" {
-  const base64: string; // of gzip
-  export default base64;
+  const text: string; // as toText() makes it of gzip
+  export default text;
 }
 /** The options of the program. */
 declare const OPTIONS: Omit<import("trimora").Option, "brief">[];
+/** Its presets. */
+declare const PRESETS: import("trimora").Preset[];

@@ -78,6 +78,7 @@ export function drawPlot(surface, now, { left, top, width, height, from, to }) {
     if (view.from > 1 || view.to < columns.score.length) surface.frame(x(view.from), top + 1, x(view.to + 1) - x(view.from), height - 2, colour("window"));
   });
   for (const [name, dash] of /** @type {[string, number[]][]} */ ([["b1", [2, 3]], ["b2", [8, 4]]])) {
+    if (row[name] === "NA") continue; // every column is kept
     surface.line(left, y(Number(row[name])), left + width, y(Number(row[name])), ink, dash);
     surface.text(left + width + 4, y(Number(row[name])) + (name === "b1" ? 6 : -6), `${name} ${row[name]}`, ink);
   }

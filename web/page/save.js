@@ -2,21 +2,23 @@
 
 import { Dropped, writer } from "./engine.js";
 import { options, toLink } from "./parameters.js";
-import { element, invalid, isBatch, make, matching, show, showWhen, state, update } from "./state.js";
+import { element, invalid, isBatch, joining, make, matching, show, showWhen, state, update } from "./state.js";
+import { free, isTaken } from "./names.js";
 import { copy } from "./viewer.js";
 
 const mostListed = 20; // alignments that the command line names
 const mostReport = 4e6; // letters: beyond, a browser takes long to show the report
 
 /**
- * What the program can write. `on` is the value that asks for it, "" an option without a value.
- * @type {{option: string, on: string, label: string, about: string, when?: "batch" | "single"}[]}
+ * What the program can write. `on` is the value that asks for it, "" an option without a value; `file`: the value is the name
+ * of a file, which no input may have. `blocks`: not when every column is kept.
+ * @type {{option: string, on: string, label: string, about: string, when?: "batch" | "blocks", file?: boolean}[]}
  */
 const outputs = [
   { option: "s", on: "Y", label: "Selected blocks", about: "the trimmed alignment, for the next program" },
-  { option: "p", on: "Y", label: "Report", about: "the whole alignment in colours, as a page" },
+  { option: "p", on: "Y", label: "Report", about: "the whole alignment in colours, as a page", when: "blocks" },
   { option: "k", on: "Y", label: "Mask", about: "which residues are conserved, which positions selected" },
-  { option: "d", on: "Y", label: "Block map", about: "a PostScript picture" },
+  { option: "d", on: "Y", label: "Block map", about: "a PostScript picture", when: "blocks" },
   { option: "n", on: "Y", label: "Nonconserved blocks", about: "what was left out" },
   { option: "u", on: "Y", label: "Ungapped alignment", about: "all positions without a gap" },
   { option: "-columns", on: "", label: "Columns", about: "score, class, block and reason of each column, as a table" },
@@ -24,6 +26,8 @@ const outputs = [
   { option: "c", on: "Y", label: "Concatenated input", about: "the same, untrimmed", when: "batch" },
   { option: "w", on: "Y", label: "Concatenated ungapped", about: "the same, positions without a gap", when: "batch" },
   { option: "-partitions", on: "", label: "Partitions", about: "of the concatenations, for RAxML, IQ-TREE and MrBayes", when: "batch" },
+  { option: "-overview", on: "overview.html", label: "Overview", about: "the table above as a page, with what was run and links to the reports", when: "batch", file: true },
+  { option: "-table", on: "table.tsv", label: "Table", about: "sizes, status and message of each alignment", when: "batch", file: true },
 ];
 /** What else is chosen, each from a list. @type {Record<string, Record<string, string>>} */
 const choices = {
@@ -32,14 +36,16 @@ const choices = {
 const defaults = Object.fromEntries(OPTIONS.filter(({ standard }) => standard === "Y").map(({ name }) => [name.slice(1), "Y"]));
 
 const failures = () => state.table.some(({ status }) => status !== "ok");
-const possible = () => outputs.filter(({ when }) => when !== "batch" || isBatch(state));
+const possible = () => outputs.filter(({ when }) => (when !== "batch" || isBatch(state)) && (when !== "blocks" || !state.values.preset));
+/** The name of a file of the run as a whole. @param {string} name */
+const unused = (name) => free(name, (one) => isTaken(state.opened?.inputs ?? [], one));
 
 /** The options that choose exactly these outputs. @param {(option: string) => boolean} wanted */
 function choice(wanted) {
   const chosen = [];
-  for (const { option, on } of possible()) {
+  for (const { option, on, file } of possible()) {
     if (wanted(option) === (option in defaults)) continue;
-    chosen.push(wanted(option) ? `-${option}${on && `=${on}`}` : `-${option}=N`);
+    chosen.push(wanted(option) ? `-${option}${on && `=${file ? unused(on) : on}`}` : `-${option}=N`);
   }
   for (const name in choices) {
     if (state.outputs[name]) chosen.push(`--${name}=${state.outputs[name]}`);
@@ -74,7 +80,8 @@ export function download(name, bytes, type = "application/octet-stream") {
 
 /**
  * Run the program and take what it wrote.
- * @param {string[]} given arguments @param {{name: string, also: Record<string, Uint8Array>}} [packed] makes one zip of all
+ * @param {string[]} given arguments
+ * @param {{name: string, also: Record<string, Uint8Array>, alone?: boolean}} [packed] makes one zip of all
  * @returns {Promise<Record<string, Uint8Array> | null>}
  */
 async function write(given, packed) {
@@ -98,6 +105,13 @@ function zip() {
   /** @type {Record<string, Uint8Array>} */
   const also = opened?.made ? { [opened.file]: text.encode(opened.alignments.map((name) => `${name}\n`).join("")) } : {};
   return { name: `${opened?.file}-tr.zip`, also };
+}
+
+/** Save what one option writes, and what it needs. @param {string} option */
+async function saveOne(option) {
+  const { file } = outputs.find((one) => one.option === option) ?? {}, together = (/** @type {string} */ other) => /^[acw]$/.test(other) && wanted(other);
+  const needed = option === "-partitions" ? (/** @type {string} */ other) => other === "a" : option === "-overview" ? together : () => false;
+  save(await write(args((other) => other === option || needed(other)), isBatch(state) ? { ...zip(), alone: file } : undefined));
 }
 
 /** Hand what was written to the downloads. @param {Record<string, Uint8Array> | null} files */
@@ -126,13 +140,16 @@ export function connect() {
   for (const { option, label, about } of outputs) {
     const box = make("input", { type: "checkbox", id: `out-${option}` });
     box.addEventListener("change", () => {
-      const { [option]: _, ...others } = state.outputs;
-      update({ outputs: box.checked ? { ...others, [option]: "Y" } : others });
+      const { [option]: _, ...others } = state.outputs, chosen = box.checked ? { ...others, [option]: "Y" } : others;
+      if ("-partitions" in chosen && joining({ ...state, outputs: chosen }).length === 0) { // partitions of something
+        if (box.checked) chosen.a = "Y";
+        else delete chosen["-partitions"];
+      }
+      update({ outputs: chosen });
     });
-    const needed = option === "-partitions" ? "a" : option; // partitions of something
     const button = make("button", { type: "button" }, "Save");
     button.setAttribute("aria-label", `Save: ${label}`);
-    button.addEventListener("click", async () => save(await write(args((other) => other === option || other === needed), isBatch(state) ? zip() : undefined)));
+    button.addEventListener("click", () => saveOne(option));
     const row = make("li", {}, box, make("label", { htmlFor: box.id }, label, make("small", {}, about)), button);
     list.append(row);
     show((now) => {
@@ -148,6 +165,7 @@ export function connect() {
       update({ outputs: select.value ? { ...others, [name]: select.value } : others });
     });
   }
+  for (const [id, option] of [["saveOverview", "-overview"], ["saveTable", "-table"]]) element(id, HTMLButtonElement).addEventListener("click", () => saveOne(option));
   element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted), zip())));
   const openReport = element("openReport", HTMLButtonElement);
   openReport.addEventListener("click", report);
@@ -168,6 +186,7 @@ export function connect() {
     for (const id of ["copyCommand", "copyLink", "zip"]) element(id, HTMLButtonElement).disabled = invalid(now);
     const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostReport));
     openReport.disabled = !small || invalid(now);
+    openReport.hidden = Boolean(now.values.preset); // there is none
     openReport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";
   });
 }

@@ -11,6 +11,7 @@ import { refused } from "./parameters.js";
  * @property {Uint8Array} kind index into `kinds`
  * @property {Uint32Array} column of the file
  * @property {{first: number, last: number}[]} blocks selected, from left to right
+ * @property {number} empty blocks besides, of codons, that hold no whole one
  * @property {string[]} reasons each different reason that the program gives once; empty where it gives none
  * @property {Uint32Array} reason index into `reasons`
  * @property {Uint32Array} initial number of the initial block that holds the position, 0: none
@@ -46,6 +47,8 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {Record<string, string>} outputs values of the options that choose what is written
  * @property {boolean} running
  * @property {Row[]} table of the last run
+ * @property {import("../../src/output/overview/overview.js").OverviewData | null} overview of the last run of a batch
+ * @property {Record<string, string> | null} overviewOf the values under which it was made
  * @property {string[]} notes lines that the last run wrote on standard error
  * @property {string} failure why there is no result, in a sentence; "" when there is one
  * @property {string} notice what became of the last action
@@ -76,7 +79,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
 /** @type {State} */
 export const state = {
   opened: null, shown: "", values: {}, asShares: null, outputs: { s: "Y", p: "Y" },
-  running: false, table: [], notes: [], failure: "", notice: "", printed: "", kind: "", columns: null, letters: null, tile: null, gaps: null, standards: null,
+  running: false, table: [], overview: null, overviewOf: null, notes: [], failure: "", notice: "", printed: "", kind: "", columns: null, letters: null, tile: null, gaps: null, standards: null,
   first: 1, width: 1, top: 1, height: 1, at: 0, layer: "", marked: null,
   order: "file", palette: "report", trimmed: false, translated: false, pinned: null, focused: "", names: null,
 };
@@ -125,12 +128,14 @@ export const numseq = (now) => Number(shownRow(now)?.sequences) || now.letters?.
 /** Its size, with what is in force by default; nothing is known as long as `numseq` is 0. @param {State} now @returns {import("./parameters.js").Size} */
 export const size = (now) => (now.standards?.numseq === numseq(now) ? now.standards : { numseq: 0, b1: 0, b2: 0 });
 
+/** How many different numbers of sequences the alignments have, also those that do not fit the others. @param {State} now */
+export const sizes = (now) => new Set(now.table.map(({ sequences }) => Number(sequences)).filter((n) => n > 0)).size;
+
 /** Whether b1 and b2 are given in per cent of the sequences. @param {State} now */
 export function shares(now) {
   const given = [now.values.b1, now.values.b2].filter((value) => value);
   if (given.length > 0) return given.some((value) => value.endsWith("%"));
-  const sizes = new Set(now.table.filter(({ status }) => status === "ok").map(({ sequences }) => sequences));
-  return now.asShares ?? sizes.size > 1;
+  return now.asShares ?? sizes(now) > 1;
 }
 
 /** Whether the alignment shown is read as nucleotides. @param {State} now */
@@ -141,6 +146,9 @@ export const matching = (now) => [
   ...(now.outputs.match ? [`--match=${now.outputs.match}`] : []),
   ...(now.outputs.match === "name" && now.outputs["name-end"] ? [`--name-end=${now.outputs["name-end"]}`] : []),
 ];
+
+/** What is put together. @param {State} now */
+export const joining = (now) => ["a", "c", "w"].filter((option) => option in now.outputs).map((option) => `-${option}=Y`);
 
 /** How many alignments are open. @param {State} now */
 export const isBatch = (now) => (now.opened?.alignments.length ?? 0) > 1;

@@ -1,16 +1,15 @@
 // Says what was selected: the count, the notes of the program, the alignments of a batch, the blocks.
 
-import { download } from "./save.js";
+import { overview } from "../../src/output/overview/overview.js";
 import { element, make, refill, showWhen, shownRow, state, unread, update } from "./state.js";
 import { go } from "./viewer.js";
 import { explain, number, plural, ruleOf } from "./words.js";
 
 const listed = 200; // blocks, at most
-const rows = 1000; // alignments of a batch, and notes, at most
+const rows = 1000; // notes, at most
 
-/** How the table of a batch is sorted and filtered. */
-const sorting = { by: "", down: false, filter: "" };
-const natural = new Intl.Collator("en", { numeric: true }).compare;
+/** The alignment in a row of the overview. @param {number} row */
+const pathOf = (row) => String(state.overview?.table.rows[row][0]);
 
 export function connect() {
   const said = element("said", HTMLElement), notes = element("notes", HTMLElement);
@@ -50,52 +49,20 @@ export function connect() {
     printed.textContent = now.printed;
   });
 
-  const columns = /** @type {const} */ (["alignment", "sequences", "positions", "selected", "percent", "blocks"]);
-  const drawTable = () => {
-    batch.hidden = state.table.length < 2;
-    if (batch.hidden) return;
-    const head = make("tr", {}, ...columns.map((name) => {
-      const button = make("button", { type: "button" }, name);
-      button.dataset.key = `sort-${name}`;
-      button.addEventListener("click", () => {
-        Object.assign(sorting, { by: name, down: sorting.by === name && !sorting.down });
-        drawTable();
-      });
-      const cell = make("th", { scope: "col" }, button);
-      cell.setAttribute("aria-sort", sorting.by !== name ? "none" : sorting.down ? "descending" : "ascending");
-      return cell;
-    }));
-    const wanted = state.table.filter(({ alignment, message }) => `${alignment} ${message}`.toLowerCase().includes(sorting.filter.toLowerCase()));
-    if (sorting.by) wanted.sort((a, b) => natural(a[sorting.by], b[sorting.by]) * (sorting.down ? -1 : 1));
-    const lines = wanted.slice(0, rows).map((row) => {
-      const button = make("button", { type: "button" }, row.alignment);
-      button.dataset.key = row.alignment;
-      button.addEventListener("click", () => row.alignment !== state.shown && update({ ...unread, shown: row.alignment }));
-      const failed = row.status === "ok" ? "" : `${row.status}: ${row.message}`;
-      const cells = failed ? [make("td", { colSpan: columns.length - 1, className: "wrong" }, failed)]
-        : columns.slice(1).map((name) => make("td", {}, number(row[name])));
-      return make("tr", {}, make("th", { scope: "row" }, button), ...cells);
+  const place = element("overview", HTMLElement);
+  showWhen((now) => [now.overview, now.opened], (now) => {
+    batch.hidden = !now.overview;
+    if (!now.overview) return place.replaceChildren();
+    // Command and notes are beside it, and of its files none is written yet.
+    overview(place, { ...now.overview, reports: [] }, {
+      open: (row) => pathOf(row) !== state.shown && update({ ...unread, shown: pathOf(row) }),
+      shown: () => state.table.findIndex(({ alignment }) => alignment === state.shown),
     });
-    if (wanted.length > rows) lines.push(make("tr", {}, make("td", {}, `and ${number(wanted.length - rows)} more`)));
-    refill(element("batchTable", HTMLTableElement), make("thead", {}, head), make("tbody", {}, ...lines));
-    press();
-  };
-  const press = () => {
-    for (const button of document.querySelectorAll("#batchTable tbody button")) {
-      button.setAttribute("aria-pressed", String(button.getAttribute("data-key") === shownRow(state)?.alignment));
-    }
-  };
-  showWhen((now) => [now.table], drawTable);
-  showWhen((now) => [now.shown], press);
-  const filter = element("filter", HTMLInputElement);
-  filter.addEventListener("input", () => {
-    sorting.filter = filter.value;
-    drawTable();
   });
-  element("saveTable", HTMLButtonElement).addEventListener("click", () => {
-    const names = Object.keys(state.table[0] ?? {}), lines = [names, ...state.table.map((row) => names.map((name) => row[name]))];
-    download("table.tsv", new TextEncoder().encode(lines.map((cells) => `${cells.join("\t")}\n`).join("")), "text/tab-separated-values");
+  showWhen((now) => [now.shown, now.overview], () => {
+    for (const button of place.querySelectorAll("button.open")) button.setAttribute("aria-pressed", String(button.getAttribute("data-key") === state.shown));
   });
+  showWhen((now) => [now.values === now.overviewOf], (now) => place.setAttribute("aria-busy", String(now.values !== now.overviewOf)));
 
   showWhen((now) => [now.columns], (now) => {
     const found = now.columns?.blocks ?? [];
@@ -106,7 +73,9 @@ export function connect() {
       return button;
     }));
     if (found.length > listed) blocks.append(` and ${number(found.length - listed)} more`);
-    if (found.length === 0 && now.columns) blocks.append("none: lower b2 or b4, allow gaps with b5, or check the type of sequence");
+    const empty = now.columns?.empty ?? 0;
+    if (empty > 0) blocks.append(` and ${plural(empty, "block")} without a whole codon, which b4 = 5 or more leaves out`);
+    else if (found.length === 0 && now.columns) blocks.append("none: lower b2 or b4, allow gaps with b5, or check the type of sequence");
   });
 
   showWhen((now) => [now.at, now.columns, now.layer, now.table], (now) => {
@@ -118,6 +87,6 @@ export function connect() {
   const hint = element("lines", HTMLElement);
   showWhen((now) => [now.table, now.shown], (now) => {
     const row = shownRow(now);
-    hint.textContent = row ? `b1 = ${row.b1}, b2 = ${row.b2} of ${row.sequences} sequences` : "";
+    hint.textContent = row && row.b1 !== "NA" ? `b1 = ${row.b1}, b2 = ${row.b2} of ${row.sequences} sequences` : "";
   });
 }

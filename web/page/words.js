@@ -28,9 +28,9 @@ export function explain(now, p) {
   const { columns } = now, row = shownRow(now);
   if (!columns || !row || p < 1 || p > columns.score.length) return "";
   const kind = kinds[columns.kind[p - 1]], score = Math.round(columns.score[p - 1] * 100) / 100;
-  const asked = { flank: `b2 asks for ${row.b2}`, conserved: `b1 asks for ${row.b1}, b2 for ${row.b2}`, nonconserved: `b1 asks for ${row.b1}` }[kind];
+  const asked = row.b1 === "NA" ? "" : { flank: `b2 asks for ${row.b2}`, conserved: `b1 asks for ${row.b1}, b2 for ${row.b2}`, nonconserved: `b1 asks for ${row.b1}` }[kind];
   const away = columns.column[p - 1] === p ? "" : ` (column ${number(columns.column[p - 1])} of the file)`;
-  const agree = asked ? `${String.fromCharCode(columns.residue[p - 1])}, score ${score} of ${number(row.sequences)}; ` : "";
+  const agree = kind !== kinds[0] ? `${String.fromCharCode(columns.residue[p - 1])}, score ${score} of ${number(row.sequences)}; ` : "";
   const frame = isCodons(now) ? `, codon ${Math.floor((p - 1) / 3) + 1}, its position ${codonPositions(p)}` : "";
   return `Position ${number(p)}${away}${frame}: ${agree}${kind}${asked ? ` (${asked})` : ""}; ${outcome(now, p)}`;
 }

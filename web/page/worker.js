@@ -5,7 +5,8 @@ import { zipSync } from "fflate";
 import { counts, read, run, select, standards, TrimoraError } from "trimora";
 import { columnsOf, parametersOf } from "./columns.js";
 import * as letters from "./letters.js";
-import { readTable } from "./tables.js";
+import { isTaken } from "./names.js";
+import { overviewIn, readTable, rowsOf } from "./tables.js";
 
 /** @typedef {{name: string, blob: Blob}} Input */
 /**
@@ -19,7 +20,7 @@ import { readTable } from "./tables.js";
  *   | {job: "fasta", rows: number[], positions: Uint32Array}
  *   | {job: "run", args: string[], only?: string}
  *   | {job: "names", alignments: string[]}
- *   | {job: "write", args: string[], zip?: {name: string, also: Record<string, Uint8Array>}}} Job
+ *   | {job: "write", args: string[], zip?: {name: string, also: Record<string, Uint8Array>, alone?: boolean}}} Job
  */
 
 const text = new TextDecoder();
@@ -51,7 +52,7 @@ async function files(only) {
 /** A name that no input has. */
 function unusedName() {
   let name = "table";
-  while (inputs.some((input) => input.name === name || input.name.startsWith(`${name}/`))) name += "-";
+  while (isTaken(inputs, name)) name += "-";
   return name;
 }
 
@@ -113,7 +114,7 @@ const jobs = {
       if (from.column.length === 0) from.column = columns.column.slice();
       const row = {
         alignment: name, sequences: ali.size, columns: ali.width, positions, selected: found.columns.length,
-        blocks: columns.blocks.length, percent: Math.floor((found.columns.length * 100) / positions), b1: found.b1, b2: found.b2, status: "ok",
+        blocks: columns.blocks.length + columns.empty, percent: Math.floor((found.columns.length * 100) / positions), ...(values.preset ? { b1: "NA", b2: "NA" } : { b1: found.b1, b2: found.b2 }), status: "ok",
       };
       return { ...result, columns, row: Object.fromEntries(Object.entries(row).map(([key, value]) => [key, String(value)])), kind: found.kind };
     } catch (error) {
@@ -154,14 +155,14 @@ const jobs = {
     return letters.fasta(ali, column, rows, positions);
   },
 
-  /** The table of a run of the program, and what it says; nothing else is written. */
+  /** What became of the alignments of a run, and what the program says; nothing else is written. */
   async run({ args, only }) {
-    const table = unusedName();
-    const made = await run(await files(only), [...args, "-s=N", "-p=N", `--table=${table}`], { program });
-    return {
-      status: made.status, stdout: text.decode(made.stdout), stderr: text.decode(made.stderr),
-      rows: readTable(made.files[table] ?? new Uint8Array()),
-    };
+    const name = unusedName(), asked = only === undefined ? `--overview=${name}` : `--table=${name}`;
+    const made = await run(await files(only), [...args, "-s=N", "-p=N", asked], { program });
+    const result = { status: made.status, stdout: text.decode(made.stdout), stderr: text.decode(made.stderr) }, found = made.files[name];
+    if (only !== undefined || !found) return { ...result, rows: found ? readTable(found) : [] };
+    const overview = overviewIn(found);
+    return { ...result, overview, rows: rowsOf(overview.table) };
   },
 
   /** The names in each alignment, up to the first blank: the lines that begin with ">". */
@@ -170,10 +171,10 @@ const jobs = {
     return alignments.map((name) => Array.from(text.decode(all[name]).matchAll(/^>(?:[A-Z]\d;)?[ \t]*(\S*)/gm), ([, found]) => found));
   },
 
-  /** Every file that the run writes, or one zip of them. */
+  /** Every file that the run writes, or one zip of them; with `alone`, a single one as it is. */
   async write({ args, zip }) {
-    const { status, stderr, files: written } = await run(await files(), args, { program });
-    const given = zip && Object.keys(written).length > 0 ? { [zip.name]: zipSync({ ...written, ...zip.also }) } : written;
+    const { status, stderr, files: written } = await run(await files(), args, { program }), size = Object.keys(written).length;
+    const given = zip && size > (zip.alone ? 1 : 0) ? { [zip.name]: zipSync({ ...written, ...zip.also }) } : written;
     return { status, stderr: text.decode(stderr), files: given };
   },
 };

@@ -110,7 +110,7 @@ test("the layers follow from reason and initial block", () => {
   const columns = {
     score: new Float32Array(rows.length), residue: new Uint8Array(rows.length), column: new Uint32Array(rows.length),
     kind: Uint8Array.from(rows, ([kind]) => kinds.indexOf(kind)), initial: Uint32Array.from(rows, ([, initial]) => initial),
-    reasons: rows.map(([, , , reason]) => reason), reason: Uint32Array.from(rows, (_, k) => k), blocks: [{ first: 1, last: 1 }, { first: 6, last: 6 }],
+    reasons: rows.map(([, , , reason]) => reason), reason: Uint32Array.from(rows, (_, k) => k), blocks: [{ first: 1, last: 1 }, { first: 6, last: 6 }], empty: 0,
   };
   const shown = (/** @type {string} */ t) => layers({ ...state, columns, values: { t } })
     .map(({ key, holds }) => `${key} ${rows.map((_, k) => (holds(k + 1) ? "#" : ".")).join("")}`);

@@ -5,7 +5,7 @@ import { test } from "node:test";
 import { gzipSync } from "node:zlib";
 import { bytes, engine, globins, run } from "./harness.mjs";
 
-const { TrimoraError, alignment, codons, counts, options, read, select, standards, supermatrix, trim, write } = engine;
+const { TrimoraError, alignment, codons, counts, options, presets, read, select, standards, supermatrix, trim, write } = engine;
 const { columnsOf, parametersOf } = await import("../page/columns.js");
 
 /** Numbers that look random and are the same each time. @param {number} seed */
@@ -69,7 +69,7 @@ test("from the counts of columns follows what the program selects, column by col
     const told = positions.map((_, p) => [columns.column[p], columns.score[p], String.fromCharCode(columns.residue[p]), kinds[columns.kind[p]], inBlock[p] === 1,
       columns.reasons[columns.reason[p]], columns.initial[p]]);
     assert.deepEqual(told, positions.map((one) => [Number(one.column), Math.fround(Number(one.score)), one.residue, one.class, one.block !== "", one.reason, Number(one.initial)]), `${k}: ${args}\n${ali.text}`);
-    for (const [name, value] of /** @type {[string, number][]} */ ([["selected", found.columns.length], ["b1", found.b1], ["b2", found.b2], ["positions", columns.score.length]])) {
+    for (const [name, value] of /** @type {[string, number][]} */ ([["selected", found.columns.length], ["b1", found.b1], ["b2", found.b2], ["positions", columns.score.length], ["blocks", columns.blocks.length + columns.empty]])) {
       assert.equal(Number(row[header.indexOf(name)]), value, name);
     }
     assert.deepEqual(select(whole, parametersOf(values)).reasons, found.reasons); // with the letters, the same
@@ -77,6 +77,16 @@ test("from the counts of columns follows what the program selects, column by col
     whole.free();
   }
   assert(selected > 3000 && refused < 50, `${selected} selected, ${refused} refused`);
+});
+
+test("presets select what the program selects under their names", async () => {
+  const ali = await read(globins["globins.fas"]), names = (await presets()).map(({ name }) => name);
+  assert.deepEqual(names, ["classic", "relaxed", "none"]);
+  for (const preset of names) {
+    const { files } = await run(globins, ["globins.fas", `--preset=${preset}`, "-p=N"]);
+    assert.equal(Buffer.from(write(select(ali, { preset }).trimmed)).toString(), Buffer.from(files["globins.fas-tr.fasta"]).toString(), preset);
+  }
+  assert.equal(select(ali, { preset: "relaxed", gaps: "none" }).columns.length, select(ali, { b2: "51%", b4: 5 }).columns.length);
 });
 
 test("read, trim and write: the bytes that the program writes, from text, bytes, gzip and a browser's file", async () => {

@@ -6,6 +6,7 @@ import { createServer } from "node:http";
 import { after, before, describe, test } from "node:test";
 import { gzipSync } from "node:zlib";
 import axe from "axe-core";
+import { unzipSync } from "fflate";
 import { browsers } from "./browsers.mjs";
 import { bytes, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
 
@@ -66,6 +67,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   });
 
   test("a value out of range says why, and the defaults come back", async () => {
+    await on.enter("b2", "38");
     await on.enter("b1", "40");
     await on.settled();
     assert.equal(await on.text("b1-wrong"), "At most 38 (that is b2).");
@@ -73,6 +75,10 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.settled();
     assert.equal(await on.text("b1-wrong"), "");
     await on.says("said", "114 of 154 positions");
+    await on.enter("b1", "40"); // which b2 follows
+    await on.says("said", `${selected("-b1=40")} of 154`);
+    await on.says("lines", "b2 = 40");
+    await on.press("#defaults");
   });
 
   test("marked letters can be copied, and the keyboard moves to the end", async () => {
@@ -110,7 +116,9 @@ for (const name of Object.keys(browsers)) describe(name, () => {
 
   test("a batch goes on after an alignment that fails", async () => {
     await on.drop({ ...genes, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
-    await on.says("batchTable", "sequence 2 (b)");
+    await on.says("overview", "sequence 2 (b)");
+    await on.says("said", "447 of 450 positions"); // not of the first one, which has nothing to see
+    await on.press("[data-key='bad.fas']");
     await on.says("failure", "bad.fas");
     await on.press("[data-key='primates_mt_1.fas']");
     await on.says("said", "447 of 450 positions");
@@ -120,13 +128,15 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   test("in a batch of several sizes b1 and b2 are shares", async () => {
     const two = Buffer.from(genes["primates_mt_2.fas"]).toString().split(">").slice(0, 11).join(">"); // ten of the twelve species
     const windows = { "primates_mt_1.fas": genes["primates_mt_1.fas"], "two.fas": bytes(two.replaceAll("\n", "\r\n")) };
-    await on.drop(windows);
+    await on.drop(windows); // -a is still asked for
+    await on.says("notes", "it is left out");
+    await on.tick("s");
+    await on.page.waitForFunction(() => document.getElementById("notes")?.textContent === "");
     await on.says("said", "in all 2 alignments");
     await on.settled();
     await on.says("choices", "different names");
     await on.enter("b2", "92");
     await on.says("b2-effect", "In force here: 11 of 12 sequences");
-    await on.tick("s");
     await on.settled();
     const command = String(await on.text("command"));
     assert.match(command, /^printf .*\ntrimora-run paths\.txt -t=D -b2=92% -p=N$/);
@@ -138,6 +148,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   test("the field of b1 never shows a number that is not in force", async () => {
     const large = bytes(Array.from({ length: 1000 }, (_, k) => `>s${k}\nACDEFGHIKLMNPQRSTVWY\n`).join(""));
     await on.drop({ "a.fas": large, "b.fas": large });
+    await on.says("overview", "a.fas");
     await on.says("said", "in all 2 alignments");
     const shown = () => on.page.$eval("input#b1", (field) => [field.value, document.getElementById("command")?.textContent?.match(/-b1=(\S+)/)?.[1]]);
     await on.enter("b1", "601");
@@ -427,31 +438,75 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.match(rowOf(svg, "s60"), /^[A-L]{20}/);
   });
 
-  test("the table of a batch is sorted, filtered and saved", async () => {
-    const long = "ACDEFGHIKLMNPQRSTVWY";
-    await on.drop({ "g2.fas": bytes(`>a\n${long}\n>b\n${long}\n`), "g10.fas": bytes(`>a\n${long.repeat(2)}\n>b\n${long.repeat(2)}\n`), "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
-    await on.says("batchTable", "g10.fas");
-    await on.says("batchTable", "40");
-    const names = () => on.page.$$eval("#batchTable tbody th", (cells) => cells.map(({ textContent }) => textContent).join());
-    assert.equal(await names(), "bad.fas,g2.fas,g10.fas");
-    await on.press("[data-key=sort-positions]");
-    await on.press("[data-key=sort-positions]");
-    assert.match(await names(), /g10.fas,g2.fas/);
-    assert.equal(await on.page.$eval("#batchTable [aria-sort=descending]", (cell) => cell.textContent), "positions");
-    await on.page.$eval("input#filter", (field) => {
-      field.value = "sequence 2";
+  test("the overview of a batch is sorted and searched, keeps that when it changes, and is saved as --overview writes it", async () => {
+    const long = "ACDEFGHIKLMNPQRSTVWY", files = { "g2.fas": bytes(`>a\n${long}\n>b\n${long}\n`), "g10.fas": bytes(`>a\n${long.repeat(2)}\n>b\n${long.repeat(2)}\n`),
+      "overview.html": bytes(`>a\n${long}\n>b\n${long}\n`) };
+    await on.drop({ ...files, "bad.fas": bytes(">a\nACGT\n>b\nACG\n") });
+    await on.press("#defaults");
+    await on.says("overview", "4 alignments: 3 trimmed, 1 failed");
+    const names = () => on.page.$$eval("#overview tbody th[scope=row] button", (cells) => cells.map(({ textContent }) => textContent).join());
+    const search = (/** @type {string} */ sought) => on.page.$eval("#overview input[type=search]", (field, value) => {
+      /** @type {HTMLInputElement} */ (field).value = value;
       field.dispatchEvent(new Event("input", { bubbles: true }));
-    });
+    }, sought);
+    assert.equal(await names(), "bad.fas,g2.fas,g10.fas,overview.html");
+    await on.press("[data-key='Alignments by Positions']");
+    assert.equal(await names(), "g10.fas,g2.fas,overview.html,bad.fas");
+    await on.page.focus("[data-key='g2.fas']");
+    await on.page.keyboard.press("Enter");
+    await on.says("said", "of g2.fas");
+    await on.enter("b4", "30");
+    await on.page.waitForFunction(() => /0 of 20 positions/.test(document.getElementById("said")?.textContent ?? "") && !document.querySelector("#overview[aria-busy=true]"));
+    assert.equal(await names(), "g10.fas,g2.fas,overview.html,bad.fas");
+    assert.equal(await on.page.$eval("#overview [aria-sort=descending]", (cell) => cell.textContent), "Positions");
+    assert.equal(await on.page.evaluate(() => `${document.activeElement?.textContent} ${document.activeElement?.getAttribute("aria-pressed")}`), "g2.fas true");
+    await search("sequence 2");
     assert.equal(await names(), "bad.fas");
-    const files = { "g2.fas": bytes(`>a\n${long}\n>b\n${long}\n`), "g10.fas": bytes(`>a\n${long.repeat(2)}\n>b\n${long.repeat(2)}\n`), list: listOf("g2.fas", "g10.fas") };
-    const table = Buffer.from(native(files, ["list", "-s=N", "-p=N", "--table=t"]).t).toString().split("\n");
-    const saved = (await on.saved("#saveTable", ".tsv")).toString().split("\n");
-    assert.equal(saved[0], table[0]);
-    for (const line of table.slice(1, 3)) assert(saved.includes(line), line);
-    await on.page.$eval("input#filter", (field) => {
-      field.value = "";
-      field.dispatchEvent(new Event("input", { bubbles: true }));
-    });
+    await search("");
+    await on.drop(files);
+    await on.says("overview", "3 alignments");
+    await on.tick("a");
+    await on.says("overview", "Put together: 3 alignments, 2 species");
+    const given = { ...files, "paths.txt": listOf("g2.fas", "g10.fas", "overview.html") };
+    const args = ["paths.txt", "-b4=30", "-s=N", "-p=N", "-a=Y"];
+    assert.deepEqual(unzipSync(await on.saved("#saveOverview", ".zip"))["overview-2.html"], new Uint8Array(native(given, [...args, "--overview=overview-2.html"])["overview-2.html"]));
+    await on.tick("s");
+    const command = ["paths.txt", "-b4=30", "-s=N", "-p=N"];
+    assert.deepEqual(await on.saved("#saveOverview", ".html"), native(given, [...command, "--overview=overview-2.html"])["overview-2.html"]);
+    assert.deepEqual(await on.saved("#saveTable", ".tsv"), native(given, [...command, "--table=table.tsv"])["table.tsv"]);
+    await on.press("#defaults");
+  });
+
+  test("presets: as options of their own, undone, in the address; none keeps every column", async () => {
+    await asOpened();
+    const preset = (/** @type {string} */ word) => on.page.$$eval("#presets button", (buttons, name) => buttons.find(({ textContent }) => textContent === name)?.click(), word);
+    const pressed = () => on.page.$$eval("#presets [aria-pressed=true]", (buttons) => buttons.map(({ textContent }) => textContent).join());
+    assert.equal(await pressed(), "classic");
+    await preset("relaxed");
+    await on.says("said", `${selected("--preset=relaxed")} of 154`);
+    await on.says("command", "trimora-run globins.fas --preset=relaxed");
+    await on.page.waitForFunction(() => location.hash === "#preset=relaxed");
+    await on.enter("b3", "2");
+    await on.says("said", `${selected("--preset=relaxed", "-b3=2")} of 154`);
+    await on.says("command", "-b2=51% -b3=2 -b4=5 -b5=H");
+    assert.equal(await pressed(), "");
+    await preset("none");
+    await on.says("said", "154 of 154 positions");
+    await on.tick("s", "-columns");
+    await on.says("command", "trimora-run globins.fas --preset=none --columns");
+    await on.settled();
+    assert.deepEqual(await on.zip(), native(globins, ["globins.fas", "--preset=none", "--columns"]));
+    await on.tick("s", "p");
+    await on.says("command", "--preset=none"); // without a report, which there is not
+    await preset("classic");
+    await on.says("said", "114 of 154");
+    await on.press("#undo");
+    await on.says("said", "154 of 154");
+    await on.page.evaluate(() => { location.hash = "#preset=none"; });
+    await on.says("said", "154 of 154 positions");
+    await on.page.evaluate(() => { location.hash = "#t=P&preset=relaxed&b4=7"; });
+    await on.says("said", `${selected("--preset=relaxed", "-b4=7")} of 154`);
+    await on.press("#defaults");
   });
 
   test("a motif is found across gaps, and the picture holds it", async () => {
@@ -499,6 +554,9 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.press("#pin");
     await on.enter("b3", "2");
     await on.says("said", "in all 2 alignments");
+    await on.tick("a");
+    await on.says("overview", "Put together");
+    await on.page.$$eval("#overview details", (all) => all.forEach((details) => details.setAttribute("open", "")));
     await on.press("#translated");
     /** @type {[number, string][]} */
     const windows = [[1200, "light"], [360, name === "chromium" ? "dark" : "light"], [195, "light"]]; // the last: 390 at 200 %
@@ -542,8 +600,8 @@ test("a folder that is dropped is opened, with what is in its folders", async (t
     rmSync(folder, { recursive: true });
   });
   await on.dropPaths([`${folder}/all`]);
-  await on.says("batchTable", "all/more/two.fas");
-  await on.says("batchTable", "all/one.fas");
+  await on.says("overview", "all/more/two.fas");
+  await on.says("overview", "all/one.fas");
 });
 
 test("when memory ends, a sentence says so, with a command that helps, and the page goes on", async (t) => {

@@ -91,7 +91,7 @@ if (genes) {
   await page.waitForFunction((count) => document.getElementById("said")?.textContent?.includes(`in all ${count} `), {}, names.length);
   line(`another of ${names.length} genes`, median(await page.evaluate(async (rounds) => {
     const times = [], frame = () => new Promise((drawn) => requestAnimationFrame(drawn));
-    const buttons = /** @type {HTMLElement[]} */ ([...document.querySelectorAll("#batchTable tbody button")]);
+    const buttons = /** @type {HTMLElement[]} */ ([...document.querySelectorAll("#overview button.open")]);
     for (const button of buttons.slice(1, 1 + rounds)) {
       const start = performance.now(), name = button.dataset.key ?? "";
       button.click();

@@ -78,43 +78,53 @@ function shown(column, row) {
   return value === null ? "" : typeof value === "number" ? plain.format(value) : value;
 }
 
+/** How a table is sorted and searched. @typedef {{by: number, down: boolean, sought: string}} Sorting */
+
 /**
  * A table that can be sorted by each column and searched; not known is last, whatever the order.
  * @param {string} title @param {Column[]} columns @param {number} rows @param {((row: number) => string) | null} text searched
+ * @param {Sorting} sorting to begin with, and where what is chosen is kept
  */
-function sortable(title, columns, rows, text) {
+function sortable(title, columns, rows, text, sorting) {
   const body = make("tbody");
   const said = make("output");
   const more = make("button", { type: "button" });
-  const search = make("input", { type: "search" });
+  const search = make("input", { type: "search", "data-key": `${title} search` });
   const sorted = Array.from({ length: rows }, (_, row) => row);
-  let by = -1, down = false, limit = mostShown;
+  let limit = mostShown;
   /** @type {string[]} */
   let texts = [];
 
   const heads = columns.map((column, at) => {
-    const button = make("button", { type: "button" }, column.title);
+    const button = make("button", { type: "button", "data-key": `${title} by ${column.title}` }, column.title);
     const head = make("th", { scope: "col", ...(column.text ? { class: "text" } : {}) }, button);
     button.addEventListener("click", () => {
-      down = by === at ? !down : !column.text; // numbers: the largest first
-      by = at;
-      heads.forEach((other) => other.removeAttribute("aria-sort"));
-      head.setAttribute("aria-sort", down ? "descending" : "ascending");
-      const values = sorted.map(() => /** @type {string | number | null} */ (null));
-      for (const row of sorted) values[row] = column.value(row);
-      const order = new Intl.Collator("en", { numeric: true });
-      sorted.sort((a, b) => {
-        const [x, y] = [values[a], values[b]];
-        if (x === null || y === null) return x === y ? a - b : x === null ? 1 : -1;
-        const way = typeof x === "number" && typeof y === "number" ? x - y : order.compare(String(x), String(y));
-        return (down ? -way : way) || a - b;
-      });
+      sorting.down = sorting.by === at ? !sorting.down : !column.text; // numbers: the largest first
+      sorting.by = at;
+      sort();
       fill();
     });
     return head;
   });
 
+  function sort() {
+    const column = columns[sorting.by], { down } = sorting;
+    if (!column) return;
+    heads.forEach((other) => other.removeAttribute("aria-sort"));
+    heads[sorting.by].setAttribute("aria-sort", down ? "descending" : "ascending");
+    const values = sorted.map(() => /** @type {string | number | null} */ (null));
+    for (const row of sorted) values[row] = column.value(row);
+    const order = new Intl.Collator("en", { numeric: true });
+    sorted.sort((a, b) => {
+      const [x, y] = [values[a], values[b]];
+      if (x === null || y === null) return x === y ? a - b : x === null ? 1 : -1;
+      const way = typeof x === "number" && typeof y === "number" ? x - y : order.compare(String(x), String(y));
+      return (down ? -way : way) || a - b;
+    });
+  }
+
   function fill() {
+    sorting.sought = search.value;
     const sought = search.value.trim().toLowerCase();
     if (sought && text && texts.length === 0) texts = sorted.map(() => "");
     const found = sorted.filter((row) => {
@@ -136,11 +146,13 @@ function sortable(title, columns, rows, text) {
   };
   more.addEventListener("click", () => show(limit + moreShown));
   search.addEventListener("input", fill);
+  search.value = sorting.sought;
+  sort();
   fill();
 
   const table = make("table", {}, make("caption", { class: "hidden" }, title), make("thead", {}, make("tr", {}, ...heads)), body);
   const tools = make("p", { class: "tools" }, ...(text ? [make("label", {}, "Search ", search)] : []), said, more);
-  const scrolled = make("div", { class: "scrolled", tabindex: "0", role: "group", "aria-label": title }, table);
+  const scrolled = make("div", { class: "scrolled", tabindex: "0", role: "group", "aria-label": title, "data-key": title }, table);
   return { element: make("div", {}, tools, scrolled), onPaper: () => rows <= mostPrinted && limit < rows && show(rows) };
 }
 
@@ -216,8 +228,9 @@ const channels = (colour) => [1, 3, 5].map((at) => parseInt(colour.slice(at, at 
 /**
  * @param {HTMLElement} root for its colours @param {Occupancy} occupancy
  * @param {(string | number | null)[]} paths of the table's rows @param {AbortSignal} signal when it is shown no more
+ * @param {Kept} kept
  */
-function picture(root, occupancy, paths, signal) {
+function picture(root, occupancy, paths, signal, kept) {
   const { species, genes, width, letters } = occupancy;
   const cells = width.reduce((a, b) => a + b, 0);
   const ofSpecies = letters.map((row) => row.reduce((/** @type {number} */ sum, n) => sum + (n ?? 0), 0));
@@ -227,7 +240,7 @@ function picture(root, occupancy, paths, signal) {
   const said = make("output", { class: "said", "aria-live": "polite" });
   const mark = make("div", { class: "mark", hidden: "" });
   const names = make("div", { class: "names", "aria-hidden": "true" });
-  const order = make("select", {}, make("option", { value: "filled" }, "the fullest first"), make("option", { value: "given" }, "as in the concatenation"));
+  const order = make("select", { "data-key": "order" }, make("option", { value: "filled" }, "the fullest first"), make("option", { value: "given" }, "as in the concatenation"));
   const columns = Math.min(genes.length, mostColumns);
   let rowsShown = species.map((_, s) => s), genesShown = genes.map((_, g) => g);
   let at = { row: 0, column: 0 };
@@ -236,6 +249,7 @@ function picture(root, occupancy, paths, signal) {
   const genesOf = (column) => [Math.floor((column * genes.length) / columns), Math.floor(((column + 1) * genes.length) / columns)];
 
   function sort() {
+    kept.order = order.value;
     const filled = order.value === "filled";
     rowsShown = filled ? largestFirst(ofSpecies) : species.map((_, s) => s);
     genesShown = filled ? largestFirst(ofGene) : genes.map((_, g) => g);
@@ -315,6 +329,7 @@ function picture(root, occupancy, paths, signal) {
   });
   new ResizeObserver(draw).observe(canvas);
   matchMedia("(prefers-color-scheme: dark)").addEventListener("change", draw, { signal });
+  order.value = kept.order;
   sort();
 
   const table = sortable("Species", [
@@ -322,7 +337,7 @@ function picture(root, occupancy, paths, signal) {
     { title: "Alignments", value: (s) => letters[s].reduce((/** @type {number} */ sum, n) => sum + (n === null ? 0 : 1), 0) },
     { title: "Letters", value: (s) => ofSpecies[s] },
     { title: "Completeness", value: (s) => ofSpecies[s] / (cells || 1), shown: (s) => percent(ofSpecies[s], cells) },
-  ], species.length, (s) => species[s]);
+  ], species.length, (s) => species[s], kept.species);
   const legend = make("p", { class: "legend" }, ...["absent", "few", "all"].flatMap((name) =>
     [make("span", { class: `swatch ${name}` }), name === "few" ? "few letters " : name === "all" ? "letters everywhere" : "absent "]));
   const binned = genes.length > columns ? [make("p", {}, `Each column of the picture stands for several of the ${plain.format(genes.length)} alignments.`)] : [];
@@ -334,20 +349,39 @@ function picture(root, occupancy, paths, signal) {
 
 // ---- All of it
 
-/** @type {WeakMap<HTMLElement, AbortController>} */
+/** What a person has chosen, which stays when other data are shown. @typedef {{table: Sorting, species: Sorting, order: string}} Kept */
+/** @type {WeakMap<HTMLElement, Kept & {stop: AbortController}>} */
 const shownIn = new WeakMap();
+
+/** Give `root` other content; what was scrolled or open stays so, and the focus on what has the same key. @param {HTMLElement} root @param {Node[]} content */
+function refill(root, ...content) {
+  const focus = root.contains(document.activeElement) ? document.activeElement?.getAttribute("data-key") : null;
+  const tops = Array.from(root.querySelectorAll(".scrolled"), (one) => [one.getAttribute("data-key"), one.scrollTop]);
+  const opened = Array.from(root.querySelectorAll("details"), (one) => one.open && one.firstChild?.textContent);
+  root.replaceChildren(...content);
+  for (const one of root.querySelectorAll("details")) if (opened.includes(one.firstChild?.textContent ?? null)) one.open = true;
+  for (const one of /** @type {NodeListOf<HTMLElement>} */ (root.querySelectorAll("[data-key]"))) {
+    const key = one.getAttribute("data-key"), top = tops.find(([other]) => other === key);
+    if (top) one.scrollTop = Number(top[1]);
+    if (key === focus && focus !== null) one.focus({ preventScroll: true });
+  }
+}
 
 /**
  * Show what became of the alignments of a run.
- * @param {HTMLElement} root what it holds is replaced; overview.css is for the class `overview`, which it gets
+ * @param {HTMLElement} root what it holds is replaced, but what was chosen there stays; overview.css is for the class
+ *   `overview`, which it gets
  * @param {OverviewData} data
- * @param {(row: number) => void} [open] called for an alignment that is clicked, where it has no report to go to
+ * @param {{open: (row: number) => void, shown: () => number}} [page] where it is a part of a page on alignments: how one is
+ *   opened there, and which one is open. The table is then first, and what was run is known.
  */
-export function overview(root, data, open) {
+export function overview(root, data, page) {
   root.classList.add("overview");
-  shownIn.get(root)?.abort();
-  const stop = new AbortController(), { signal } = stop;
-  shownIn.set(root, stop);
+  shownIn.get(root)?.stop.abort();
+  const before = root.firstChild ? shownIn.get(root) : undefined, stop = new AbortController(), { signal } = stop;
+  const unsorted = () => ({ by: -1, down: false, sought: "" });
+  const kept = { table: before?.table ?? unsorted(), species: before?.species ?? unsorted(), order: before?.order ?? "filled", stop };
+  shownIn.set(root, kept);
   const { columns, rows } = data.table;
   /** @param {string} name */
   const column = (name) => {
@@ -371,15 +405,21 @@ export function overview(root, data, open) {
   const named = (row) => {
     const path = String(paths[row]), to = data.reports[row];
     if (to) return make("a", { href: to }, path);
-    if (!open || status[row] !== "ok") return path;
-    const button = make("button", { type: "button", class: "open" }, path);
-    button.addEventListener("click", () => open(row));
+    if (!page) return path;
+    const button = make("button", { type: "button", class: "open", "data-key": path, "aria-pressed": String(page.shown() === row) }, path);
+    button.addEventListener("click", () => page.open(row));
     return button;
   };
   /** @type {Column[]} */
+  const last = [
+    { title: "Status", text: true, value: (row) => status[row] },
+    { title: "Notes", text: true, value: (row) => message[row] || null },
+  ];
+  /** @type {Column[]} */
   const shownColumns = [
     { title: "Alignment", text: true, value: (row) => paths[row], shown: named },
-    number("Sequences", "sequences"), number("Positions", "positions"), number("Selected", "selected"), number("Kept, %", "percent"),
+    ...(page ? [number("Selected", "selected"), number("Kept, %", "percent"), ...last] : []), // the others are out of sight there, perhaps
+    number("Sequences", "sequences"), number("Positions", "positions"), ...(page ? [] : [number("Selected", "selected"), number("Kept, %", "percent")]),
     number("Blocks", "blocks"), number("Species", "species"), number("Informative", "informative"),
     { title: "Completeness", value: (row) => {
       const found = completeness(row);
@@ -388,14 +428,17 @@ export function overview(root, data, open) {
       const found = completeness(row);
       return found ? percent(found.letters, found.whole) : "";
     } },
-    { title: "Status", text: true, value: (row) => status[row] },
-    { title: "Notes", text: true, value: (row) => message[row] || null },
+    ...(page ? [] : last),
   ];
-  const table = sortable("Alignments", shownColumns, rows.length, (row) => `${paths[row]}\n${status[row]}\n${message[row]}`);
-  const seen = data.occupancy && data.occupancy.genes.length > 0 ? picture(root, data.occupancy, paths, signal) : null;
-  const kept = distribution(column("percent"));
-  root.replaceChildren(...account(data, column), whatWasRun(data), ...(kept ? [kept] : []), ...(seen ? [seen.element] : []),
-    section("Alignments", table.element));
+  const table = sortable("Alignments", shownColumns, rows.length, (row) => `${paths[row]}\n${status[row]}\n${message[row]}`, kept.table);
+  const seen = data.occupancy && data.occupancy.genes.length > 0 ? picture(root, data.occupancy, paths, signal, kept) : null;
+  const shares = distribution(column("percent")), more = [...(shares ? [shares] : []), ...(seen ? [seen.element] : [])];
+  if (page) {
+    const folded = more.map((part) => make("details", {}, make("summary", {}, part.firstChild?.textContent ?? ""), part));
+    refill(root, ...account(data, column), table.element, ...folded);
+  } else {
+    refill(root, ...account(data, column), whatWasRun(data), ...more, section("Alignments", table.element));
+  }
   seen?.draw(); // now that it has its size
 
   addEventListener("beforeprint", () => {
