@@ -66,6 +66,7 @@ const quoted = (word) => (/^[\w@%+=:,./-]+$/.test(word) ? word : `'${word.replac
 /**
  * @typedef {object} Column
  * @property {string} title
+ * @property {string} [meaning]
  * @property {boolean} [text]  not a number
  * @property {(row: number) => string | number | null} value  to sort by
  * @property {(row: number) => Node | string} [shown]
@@ -96,7 +97,7 @@ function sortable(title, columns, rows, text, sorting) {
   let texts = [];
 
   const heads = columns.map((column, at) => {
-    const button = make("button", { type: "button", "data-key": `${title} by ${column.title}` }, column.title);
+    const button = make("button", { type: "button", "data-key": `${title} by ${column.title}`, ...(column.meaning ? { title: column.meaning } : {}) }, column.title);
     const head = make("th", { scope: "col", ...(column.text ? { class: "text" } : {}) }, button);
     button.addEventListener("click", () => {
       sorting.down = sorting.by === at ? !sorting.down : !column.text; // numbers: the largest first
@@ -172,7 +173,7 @@ function account(data, column) {
     lines.push(make("p", {}, `Put together: ${count(genes.length, "alignment")}, ${count(species.length, "species", "species")}, ` +
       `${count(width.reduce((a, b) => a + b, 0), "column")}: ${percent(letters, cells)} letters, ${percent(unknown, cells)} unknown, ` +
       `${percent(gaps, cells)} gaps (${percent(ends, cells)} at the ends), ${percent(absent, cells)} absent; ` +
-      `gene occupancy ${percent(present, genes.length * species.length)}.`));
+      `a species is in ${percent(present, genes.length * species.length)} of the alignments on average (gene occupancy).`));
   }
   return lines;
 }
@@ -336,7 +337,7 @@ function picture(root, occupancy, paths, signal, kept) {
     { title: "Species", text: true, value: (s) => species[s] },
     { title: "Alignments", value: (s) => letters[s].reduce((/** @type {number} */ sum, n) => sum + (n === null ? 0 : 1), 0) },
     { title: "Letters", value: (s) => ofSpecies[s] },
-    { title: "Completeness", value: (s) => ofSpecies[s] / (cells || 1), shown: (s) => percent(ofSpecies[s], cells) },
+    { title: "Completeness", meaning: "letters, as a share of the columns of the concatenation", value: (s) => ofSpecies[s] / (cells || 1), shown: (s) => percent(ofSpecies[s], cells) },
   ], species.length, (s) => species[s], kept.species);
   const legend = make("p", { class: "legend" }, ...["absent", "few", "all"].flatMap((name) =>
     [make("span", { class: `swatch ${name}` }), name === "few" ? "few letters " : name === "all" ? "letters everywhere" : "absent "]));
@@ -421,7 +422,7 @@ export function overview(root, data, page) {
     ...(page ? [number("Selected", "selected"), number("Kept, %", "percent"), ...last] : []), // the others are out of sight there, perhaps
     number("Sequences", "sequences"), number("Positions", "positions"), ...(page ? [] : [number("Selected", "selected"), number("Kept, %", "percent")]),
     number("Blocks", "blocks"), number("Species", "species"), number("Informative", "informative"),
-    { title: "Completeness", value: (row) => {
+    { title: "Completeness", meaning: "letters, as a share of all cells that are kept: selected columns × species", value: (row) => {
       const found = completeness(row);
       return found && found.letters / found.whole;
     }, shown: (row) => {
