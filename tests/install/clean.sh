@@ -48,9 +48,9 @@ inside "wheel" 'install python3-venv python3-numpy
   head -n 1 globins.phy | grep "^45 145$"; cp globins.phy python.phy'
 inside "npm" 'install nodejs npm
   npm install --silent --no-audit --no-fund /packages/trimora-*.tgz
-  { echo "import { readFileSync } from \"node:fs\"; const letters = readFileSync(\"globins.fas\");"
-    sed "s/^new TextDecoder\(.*\);/console.log(new TextDecoder\1);/" example.js; } >example.mjs
-  node example.mjs >npm.fas; grep -q "^>" npm.fas'
+  { echo "import { readFileSync, writeFileSync } from \"node:fs\"; const bytes = readFileSync(\"globins.fas\");"
+    sed "s/^write(\(.*\));/writeFileSync(\"npm.phy\", write(\1));/" example.js; } >example.mjs
+  node example.mjs; cmp npm.phy python.phy'
 inside "R" 'install r-base-dev r-cran-cpp11 zlib1g-dev
   R CMD INSTALL /packages/trimora_*.tar.gz >/root/log 2>&1 || { cat /root/log; exit 1; }
   rm -f globins.phy; Rscript example.r; cmp globins.phy python.phy
