@@ -204,6 +204,10 @@ class Trial {
 
   const KeyRule& rule() const { return rule_; }
   const std::vector<Span>& spans() const { return spans_; }
+  /// Whether a larger share of the keys is in two genes or more than under `other`.
+  bool meets_more(const Trial& other) const {
+    return static_cast<long long>(meeting_) * other.keys_ > static_cast<long long>(other.meeting_) * keys_;
+  }
   /// The rule, with the first name that it changes.
   Proposal proposal() const {
     const std::string* example = &genes_[0][0];
@@ -330,10 +334,15 @@ std::vector<Proposal> proposals(const std::vector<Names>& genes) {
     if (!crosses(trial)) left.push_back(&trial);
   }
   for (const Trial* trial : left) {
-    const auto longer = [&](const Trial* other) {  // of two that are as long, the first one stays
-      return other != trial && covered(*trial, *other, false) && (other < trial || !covered(*other, *trial, false));
+    // Of a key and a longer one the longer stays, unless it takes so much more that fewer of them meet. Of two that are
+    // as long, the first one stays.
+    const auto better = [&](const Trial* other) {
+      if (other == trial) return false;
+      const bool in = covered(*trial, *other, false), around = covered(*other, *trial, false);
+      if (in && around) return other < trial;
+      return (in && !trial->meets_more(*other)) || (around && other->meets_more(*trial));
     };
-    if (std::none_of(left.begin(), left.end(), longer)) found.push_back(trial->proposal());
+    if (std::none_of(left.begin(), left.end(), better)) found.push_back(trial->proposal());
   }
   return found;
 }

@@ -10,17 +10,20 @@ select_blocks <- function(x, kind = NULL, gaps = NULL, b0 = NULL, b1 = NULL, b2 
       blocks = data.frame(first = found$first, last = found$last),
       scores = found$scores,
       classes = structure(found$classes, levels = column_classes, class = "factor"),
-      trimmed = if (is_file(x)) texts(ali, found$columns) else with_columns(x, found$columns, length(found$scores)),
       kind = kinds[found$kind + 1], b1 = found$b1, b2 = found$b2,
-      alignment = ali, parameters = parameters
+      alignment = ali, parameters = parameters, source = if (!is_file(x)) x
     )
   )
 }
 
-# The reasons are found when someone asks for them.
-`$.trimora_blocks` <- function(x, name) {
-  if (!identical(name, "reasons")) return(unclass(x)[[name]])
-  told(.Call(trimora_reasons, unclass(x)$alignment, unclass(x)$parameters))
+# The trimmed alignment and the reasons cost more than the selection: they are made when someone asks for them.
+`$.trimora_blocks` <- function(x, name) x[[name]]
+
+`[[.trimora_blocks` <- function(x, i, ...) {
+  x <- unclass(x)
+  if (identical(i, "reasons")) return(told(.Call(trimora_reasons, x$alignment, x$parameters)))
+  if (!identical(i, "trimmed")) return(x[[i]])
+  if (is.null(x$source)) texts(x$alignment, x$columns) else with_columns(x$source, x$columns, length(x$scores))
 }
 
 apply_blocks <- function(selection, x) {
@@ -65,11 +68,13 @@ plot.trimora_blocks <- function(x, col = "steelblue", xlab = "column", ylab = "s
 }
 
 as.DNAbin.trimora_blocks <- function(x, ...) {
-  if (inherits(x$trimmed, "DNAbin")) x$trimmed else ape::as.DNAbin(tolower(letter_matrix(x$trimmed)))
+  trimmed <- x$trimmed
+  if (inherits(trimmed, "DNAbin")) trimmed else ape::as.DNAbin(tolower(letter_matrix(trimmed)))
 }
 
 as.AAbin.trimora_blocks <- function(x, ...) {
-  if (inherits(x$trimmed, "AAbin")) x$trimmed else ape::as.AAbin(toupper(letter_matrix(x$trimmed)))
+  trimmed <- x$trimmed
+  if (inherits(trimmed, "AAbin")) trimmed else ape::as.AAbin(toupper(letter_matrix(trimmed)))
 }
 
 letter_matrix <- function(x) {
