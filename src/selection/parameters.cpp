@@ -17,11 +17,6 @@ void check(const char* name, long long value, const Range& range, const std::str
                           std::to_string(range.least) + " to " + std::to_string(range.most) + what};
 }
 
-int number_of(const Sequences& sequences, int numseq) {
-  if (!sequences.percent) return sequences.number;
-  return static_cast<int>(static_cast<long long>(numseq) * sequences.number / 100);
-}
-
 /// b1 and b2, which bound each other.
 void set_sequences(const Parameters& parameters, SelectionState& run) {
   derive_defaults(run);
@@ -38,11 +33,16 @@ void set_sequences(const Parameters& parameters, SelectionState& run) {
   if (b2) run.flankval = number_of(*b2, run.numseq);
   if (follows) run.flankval = std::max(run.negval, run.flankval);
   check("b1", run.negval, {run.initnegval, follows ? run.numseq : std::max(run.initnegval, run.flankval)},
-        of + " (half of them + 1, up to b2)");
+        of + (follows ? " (half of them + 1, up to all)" : " (half of them + 1, up to b2)"));
   check("b2", run.flankval, flankval_range(run), of + " (b1, up to all)");
 }
 
 }  // namespace
+
+int number_of(const Sequences& sequences, int numseq) {
+  if (!sequences.percent) return sequences.number;
+  return static_cast<int>(static_cast<long long>(numseq) * sequences.number / 100);
+}
 
 void set_parameters(const Parameters& parameters, SelectionState& run) {
   check("b3", parameters.b3, negblen_range);

@@ -26,6 +26,11 @@ bool exists(const std::string& path) {
   return fs::exists(system_path(path), unknown);
 }
 
+bool is_regular(const std::string& path) {
+  std::error_code unknown;
+  return fs::is_regular_file(system_path(path), unknown);
+}
+
 bool is_folder(const std::string& path) {
   std::error_code unknown;
   return fs::is_directory(system_path(path), unknown);
@@ -54,7 +59,7 @@ bool is_comment(std::string_view line) {
 bool looks_like_a_file(std::string_view path) {
   const std::size_t dot = path.rfind('.');
   return dot != path.npos && dot > 0 && dot + 1 < path.size() && path.size() - dot <= 8 &&
-         all_are(path, [](unsigned char c) { return c > ' '; }) &&
+         all_are(path, [](unsigned char c) { return c > ' '; }) && is_letter(path[dot + 1]) &&
          all_are(path.substr(dot + 1), [](char c) { return is_letter(c) || is_digit(c); });
 }
 
@@ -70,7 +75,8 @@ std::optional<Named> read_list(const std::string& list) {
   for (std::string_view line; input.line(line) && (is_list || named.paths.size() < looked_at);) {
     if (is_comment(trimmed(line))) continue;
     named.paths.push_back(listed_path(line, list, from_list));
-    is_list = is_list || exists(named.paths.back()) || (named.paths.size() == 1 && looks_like_a_file(named.paths[0]));
+    is_list =
+        is_list || is_regular(named.paths.back()) || (named.paths.size() == 1 && looks_like_a_file(named.paths[0]));
   }
   if (!is_list) return std::nullopt;
   named.list = list;

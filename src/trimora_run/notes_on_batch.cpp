@@ -95,7 +95,7 @@ std::vector<std::string> notes_on_identity(const Species& species, const Identit
   if (!merged.empty()) {
     const std::string rule = options_for(settings.keys());
     note(words_of_run::merged,
-         {rule.empty() ? "only the first word of a name counts" : rule + " leaves them one key", listed_names(merged)});
+         {rule.empty() ? "only the first word of a name counts" : rule + " gives them one name", listed_names(merged)});
   }
   return notes;
 }

@@ -145,8 +145,10 @@ void check_results(const Plan& plan, const Settings& settings, const std::option
   const std::string& file = settings.files.front();
   std::unordered_map<std::string, const std::string*> stems;
   for (const Job& job : plan.jobs) {
-    const auto [entry, fresh] = stems.try_emplace(job.stem, &job.path);
+    const auto [entry, fresh] = stems.try_emplace(settings.join ? source_of(job.path, settings) : job.stem, &job.path);
     if (fresh) continue;
+    if (settings.join) refuse(file, words_of_run::same_gene, {*entry->second, job.path});
+    if (results_of(job, settings).empty()) continue;
     if (!settings.into.empty()) refuse(job.path, words_of_run::same_base_name, {*entry->second, settings.into});
     refuse(job.path, words_of_run::same_results, {*entry->second});
   }
@@ -207,9 +209,8 @@ Plan plan_of(const Settings& settings) {
 
   if (named.several) leave_out_results(plan, named.others, settings);
   if (plan.jobs.empty()) {
-    throw Failure{.kind = Failure::Kind::empty,
-                  .file = settings.files.front(),
-                  .detail = std::string(words_of_run::nothing_listed)};
+    const std::string_view why = named.paths.empty() ? words_of_run::nothing_listed : words_of_run::only_results;
+    throw Failure{.kind = Failure::Kind::empty, .file = settings.files.front(), .detail = std::string(why)};
   }
   if (!settings.codons.empty()) find_coding(plan, settings, named.list.has_value());
   check_results(plan, settings, named.list);

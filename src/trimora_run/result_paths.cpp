@@ -113,7 +113,7 @@ std::string blocks_path(const OutputState& run, const Settings& settings) {
 
 std::string source_of(const std::string& path, const Settings& settings) {
   std::string_view stem = path;
-  for (const std::string_view ending : {".gz", ".fasta", ".phy", ".nexus"}) {
+  for (const std::string_view ending : {".gz", ".fasta", ".phy", ".nexus", ".codons"}) {
     if (stem.ends_with(ending)) stem.remove_suffix(ending.size());
   }
   for (const std::string_view ending : {std::string_view(settings.suffix), std::string_view("--")}) {

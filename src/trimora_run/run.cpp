@@ -206,7 +206,7 @@ int carry_out(const Settings& settings) {
   Voice voice(settings);
   try {
     const Plan plan = plan_of(settings);
-    if (!settings.join) voice.account(preset_of(settings));
+    if (!settings.join) voice.opening(preset_of(settings));
     for (const std::string& line : plan.decided) voice.account(line);
     Run run(settings, plan, voice);
     Progress progress(plan.jobs.size());

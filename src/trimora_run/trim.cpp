@@ -218,6 +218,17 @@ void write_to_output(const Outcome& outcome, const Settings& settings) {
   }
 }
 
+/// Whether b2 had to be raised to a b1 that was given, or to half of the sequences + 1 where b2 was.
+bool follows_b1(const Settings& settings, const SelectionState& run) {
+  const auto given = [&](std::string_view name) {
+    return std::any_of(settings.given.begin(), settings.given.end(), [&](const auto& o) { return o.first == name; });
+  };
+  if (!given("-b1") && !given("-b2")) return false;
+  SelectionState by_default = run;
+  derive_defaults(by_default);
+  return run.flankval > (settings.b2 ? number_of(*settings.b2, run.numseq) : by_default.flankval);
+}
+
 void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Settings& settings, const Filters& filters,
                const Coding& coding, const Before& before) {
   TableRow& row = outcome.row;
@@ -267,10 +278,10 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
   if (!settings.every) {
     row.b1 = run.negval;
     row.b2 = run.flankval;
-    const bool b2_follows = settings.b1 && (!settings.b2 || settings.preset->parameters.b2);
-    if (b2_follows && run.flankval == run.negval) {
-      outcome.decided.push_back("b2 is " + std::to_string(run.flankval) + ", as b1");
+    if (settings.b1 && number_of(*settings.b1, run.numseq) < run.negval) {
+      outcome.decided.push_back("b1 is " + std::to_string(run.negval) + ", half of the sequences + 1");
     }
+    if (follows_b1(settings, run)) outcome.decided.push_back("b2 is " + std::to_string(run.flankval) + ", as b1");
   }
   outcome.notes = notes_on_alignment(ali, remarks, by_letters, run, settings);
   outcome.notes.insert(outcome.notes.end(), codons.notes.begin(), codons.notes.end());

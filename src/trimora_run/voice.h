@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "trimora_run/settings.h"
@@ -18,8 +19,12 @@ class Voice {
                  : settings.filter() || settings.table == "-" ? stderr
                                                               : stdout) {}
 
+  /// The line that comes before the others of the account, if there are any.
+  void opening(std::string line) { opening_ = std::move(line); }
   void account(const std::string& line) {
-    if (account_ != nullptr) say(account_, line);
+    if (account_ == nullptr) return;
+    if (!opening_.empty()) say(account_, std::exchange(opening_, {}));
+    say(account_, line);
   }
   void note(const std::string& file, std::string_view words) {
     noted_ = true;
@@ -45,6 +50,7 @@ class Voice {
     if (stream == stderr) std::fflush(stream);
   }
 
+  std::string opening_;
   std::FILE* account_;
   bool noted_ = false;
   bool failed_ = false;

@@ -84,7 +84,9 @@ inline constexpr W overwrites = "the result {result} would replace the input {in
 inline constexpr W listed_twice = "{first} and {second} are the same file: list each alignment once";
 inline constexpr W written_twice = "the result {result} would be written twice, and the first one lost: name each alignment once, or choose another suffix (-e=)";
 inline constexpr W same_base_name = "has the same name as {first}, whose results it would replace in {folder}: rename one of them, or trim them into two folders";
-inline constexpr W same_results = "and {first} would have the same results: name one of them alone, or rename it";
+inline constexpr W same_results = "has the same results as {first}: take one of them out of the run, or rename it";
+inline constexpr W same_gene = "{first} and {second} are one gene, which --join would put in twice: name only the files that go together, as in genes/*-tr.fasta";
+inline constexpr W only_results = "only results of earlier runs, and no other alignment: --join puts them together, and a list of them is trimmed again";
 inline constexpr W no_folder = "the folder {folder} could not be made: {reason}";
 inline constexpr W nothing_listed = "contains no alignment";
 inline constexpr W no_place = "is not a file, so that its results have no place: name a folder for them, --into=FOLDER";

@@ -81,6 +81,14 @@ TEST(NameKeys, ProposedWhereFewSpeciesMeet) {
   EXPECT_EQ(found[0].name + " as " + found[0].key, "Homo_sapiens|cox1 as Homo_sapiens");
 }
 
+// Names of one word and of two: two fields would hold the gene of those of one.
+TEST(NameKeys, ProposedForGeneraAndSpeciesTogether) {
+  const std::vector<Proposal> found = proposals({{"Gorilla|nd4", "Homo_sapiens|nd4", "Pan|nd4", "Macaca_mulatta|nd4"},
+                                                 {"Gorilla|nd5", "Homo_sapiens|nd5", "Pan|nd5", "Macaca_mulatta|nd5"}});
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(options_for(found[0].rule), "--name-end='|'");
+}
+
 TEST(NameKeys, ByEachRule) {
   using Style = KeyRule::Style;
   const struct {
