@@ -9,7 +9,7 @@ import { toText } from "./page/packing.js";
 
 const [engine, page] = process.argv.slice(2);
 /** @type {typeof import("trimora")} */
-const { options: ask, presets } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
+const { options: ask, presets, geneticCodes } = await import(pathToFileURL(`${engine}/trimora.mjs`).href);
 // What the page has a control for, without what documents alone need.
 const settings = (await ask()).filter(({ name }) => /^-\w+$/.test(name)).map(({ name, values, standard, least, most }) => ({ name, values, standard, least, most }));
 const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.meta.url));
@@ -17,7 +17,7 @@ const here = (/** @type {string} */ path) => fileURLToPath(new URL(path, import.
 const options = {
   bundle: true, minify: true, write: false, format: "iife", target: "es2022", legalComments: "none", charset: "utf8",
   alias: { trimora: `${engine}/trimora.mjs` },
-  define: { "import.meta.url": '"about:blank"', OPTIONS: JSON.stringify(settings), PRESETS: JSON.stringify(await presets()) }, external: ["node:fs/promises"],
+  define: { "import.meta.url": '"about:blank"', OPTIONS: JSON.stringify(settings), PRESETS: JSON.stringify(await presets()), CODES: JSON.stringify(await geneticCodes()) }, external: ["node:fs/promises"],
 };
 const bundle = async (/** @type {Pick<esbuild.BuildOptions, "entryPoints" | "plugins">} */ more) =>
   (await esbuild.build({ ...options, ...more, write: false })).outputFiles?.[0].text ?? "";

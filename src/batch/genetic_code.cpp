@@ -167,8 +167,10 @@ bool GeneticCode::stops(std::string_view codon, bool at_end) const {
   return any && all;
 }
 
-std::string_view genetic_code_numbers() {
-  return "1 to 6, 9 to 16 or 21 to 33";
+std::vector<int> genetic_code_numbers() {
+  std::vector<int> numbers;
+  for (const NumberedCode& code : codes) numbers.push_back(code.number);
+  return numbers;
 }
 
 }  // namespace trimora::rooms

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace trimora::rooms {
 
@@ -19,6 +20,8 @@ class GeneticCode {
   bool starts(std::string_view codon) const;
   /// Whether it can be nothing but a stop; `at_end`: also one that is a residue elsewhere.
   bool stops(std::string_view codon, bool at_end = false) const;
+  /// The residues of all codons, TTT, TTC, TTA, TTG, TCT ... GGG; * stops.
+  std::string_view residues() const { return {residues_.data(), residues_.size()}; }
 
  private:
   std::array<char, 64> residues_{};  // in the order of TCAG; * stops
@@ -26,7 +29,7 @@ class GeneticCode {
   std::array<bool, 64> both_{};  // codons of a residue that also stop, at the end
 };
 
-/// The numbers, as "1 to 6, 9 to 16, ...".
-std::string_view genetic_code_numbers();
+/// The numbers that there are, ascending.
+std::vector<int> genetic_code_numbers();
 
 }  // namespace trimora::rooms

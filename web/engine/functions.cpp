@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "batch/genetic_code.h"
 #include "selection/presets.h"
 #include "selection/selection_state.h"
 #include "trimora/trimora.h"
@@ -146,6 +147,17 @@ EXPORTED Bytes* trimora_presets() {
     if (p.b2) all += "\"b2\":" + json(std::to_string(p.b2->number) + (p.b2->percent ? "%" : "")) + ',';
     all += "\"b3\":" + std::to_string(p.b3) + ",\"b4\":" + std::to_string(p.b4) +
            ",\"gaps\":" + json(gap_names[static_cast<int>(p.gaps)]) + "}}";
+  }
+  return handed_text(all + ']');
+}
+
+/// The genetic codes, as JSON: the number of each and its residues, as GeneticCode has them.
+EXPORTED Bytes* trimora_genetic_codes() {
+  std::string all = "[";
+  for (const int number : trimora::rooms::genetic_code_numbers()) {
+    all += all.size() > 1 ? ",{" : "{";
+    all += "\"number\":" + std::to_string(number) +
+           ",\"residues\":" + json(trimora::rooms::GeneticCode::numbered(number)->residues()) + '}';
   }
   return handed_text(all + ']');
 }

@@ -359,6 +359,12 @@ export async function presets(given = {}) {
   return JSON.parse(string(c, c._trimora_presets()));
 }
 
+/** @type {Types["geneticCodes"]} */
+export async function geneticCodes(given = {}) {
+  const c = await core(given);
+  return JSON.parse(string(c, c._trimora_genetic_codes()));
+}
+
 /** @type {Types["standards"]} */
 export async function standards(size, given = {}) {
   const c = await core(given), number = whole("size", size);

@@ -29,6 +29,7 @@ export interface Core {
   _trimora_forget(): void;
   _trimora_options(): number;
   _trimora_presets(): number;
+  _trimora_genetic_codes(): number;
   _trimora_standard(numseq: number, b2: number): number;
   _trimora_read(bytes: number, size: number): number;
   _trimora_alignment(size: number, texts: number, kind: number): number;

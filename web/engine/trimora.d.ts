@@ -209,5 +209,15 @@ export interface Preset {
 /** All presets. */
 export function presets(given?: Pick<Given, "program">): Promise<Preset[]>;
 
+/** A genetic code. */
+export interface GeneticCode {
+  /** At NCBI. */
+  number: number;
+  /** Of the 64 codons TTT, TTC, TTA, TTG, TCT ... GGG; * stops. */
+  residues: string;
+}
+/** All genetic codes, by their numbers. */
+export function geneticCodes(given?: Pick<Given, "program">): Promise<GeneticCode[]>;
+
 /** b1 and b2 by default for an alignment of `size` sequences. This b1 is also the least. */
 export function standards(size: number, given?: Pick<Given, "program">): Promise<{ b1: number; b2: number }>;

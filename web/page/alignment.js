@@ -1,6 +1,7 @@
 // Draws the part of the alignment that is in sight: letters and names, and the layers below. On any surface.
 
 import { classColours, codonPositions, isCodons, layers, signs } from "./layers.js";
+import { residuesOf } from "./parameters.js";
 import { extent, letterAt, positionAt, sequenceAt } from "./sight.js";
 import { isNucleic } from "./state.js";
 import { colour } from "./theme.js";
@@ -34,14 +35,11 @@ function coloursOf(now) {
 
 const capital = (/** @type {number} */ c) => (c >= 97 && c <= 122 ? c - 32 : c);
 
-/** The standard genetic code, codons in the order TCAG. */
-const aminoAcids = "FFLLSSSSYY**CC*WLLLLPPPPHHQQRRRRIIIMTTTTNNKKSSRRVVVVAAAADDEEGGGG";
-
-/** The amino acid of a codon that begins at position p of sequence i. @param {import("./state.js").Tile | null} tile @param {number} i @param {number} p @param {number} nupo */
-function aminoAcid(tile, i, p, nupo) {
+/** The amino acid of a codon that begins at position p of sequence i. @param {State} now @param {number} i @param {number} p @param {number} nupo */
+function aminoAcid({ tile, values }, i, p, nupo) {
   if (p + 2 > nupo) return " ";
   const codes = [0, 1, 2].map((k) => "TCAG".indexOf(String.fromCharCode(capital(letterAt(tile, i, p + k))).replace("U", "T")));
-  if (codes.every((code) => code >= 0)) return aminoAcids[codes[0] * 16 + codes[1] * 4 + codes[2]];
+  if (codes.every((code) => code >= 0)) return residuesOf(values)[codes[0] * 16 + codes[1] * 4 + codes[2]];
   return [0, 1, 2].every((k) => letterAt(tile, i, p + k) === 45) ? "-" : "X";
 }
 
@@ -81,7 +79,7 @@ export function drawAlignment(surface, now, { width, rows, columns: fit, names }
         const back = now.palette === "report" ? (agrees ? "black" : "") : of ?? "";
         if (back) surface.rect(x(d), y(row), cell.width, cell.height, back);
         const fill = now.palette === "report" ? (agrees ? of ?? "white" : ink) : of ? "black" : ink;
-        const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(now.tile, i, p - 1, nupo) : " ";
+        const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(now, i, p - 1, nupo) : " ";
         surface.text(x(d) + cell.width / 2, middle, text, fill, { size: 13, align: "center", mono: true });
       }
     }

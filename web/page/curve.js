@@ -52,7 +52,7 @@ export function connect() {
     clearTimeout(waiting);
     const mine = ++turn, name = now.focused;
     for (const place of document.querySelectorAll(".curve")) if (place.id !== `${name}-curve`) place.replaceChildren();
-    if (!name || !now.columns || invalid(now)) return;
+    if (!name || name === "code" || !now.columns || invalid(now)) return; // each code keeps the same
     waiting = setTimeout(async () => {
       const { values } = state, row = shownRow(state), list = range(name), nupo = Number(row?.positions);
       // The other one of b1 and b2 as a number too: the program wants both in one unit.

@@ -1,6 +1,7 @@
 // The form of the parameters, made of their table.
 
-import { bounds, fromLink, inForce, parameters, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
+import { isCodons } from "./layers.js";
+import { bounds, fromLink, inForce, letterNames, parameters, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
 import { element, make, shares, show, showWhen, size, state, update } from "./state.js";
 
 /** Set one value, "" for the default. The program wants shares of both b1 and b2, or of neither. @param {string} name @param {string} value */
@@ -37,11 +38,11 @@ function unit() {
   return row;
 }
 
-/** A button for each preset, which leaves the type of sequence as it is. */
+/** A button for each preset, which leaves what the letters are. */
 function ofPresets() {
   return presets.map(({ name, values }) => {
     const button = make("button", { type: "button" }, name);
-    button.addEventListener("click", () => update({ asShares: null, values: { ...(state.values.t ? { t: state.values.t } : {}), ...values } }));
+    button.addEventListener("click", () => update({ asShares: null, values: { ...Object.fromEntries(letterNames.map((one) => [one, state.values[one] ?? ""])), ...values } }));
     show((now) => button.setAttribute("aria-pressed", String(presetOf(now.values) === name)));
     return button;
   });
@@ -88,7 +89,8 @@ function field({ name, label, effect, choices, slider }) {
       control.setAttribute("aria-invalid", String(known && why !== ""));
     }
     row.classList.toggle("changed", value !== "");
-    row.toggleAttribute("inert", name !== "t" && Boolean(now.values.preset)); // every column is kept
+    row.hidden = name === "code" && !isCodons(now);
+    row.toggleAttribute("inert", !letterNames.includes(name) && Boolean(now.values.preset)); // every column is kept
   });
 
   const row = make("div", { className: "field" },

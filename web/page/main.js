@@ -31,6 +31,7 @@ let again = false; // and another one is due after it
 /** What the program wrote on standard error, line by line, in the page's words. @param {string} stderr */
 const linesOf = (stderr) => stderr.split("\n").filter((line) => line)
   .map((line) => line.replace(/^trimora-run: /, "").replace(" in /here", "") // the engine's own folder
+    .replace(/another code: --code=/, "another code: choose it under “Genetic code”")
     .replace(/there is not enough memory( \(.*\))?/, noMemory));
 
 /** @param {unknown} error */

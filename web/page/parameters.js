@@ -35,7 +35,21 @@ function choicesOf(name) {
 }
 
 /** @param {string} name @param {Pick<Parameter, "label" | "effect">} words @returns {Parameter} */
-const chosen = (name, words) => ({ name, ...words, choices: choicesOf(name), standard: () => 0, range: () => [0, 0, "", ""] });
+const chosen = (name, words, choices = choicesOf(name)) => ({ name, ...words, choices, standard: () => 0, range: () => [0, 0, "", ""] });
+
+/** Who has each genetic code. @type {Record<number, string>} */
+const codeNames = {
+  1: "standard", 2: "mitochondria of vertebrates", 3: "mitochondria of yeast", 4: "mitochondria of moulds, protozoa; Mycoplasma",
+  5: "mitochondria of invertebrates", 6: "ciliates", 9: "mitochondria of echinoderms, flatworms", 10: "Euplotes", 11: "bacteria, plastids",
+  12: "Candida and other yeasts", 13: "mitochondria of ascidians", 14: "mitochondria of some flatworms", 15: "Blepharisma",
+  16: "mitochondria of Chlorophyceae", 21: "mitochondria of trematodes", 22: "mitochondria of Scenedesmus", 23: "mitochondria of Thraustochytrium",
+  24: "mitochondria of Rhabdopleuridae", 25: "SR1, Gracilibacteria", 26: "Pachysolen", 27: "Karyorelictea", 28: "Condylostoma",
+  29: "Mesodinium", 30: "Peritrichia", 31: "Blastocrithidia", 32: "plastids of Balanophoraceae", 33: "mitochondria of Cephalodiscidae",
+};
+const codeChoices = Object.fromEntries(CODES.map(({ number }) => [number === 1 ? "" : number, [number, codeNames[number]].filter((word) => word).join(" ")]));
+
+/** The residues of all codons, in the order of TCAG, under the code of the values. @param {Record<string, string>} values */
+export const residuesOf = ({ code }) => CODES.find(({ number }) => number === Number(code || 1))?.residues ?? "";
 
 /** A number whose range is always the same. @param {string} name @param {Pick<Parameter, "label" | "effect" | "slider">} words @returns {Parameter} */
 function fixed(name, words) {
@@ -46,6 +60,7 @@ function fixed(name, words) {
 /** In the order in which the program has to read them: b1 is checked against b2, b4 sets b0. @type {Parameter[]} */
 export const parameters = [
   chosen("t", { label: "Type of sequence", effect: "Codons: scored like DNA, blocks end at whole codons" }),
+  chosen("code", { label: "Genetic code", effect: "For amino acids and notes on stop codons; the blocks stay the same" }, codeChoices),
   { name: "b2", label: "Sequences for a flank position",
     effect: "Higher keeps less: blocks begin and end at stricter positions",
     standard: ({ b2 }, value) => Math.max(b2, value("b1")),
@@ -62,7 +77,7 @@ export const parameters = [
 ];
 
 /** In the order in which people think of them. */
-export const shownOrder = ["t", "b1", "b2", "b3", "b4", "b0", "b5", "b6"];
+export const shownOrder = ["t", "code", "b1", "b2", "b3", "b4", "b0", "b5", "b6"];
 
 const find = (/** @type {string} */ name) => parameters.find((parameter) => parameter.name === name);
 
@@ -116,7 +131,9 @@ export function shareBounds(values, name, size) {
   return { least: fitting[0] ?? 0, most: fitting[fitting.length - 1] ?? 100 };
 }
 
-const blockNames = parameters.map(({ name }) => name).filter((name) => name !== "t");
+/** The parameters that say what the letters are: presets leave them. */
+export const letterNames = ["t", "code"];
+const blockNames = parameters.map(({ name }) => name).filter((name) => !letterNames.includes(name));
 
 /** The presets as values, which hold what differs from the defaults; `preset` is for the one that keeps every column. */
 export const presets = PRESETS.map(({ name, every, parameters: { b2 = "", b3, b4, gaps = "" } }) => {
@@ -125,18 +142,19 @@ export const presets = PRESETS.map(({ name, every, parameters: { b2 = "", b3, b4
   return { name, values: Object.fromEntries(Object.entries(all).filter(([b, value]) => value && (every || value !== option(b).standard))) };
 });
 
-/** The preset that the values are, whatever the type of sequence; "": none of them. @param {Record<string, string>} values */
+/** The preset that the values are, whatever the letters are; "": none of them. @param {Record<string, string>} values */
 export const presetOf = (values) =>
   presets.find((one) => ["preset", ...blockNames].every((name) => (values[name] || "") === (one.values[name] || "")))?.name ?? "";
 
 /** What is said of the values: those that differ from their defaults, or the preset that they are. @param {Record<string, string>} values */
 function said(values) {
-  const preset = presetOf(values), given = (preset ? ["t"] : ["t", ...blockNames]).filter((name) => values[name]).map((name) => [name, values[name]]);
+  const preset = presetOf(values), possible = values.t === "C" ? letterNames : ["t"];
+  const given = (preset ? possible : [...possible, ...blockNames]).filter((name) => values[name]).map((name) => [name, values[name]]);
   return blockNames.concat("preset").some((name) => preset && values[name]) ? [...given, ["preset", preset]] : given;
 }
 
 /** The options that differ from their defaults. @param {Record<string, string>} values */
-export const options = (values) => said(values).map(([name, value]) => `-${name === "preset" ? "-preset" : name}=${value}`);
+export const options = (values) => said(values).map(([name, value]) => `${name.length > 2 ? "--" : "-"}${name}=${value}`);
 
 /** What the address holds, as `example=globins&b3=4&b5=H`. @param {Record<string, string>} values @param {string} [example] */
 export const toLink = (values, example) => new URLSearchParams([...(example ? [["example", example]] : []), ...said(values)]).toString();
@@ -145,11 +163,11 @@ export const toLink = (values, example) => new URLSearchParams([...(example ? [[
 export function fromLink(link) {
   const found = new URLSearchParams(link);
   const values = { ...presets.find(({ name }) => name === found.get("preset"))?.values };
-  for (const { name, choices } of values.preset ? parameters.slice(0, 1) : parameters) {
+  for (const { name, choices } of parameters.filter((one) => !values.preset || letterNames.includes(one.name))) {
     const value = found.get(name);
     if (value === null) continue;
-    const letter = value.slice(0, 1).toUpperCase();
-    if (choices ? letter in choices : /^\d{1,5}$/.test(value) || (/^b[12]$/.test(name) && /^\d{1,3}%$/.test(value))) values[name] = choices ? letter : value;
+    const choice = choices && Object.hasOwn(choices, value) ? value : value.slice(0, 1).toUpperCase();
+    if (choices ? choice in choices : /^\d{1,5}$/.test(value) || (/^b[12]$/.test(name) && /^\d{1,3}%$/.test(value))) values[name] = choices ? choice : value;
   }
   return values;
 }

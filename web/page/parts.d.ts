@@ -7,3 +7,5 @@ declare module "packed:*" {
 declare const OPTIONS: Omit<import("trimora").Option, "brief">[];
 /** Its presets. */
 declare const PRESETS: import("trimora").Preset[];
+/** The genetic codes. */
+declare const CODES: import("trimora").GeneticCode[];

@@ -222,7 +222,7 @@ export function connect() {
 
   showWhen((now) => [now.letters], () => (focus = { row: 1, column: 1 }));
   showWhen((now) => [now.tile], () => unsaid && speak());
-  showWhen((now) => [now.letters, now.tile, now.columns, now.first, now.top, now.trimmed, now.order, now.gaps, now.at, now.marked, now.values.t, now.palette, now.translated], align);
+  showWhen((now) => [now.letters, now.tile, now.columns, now.first, now.top, now.trimmed, now.order, now.gaps, now.at, now.marked, now.values.t, now.values.code, now.palette, now.translated], align);
   watchTheme(draw);
   new ResizeObserver(align).observe(box);
 }

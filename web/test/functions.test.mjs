@@ -5,7 +5,7 @@ import { test } from "node:test";
 import { gzipSync } from "node:zlib";
 import { bytes, engine, globins, run } from "./harness.mjs";
 
-const { TrimoraError, alignment, codons, counts, options, presets, read, select, standards, supermatrix, trim, write } = engine;
+const { TrimoraError, alignment, codons, counts, geneticCodes, options, presets, read, select, standards, supermatrix, trim, write } = engine;
 const { columnsOf, parametersOf } = await import("../page/columns.js");
 
 /** Numbers that look random and are the same each time. @param {number} seed */
@@ -113,6 +113,16 @@ test("names and letters come out as they went in, and parts of rows are copies",
   const proteins = await alignment({ x: "MK-", y: "MKL" }, { kind: "protein" });
   assert.deepEqual(codons(proteins, { y: "ATGAAACTG", x: "ATGAAA" }).sequences, ["ATGAAA---", "ATGAAACTG"]);
   assert.deepEqual(trim(ali, { columns: Int32Array.of(0, 4), kind: "dna" }).sequences, ["AT", "AT"]);
+});
+
+test("the residues of each genetic code are those by which codons are checked", async () => {
+  const codes = await geneticCodes(), all = Array.from({ length: 64 }, (_, n) => [n >> 4, (n >> 2) & 3, n & 3].map((k) => "TCAG"[k]).join(""));
+  assert.equal(codes.length, 27);
+  for (const { number, residues } of codes) {
+    const protein = residues.replaceAll("*", ""), coding = all.filter((_, n) => residues[n] !== "*").join("");
+    const proteins = await alignment({ a: protein, b: protein }, { kind: "protein" });
+    assert.deepEqual(codons(proteins, { a: coding, b: coding }, { code: number }).sequences, [coding, coding], String(number));
+  }
 });
 
 test("what is wrong is an error that says what, where and in words", async () => {

@@ -21,7 +21,7 @@ export const url = pathToFileURL(TRIMORA_PAGE).href;
 export const engine = await import(new URL("package/trimora.mjs", url).href);
 export const { compile, run } = engine;
 // What the build puts into the page's modules.
-Object.assign(globalThis, { OPTIONS: await engine.options(), PRESETS: await engine.presets() });
+Object.assign(globalThis, { OPTIONS: await engine.options(), PRESETS: await engine.presets(), CODES: await engine.geneticCodes() });
 
 /** @param {string} name */
 export const example = (name) => readFileSync(new URL(`../../examples/${name}`, import.meta.url));

@@ -8,7 +8,7 @@ import { gzipSync } from "node:zlib";
 import axe from "axe-core";
 import { unzipSync } from "fflate";
 import { browsers } from "./browsers.mjs";
-import { bytes, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
+import { bytes, example, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
 
 /** Positions that the native program selects in the globins. @param {string[]} args */
 function selected(...args) {
@@ -384,6 +384,45 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.equal(rowOf(await picture(), "one"), codon);
     const lines = (await picture()).match(/<rect [^>]*width="1" height="(\d+)"[^>]*>/g) ?? [];
     assert(lines.filter((line) => !/height="4"/.test(line)).length >= codon.length / 3, "a line before each codon");
+    await on.press("#defaults");
+  });
+
+  test("codons: amino acids, notes, address and command follow the genetic code", async () => {
+    await on.drop({ "nd4.fas": example("genes/nd4.fas") }); // of mitochondria
+    await on.press("#defaults");
+    await on.says("openh", "nd4.fas, 12 sequences");
+    const offered = () => on.page.$eval("#code", (select) => select.checkVisibility());
+    assert.equal(await offered(), false);
+    await on.enter("t", "C");
+    await on.says("notes", "first is TGA at column 151 of sequence 1 (Gorilla): does the first column begin a codon? Mitochondria and some others have another code: choose it under “Genetic code”");
+    assert.equal(await offered(), true);
+    await on.page.$eval("input#find", (field) => { field.value = "151"; });
+    await on.page.$eval("form#finding", (form) => form.requestSubmit());
+    await on.press("#translated");
+    const reads = async (/** @type {string} */ residues) => {
+      await on.settled();
+      await on.page.waitForSelector("#viewer[aria-busy=false]");
+      const row = rowOf(await picture(), "Gorilla").replaceAll(" ", "");
+      assert(row.includes(residues), row);
+    };
+    const unstopped = () => on.page.waitForFunction(() => !document.getElementById("notes")?.textContent?.includes("stop codons"));
+    await reads("AL**LLASLA");
+    await on.enter("code", "2");
+    await reads("ALWWLLASLA");
+    await unstopped();
+    assert.match(String(await on.text("command")), /^trimora-run nd4.fas -t=C --code=2( |$)/);
+    await on.page.waitForFunction(() => location.hash === "#t=C&code=2");
+    await on.press("#undo");
+    await reads("AL**LLASLA");
+    await on.says("notes", "stop codons");
+    await on.page.evaluate(() => { location.hash = "#preset=none&t=C&code=13"; });
+    await reads("ALWWLLASLA");
+    await unstopped();
+    await on.enter("t", "D");
+    await on.settled();
+    assert.match(String(await on.text("command")), /^trimora-run nd4.fas -t=D --preset=none( |$)/);
+    assert.equal(await offered(), false);
+    await on.press("#translated");
     await on.press("#defaults");
   });
 
