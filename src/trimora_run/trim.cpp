@@ -297,8 +297,9 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
     outcome.left_out = LeftOut{"--min-columns", "alignment", "", few};
     return;
   }
-  for (std::string& note : notes_on_selection(ali, outcome.found, by_letters, run))
+  for (std::string& note : notes_on_selection(ali, outcome.found, by_letters, run)) {
     outcome.notes.push_back(std::move(note));
+  }
   if (settings.filter()) {
     write_to_output(outcome, settings);
   } else {
