@@ -59,8 +59,7 @@ def with_interval(value, width, digits):
 
 def change(setting, size, *cells, measure="rf", digits=None):
     found = keys(setting, size, cells)
-    values = [value for key in found for value in differences(FOUND, key, measure)]
-    return with_interval(*interval(values), digits or (3 if len(found) > 5 else 2))
+    return with_interval(*interval(*(differences(FOUND, key, measure) for key in found)), digits or (3 if len(found) > 5 else 2))
 
 
 def false_change(*what):
@@ -76,8 +75,12 @@ def rows(setting, size, *cells):
     return [row for key in keys(setting, size, cells) for row in FOUND[key].values()]
 
 
-def over_trees(value, digits):
-    return lambda *what: f"{mean(value(row) for row in rows(*what) if row['rf']):.{digits}f}"
+def over_cells(value, digits, trees=True):
+    """The mean over the cells of their means, over trees or over all replicates."""
+    def said(*what):
+        cells = [[value(row) for row in FOUND[key].values() if row["rf"] or not trees] for key in keys(*what[:2], what[2:])]
+        return f"{mean(mean(values) for values in cells if values):.{digits}f}"
+    return said
 
 
 def by_half(half):
@@ -123,7 +126,7 @@ def replicates():
 
 
 def limits(setting, size, *cells):
-    middle, width = interval([value for key in keys(setting, size, cells) for value in differences(FOUND, key)])
+    middle, width = interval(*(differences(FOUND, key) for key in keys(setting, size, cells)))
     return middle - width, middle + width
 
 
@@ -158,10 +161,10 @@ def wrapped(block):
 
 SAID = {
     "change": change, "false_change": false_change, "range": range_, "judged": by_half("judged"), "chosen": by_half("chosen"),
-    "false": over_trees(lambda row: int(row["false_believed"]), 2),
-    "right": over_trees(lambda row: int(row["believed"]) - int(row["false_believed"]), 1),
-    "length": over_trees(lambda row: float(row["length"]), 2),
-    "columns": lambda *what: f"{100 * mean(int(row['columns']) / int(row['of']) for row in rows(*what)):.0f}",
+    "false": over_cells(lambda row: int(row["false_believed"]), 2),
+    "right": over_cells(lambda row: int(row["believed"]) - int(row["false_believed"]), 1),
+    "length": over_cells(lambda row: float(row["length"]), 2),
+    "columns": over_cells(lambda row: 100 * int(row["columns"]) / int(row["of"]), 0, trees=False),
     "empty": lambda *what: str(sum(not row["rf"] for row in rows(*what))), "rows": lambda *what: str(len(rows(*what))),
     "pairs": pairs, "left_out": lambda *what: str(100 - int(pairs("wrong", *what))), "identity": identity,
     "cells": lambda: str(len(keys("none", "one"))), "replicates": replicates, "iqtree": iqtree, "better": better_ones,

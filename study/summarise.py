@@ -5,7 +5,7 @@ whose trimmed alignment is empty has no tree: it is counted, and is in no mean.
 """
 from collections import defaultdict
 from pathlib import Path
-from statistics import NormalDist, mean, stdev
+from statistics import NormalDist, mean, variance
 
 from files import HERE, read_cells, read_table, write_table
 
@@ -24,11 +24,19 @@ def student(freedom):
             + (3 * z ** 7 + 19 * z ** 5 + 17 * z ** 3 - 15 * z) / (384 * n ** 3))
 
 
-def interval(values):
-    """The mean and the half width of its interval; no width where there are fewer than three values."""
-    if not values:
+def interval(*cells):
+    """The mean over the cells, each of which counts alike, whatever its number of values, and the half width of its
+    interval; no width where there are fewer than three values. What one value alone leaves open, the others tell."""
+    cells = [values for values in cells if values]
+    if not cells:
         return None, None
-    return mean(values), student(len(values) - 1) * stdev(values) / len(values) ** 0.5 if len(values) > 2 else None
+    freedom = sum(len(values) - 1 for values in cells)
+    middle = mean(mean(values) for values in cells)
+    if freedom < 2:
+        return middle, None
+    pooled = sum((len(values) - 1) * variance(values) for values in cells if len(values) > 1) / freedom
+    spread = sum((variance(values) if len(values) > 1 else pooled) / len(values) for values in cells)
+    return middle, student(freedom) * spread ** 0.5 / len(cells)
 
 
 def shown(value, digits=3):
@@ -89,10 +97,11 @@ def judged_table(found):
             for variant in names:
                 keys = [key for key in found if key[0] == "trees" and key[3] == variant and (key[2] == 1) == (genes == "one")
                         and order.index(key[1]) % 2 in parities]
-                rf, false = ([value for key in keys for value in differences(found, key, measure, parities)]
+                rf, false = ([differences(found, key, measure, parities) for key in keys]
                              for measure in ("rf", "false_believed"))
-                if variant != "none" and rf:
-                    yield [half, genes, variant, len(keys), len(rf), *map(shown, (*interval(rf), *interval(false)))]
+                if variant != "none" and any(rf):
+                    yield [half, genes, variant, len(keys), sum(map(len, rf)),
+                           *map(shown, (*interval(*rf), *interval(*false)))]
 
 
 if __name__ == "__main__":
