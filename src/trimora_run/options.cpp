@@ -329,9 +329,8 @@ void check(const CommandLine& line) {
     refuse("--codons goes with proteins, not with " + line.given.at("-t"));
   }
   if (s.join) {
-    for (const char* option :
-         {"--preset", "-b0", "-b1", "-b2", "-b3", "-b4",       "-b5",          "-b6",           "-s",      "-p", "-k",
-          "-d",       "-n",  "-u",  "-a",  "-w",  "--columns", "--min-filled", "--min-columns", "--codons"}) {
+    for (const char* option : {"--preset", "-s", "-p", "-k", "-d", "-n", "-u", "-a", "-w", "--columns", "--min-filled",
+                               "--min-columns", "--codons"}) {
       const bool on =
           line.has(option) && !line.given.at(option).ends_with("=n") && !line.given.at(option).ends_with("=N");
       if (on) refuse(line.given.at(option) + " does not go with --join, which selects nothing");
