@@ -60,6 +60,11 @@ def look(path):
     return [str(status.st_size), str(status.st_mtime_ns), status[1:3]] if status else ["-", "-", path]
 
 
+def place(path):
+    """Of the link to an alignment, and so of its results, in the folder of all of them."""
+    return path.lstrip("/").replace("../", "__/")
+
+
 # Before anything is submitted.
 
 
@@ -82,8 +87,9 @@ def read_paths(name):
     paths, members, listed = [os.fsdecode(line) for line in lines if line and line[:1] != b"#"], {}, {}
     for path in paths:
         *members[path], file = path, *look(path)
-        if listed.setdefault(file, path) is not path:
-            raise Refused(f"paths file {name}: {path} and {listed[file]} are the same file: leave one out")
+        for key, fault in (file, "are the same file: leave one out"), (place(path), "would have their results in the same place"):
+            if listed.setdefault(key, path) is not path:
+                raise Refused(f"paths file {name}: {path} and {listed[key]} {fault}")
     if any("\t" in path for path in paths) or all(size == "-" for _, size, _ in members.values()):
         raise Refused(f"paths file {name}: no line is the path of a file seen from {os.getcwd()}, or one has a tab")
     return members
@@ -178,12 +184,12 @@ def run(part, program, options, files, start="."):
 
 def trim(part, program, options, members):
     """A batch over links, so that what is written beside an alignment is in part/alignments."""
-    home, places = f"{part}/alignments", [path.lstrip("/").replace("../", "__/") for path, *_ in members]
-    for folder in set(map(os.path.dirname, places)):
+    home = f"{part}/alignments"
+    for folder in {os.path.dirname(place(path)) for path, *_ in members}:
         os.makedirs(f"{home}/{folder}", exist_ok=True)
-    for place, (path, *_) in zip(places, members):
-        os.symlink(os.path.abspath(path), f"{home}/{place}")
-    run(part, program[0], options, places, home)
+    for path, *_ in members:
+        os.symlink(os.path.abspath(path), f"{home}/{place(path)}")
+    run(part, program[0], options, [place(path) for path, *_ in members], home)
     subprocess.run(["find", home, "-type", "l", "-delete"], check=True)
 
 
