@@ -40,6 +40,7 @@ set_source_files_properties(
   ${faces}/trimora_run/result_paths.cpp
   ${faces}/trimora_run/run.cpp
   ${faces}/trimora_run/wildcards.cpp
+  ${faces}/library/joining.cpp
   ${faces}/library/library.cpp
   ${faces}/batch/codons.cpp
   ${faces}/batch/genetic_code.cpp
