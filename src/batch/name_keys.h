@@ -59,7 +59,7 @@ using Names = std::vector<std::string>;  // of one gene
 /// The rules under which two of the keys, and a sixth of them, are in two genes or more. Each finds a key in every name,
 /// twice the same in no gene, and cuts off only what is the same in a whole gene (a locus) or new in each (an accession):
 /// what recurs with the same key may be an epithet or a voucher. Of rules whose keys are parts of another's keys, only the
-/// longest stays.
+/// longest stays, unless a smaller share of its keys meets.
 std::vector<Proposal> proposals(const std::vector<Names>& genes);
 
 }  // namespace trimora::rooms

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "input/assembly.h"
 #include "input/lines.h"
 #include "input/words.h"
 

@@ -17,7 +17,8 @@ inline constexpr Preset presets[] = {
   //                                         kind b1  b2                    b3 b4  b0  gaps      similarity every
   {"classic", "-b2=85% -b3=8 -b4=10 -b5=n", {}},
   {"relaxed", "-b2=51% -b3=8 -b4=5 -b5=h",  {{}, {}, Sequences{51, true}, 8, 5,  {}, Gaps::half}},
-  {"none",    "every column that holds a residue is kept, but for inserts", {{}, {}, {},                  8, 10, {}, Gaps::none, true,  true}},
+  {"none",    "every column that holds a residue is kept, but for inserts",
+                                            {{}, {}, {},                  8, 10, {}, Gaps::none, true,  true}},
 };
 // clang-format on
 

@@ -39,17 +39,13 @@ std::string emptiest(std::vector<Filled> all) {
 
 /// The value of a parameter as it was given, as the preset has it, or by default.
 std::string value_of(const Option& option, const Settings& settings) {
-  const std::string begin = std::string(option.name) + '=';
-  std::string value(option.standard);
+  if (const std::string* word = settings.given_as(option.name)) return word->substr(word->find('=') + 1);
+  const std::string begin = ' ' + std::string(option.name) + '=';
   const std::string preset = ' ' + std::string(settings.preset->stands_for) + ' ';
-  if (const std::size_t at = preset.find(' ' + begin); at != preset.npos) {
-    const std::size_t first = at + 1 + begin.size();
-    value = preset.substr(first, preset.find(' ', first) - first);
-  }
-  for (const auto& [name, word] : settings.given) {
-    if (name == option.name) value = word.substr(word.find('=') + 1);
-  }
-  return value;
+  const std::size_t at = preset.find(begin);
+  if (at == preset.npos) return std::string(option.standard);
+  const std::size_t first = at + begin.size();
+  return preset.substr(first, preset.find(' ', first) - first);
 }
 
 }  // namespace

@@ -94,7 +94,8 @@ bool ends_like_result(std::string_view name, const Settings& settings) {
 }
 
 /// Leave our own results out of files that were named together, `others` among them, which are no alignments: what ends
-/// like a result, and what this run would write under its name. A file that a result would reach through a link is an input like any other.
+/// like a result, and what this run would write under its name. A file that a result would reach through a link is an
+/// input like any other.
 void leave_out_results(Plan& plan, std::vector<std::string> others, const Settings& settings) {
   Places places;
   const auto identity = [&](const std::string& path) { return places.of(path) + '\n' + getpath(path).name_file; };

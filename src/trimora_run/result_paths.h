@@ -35,7 +35,8 @@ std::string codons_path(const OutputState& run);
 /// The selected blocks of an alignment in the first form.
 std::string blocks_path(const OutputState& run, const Settings& settings);
 
-/// The alignment that the result `path` was made of: gene.fas for gene.fas-tr.fasta. `path`: it is no result of ours.
+/// The alignment that the result `path` was made of: gene.fas for gene.fas-tr.fasta; `path` itself where it is no
+/// result of ours.
 std::string source_of(const std::string& path, const Settings& settings);
 
 /// The table of the names that changed in the files whose names begin with `path`.

@@ -1,6 +1,5 @@
 #include "trimora_run/run.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -43,8 +42,7 @@ std::string account_of(const Outcome& outcome) {
 /// "preset classic, the default: -b2=85% -b3=8 -b4=10 -b5=n; instead: -b3=6", for the methods section of a paper.
 std::string preset_of(const Settings& settings) {
   const Preset& preset = *settings.preset;
-  const bool given = std::any_of(settings.given.begin(), settings.given.end(),
-                                 [](const auto& option) { return option.first == "--preset"; });
+  const bool given = settings.given_as("--preset") != nullptr;
   std::string line = "preset " + std::string(preset.name) + (given ? ": " : ", the default: ");
   line += preset.stands_for;
   if (!settings.in_place_of_preset.empty()) line += "; instead: " + settings.in_place_of_preset;

@@ -1,7 +1,9 @@
 // What the command line asks trimora-run to do. Made once, then const.
 #pragma once
+#include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -80,6 +82,11 @@ struct Settings : Parameters {
   bool strict = false;   // --strict: a note makes the status 1
   bool quiet = false;    // --quiet: no account on standard output
 
+  /// The option of this name as it was given, as "-b1=60%"; null where it was not.
+  const std::string* given_as(std::string_view option) const {
+    const auto found = std::find_if(given.begin(), given.end(), [&](const auto& each) { return each.first == option; });
+    return found == given.end() ? nullptr : &found->second;
+  }
   /// Whether the alignment is the standard input, and its blocks go to the standard output.
   bool filter() const { return files.size() == 1 && files.front() == "-"; }
   /// How names tell their species.

@@ -220,10 +220,7 @@ void write_to_output(const Outcome& outcome, const Settings& settings) {
 
 /// Whether b2 had to be raised to a b1 that was given, or to half of the sequences + 1 where b2 was.
 bool follows_b1(const Settings& settings, const SelectionState& run) {
-  const auto given = [&](std::string_view name) {
-    return std::any_of(settings.given.begin(), settings.given.end(), [&](const auto& o) { return o.first == name; });
-  };
-  if (!given("-b1") && !given("-b2")) return false;
+  if (settings.given_as("-b1") == nullptr && settings.given_as("-b2") == nullptr) return false;
   SelectionState by_default = run;
   derive_defaults(by_default);
   return run.flankval > (settings.b2 ? number_of(*settings.b2, run.numseq) : by_default.flankval);
