@@ -1,5 +1,6 @@
 // The public header, implemented on the rooms: to read, select, trim and write.
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "ground/version.h"

@@ -331,6 +331,8 @@ TEST_F(Messages, OfRealFiles) {
     {"a.fas -t=P -s=n -p=n -b4=2",      "a.fas: 4 sequences, 5 positions, 5 kept (100 %) in 1 block; protein, by -t\n"},
     {"a.fas -t=P -s=n -p=n -b4=2 -b1=4 --preset=relaxed", "; b2 is 4, as b1\n"},
     {"two.pir -s=n -p=n",               "; protein, as the file says"},
+    {"a.fas -t=P -s=n -p=n -b4=2 -b1=10%", "; b1 is 3, half of the sequences + 1\n"},
+    {"a.fas -t=P -s=n -p=n -b4=2 -b1=3 -b2=3", "1 block; protein, by -t\n"},
     {"ten.phy -s=n -p=n",               "; DNA, by its letters; read as PHYLIP, "},
     {"sets.nex -s=n -p=n",              "; only the first alignment of the file is read; the character sets in the file no longer hold"},
     {"insert.sto -s=n -p=n",            "; 2 columns are inserts and not aligned, as #=GC RF says: never selected\n"},
