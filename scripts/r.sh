@@ -42,7 +42,7 @@ R CMD build --no-manual trimora >build.log 2>&1 || { cat build.log >&2; exit 2; 
 [ "${1:-}" != --tarball ] || { echo "$out"/*.tar.gz; exit; }
 
 (cd "$project" && configure --preset release && build build/release trimora-run)
-export TRIMORA_RUN=$project/build/release/trimora-run
+export TRIMORA_RUN=$project/build/release/trimora-run TRIMORA_EXAMPLES=$project/examples
 R CMD check --no-manual trimora_*.tar.gz || { cat trimora.Rcheck/00install.out trimora.Rcheck/tests/*.Rout.fail >&2 || true; exit 1; }
 status=$(tail -n 3 trimora.Rcheck/00check.log | grep '^Status')
 [[ $status != *WARNING* && $status != *ERROR* ]] || exit 1

@@ -101,17 +101,15 @@ def check_against_table(sel, table):
     }
 
 
-@pytest.mark.parametrize(
-    "file, kind",
-    [("globins.fas", "protein"), ("globins.pir", "protein"), ("primates_mt.fas", "dna"), ("primates_mt.pir", "dna"),
-     ("drawing.fas", "protein")],
-)  # fmt: skip
+@pytest.mark.parametrize("path", [*(project / "examples").rglob("*.fas"), *(project / "examples").rglob("*.pir")], ids=str)
 @pytest.mark.parametrize(
     "parameters",
     [{}, {"gaps": "half", "b4": 5}, {"gaps": "all", "b1": "60%", "similarity": False}, {"preset": "relaxed", "b3": 6},
      {"preset": "none"}],
 )  # fmt: skip
-def test_examples_are_as_the_program_says(file, kind, parameters):
+def test_examples_are_as_the_program_says(examples, path, parameters):
+    file = shutil.copy(path, examples)
+    kind = "protein" if path.stem in ("globins", "drawing") else "dna"
     done = run(file, "--columns", *as_options(kind, parameters))
     assert done.returncode == 0, done.stderr
     check_against_table(trimora.select(trimora.read(file), kind=kind, **parameters), f"{file}-tr.columns.tsv")

@@ -1,4 +1,5 @@
-# All ways in and out, and the table of the program where TRIMORA_RUN names it; TRIMORA_CASES draws more than 50 alignments.
+# All ways in and out, and the table of the program where TRIMORA_RUN names it and TRIMORA_EXAMPLES the folder of examples;
+# TRIMORA_CASES draws more than 50 alignments.
 example_file <- function(name) system.file("extdata", name, package = "trimora")
 program <- Sys.getenv("TRIMORA_RUN")
 
@@ -64,10 +65,12 @@ test_that("examples and drawn alignments are as the program says", {
   skip_if(program == "", "TRIMORA_RUN does not name the program")
   folder <- tempfile()
   dir.create(folder)
-  for (name in c("globins.fas", "primates_mt.fas")) {
-    file <- file.path(folder, name)
-    file.copy(example_file(name), file)
-    kind <- if (name == "globins.fas") "protein" else "dna"
+  examples <- list.files(Sys.getenv("TRIMORA_EXAMPLES"), "[.](fas|pir)$", recursive = TRUE, full.names = TRUE)
+  expect_gt(length(examples), 0)
+  for (example in examples) {
+    file <- file.path(folder, basename(example))
+    file.copy(example, file)
+    kind <- if (grepl("globins|drawing", example)) "protein" else "dna"
     for (parameters in list(list(), list(gaps = "half", b4 = 5), list(gaps = "all", b1 = "60%", similarity = FALSE),
                             list(preset = "relaxed", b3 = 6), list(preset = "none"))) {
       sel <- do.call(select_blocks, c(list(file, kind = kind), parameters))
