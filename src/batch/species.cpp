@@ -23,7 +23,7 @@ Table<std::string> keys_of(const Table<std::string>& name, const KeyRule& rule) 
   return keys;
 }
 
-void check_keys(const Table<std::string>& name, const Table<std::string>& keys) {
+void check_keys(const Table<std::string>& name, const Table<std::string>& keys, const KeyRule& rule) {
   for (int i = 1; i <= name.size(); ++i) {
     if (!keys[i].empty()) continue;
     throw Failure{.kind = Failure::Kind::unfit_name,
@@ -33,13 +33,15 @@ void check_keys(const Table<std::string>& name, const Table<std::string>& keys) 
   }
   const auto [first, second] = same_twice(keys, [](std::string_view key) { return key; });
   if (first == 0) return;
+  const bool by_word = rule.style == KeyRule::Style::word;
   throw Failure{.kind = Failure::Kind::same_name,
                 .sequence = second,
                 .name = keys[first],
                 .detail = ", sequences " + std::to_string(first) + shown(name[first], keys[first]) + " and " +
                           std::to_string(second) + shown(name[second], keys[second]) +
-                          " (paralogs?), and nothing tells which of them belongs to the species: leave one out, or "
-                          "say with --name-end= where the name of the species ends"};
+                          " (paralogs?), and nothing tells which of them belongs to the species: leave one out, or " +
+                          (by_word ? "say with --name-end= where the name of the species ends"
+                                   : "take more of the name with another --name-parts=")};
 }
 
 void Species::add(const Table<std::string>& keys) {

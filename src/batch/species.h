@@ -17,8 +17,8 @@ namespace trimora::rooms {
 Table<std::string> keys_of(const Table<std::string>& name, const KeyRule& rule);
 
 /// Fail when the sequences of one alignment cannot be told apart by their keys: unfit_name when one has none, same_name
-/// when two sequences have the same.
-void check_keys(const Table<std::string>& name, const Table<std::string>& keys);
+/// when two sequences have the same. `rule`, by which the keys were found, decides what is advised.
+void check_keys(const Table<std::string>& name, const Table<std::string>& keys, const KeyRule& rule = {});
 
 /// The species of a batch in the order in which they first appear.
 class Species {

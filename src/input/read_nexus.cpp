@@ -343,6 +343,8 @@ Reading read_nexus(Lines& in) {
     } else if (token->is("FORMAT") && !reading && of_characters) {
       read_format(text, format);
       continue;
+    } else if (token->is("ELIMINATE") && !reading && of_characters) {
+      throw refused_nexus("ELIMINATE");
     } else if (token->is("MATRIX") && of_characters) {
       more = reading.has_value();
       if (!reading) {

@@ -11,9 +11,13 @@ namespace trimora::rooms {
 
 namespace {
 
-std::FILE* opened(const std::string& path) {
+std::FILE* opened(const std::string& path, [[maybe_unused]] OutputFile::Old old) {
+  const char* mode = "wb";
+#ifndef _WIN32  // where nobody else can give a name to a file that is open
+  if (old == OutputFile::Old::refused) mode = "wbx";
+#endif
   errno = 0;
-  std::FILE* file = std::fopen(path.c_str(), "wb");
+  std::FILE* file = std::fopen(path.c_str(), mode);
   if (file != nullptr) return file;
   throw Failure{.kind = Failure::Kind::not_writable, .file = path, .error = errno != 0 ? errno : EIO};
 }
@@ -28,8 +32,8 @@ OutputFile::OutputFile(std::FILE* file, bool stays, std::string* text)
       next_(buffer_.get()),
       limit_(buffer_.get() + buffer_size) {}
 
-OutputFile::OutputFile(const std::string& path) : OutputFile(nullptr, false, nullptr) {
-  file_ = opened(path);
+OutputFile::OutputFile(const std::string& path, Old old) : OutputFile(nullptr, false, nullptr) {
+  file_ = opened(path, old);
   std::setvbuf(file_, nullptr, _IONBF, 0);  // the buffer is ours
 }
 

@@ -12,8 +12,11 @@ namespace trimora::rooms {
 
 class OutputFile {
  public:
-  /// Create the file `path`, or empty it. Fails when it cannot be opened: not_writable.
-  explicit OutputFile(const std::string& path);
+  /// What becomes of a file that is there already.
+  enum class Old { emptied, refused };
+
+  /// Create the file `path`. Fails when it cannot be opened: not_writable, with EEXIST where an old one is refused.
+  explicit OutputFile(const std::string& path, Old old = Old::emptied);
   /// A stream that stays open, such as standard output.
   explicit OutputFile(std::FILE* stream);
   /// Text in memory, which has to outlive this.

@@ -1,5 +1,6 @@
 #include "output/whole_file.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -19,19 +20,31 @@ WholeFile::WholeFile(const std::string& path, Unfinished* unfinished)
       unfinished_(unfinished) {
   std::error_code unknown;
   const fs::file_type type = fs::status(system_path(place_), unknown).type();
-  if (type == fs::file_type::regular || type == fs::file_type::not_found) {
-    for (int number = 1; written_ == place_ || fs::exists(fs::symlink_status(system_path(written_), unknown));
-         ++number) {
-      written_ = place_ + ".part" + std::to_string(number);
-    }
+  if (type == fs::file_type::regular) check_writable();
+  if (type != fs::file_type::regular && type != fs::file_type::not_found) begin();
+  for (int number = 1; !out_; ++number) {
+    written_ = place_ + ".part" + std::to_string(number);
+    if (!fs::exists(fs::symlink_status(system_path(written_), unknown))) begin();
   }
-  if (written_ != place_ && unfinished_ != nullptr) unfinished_->add(written_.c_str());
+}
+
+void WholeFile::check_writable() const {
+  errno = 0;
+  std::FILE* old = std::fopen(place_.c_str(), "r+b");
+  if (old == nullptr)
+    throw Failure{.kind = Failure::Kind::not_writable, .file = path_, .error = errno != 0 ? errno : EIO};
+  std::fclose(old);
+}
+
+void WholeFile::begin() {
+  const bool direct = written_ == place_;
+  if (!direct && unfinished_ != nullptr) unfinished_->add(written_.c_str());
   try {
-    out_.emplace(written_);
+    out_.emplace(written_, direct ? OutputFile::Old::emptied : OutputFile::Old::refused);
   } catch (Failure& failure) {
     forget();
+    if (!direct && failure.error == EEXIST) return;  // another run has just begun it
     failure.file = path_;
-    written_ = place_;  // nothing to remove
     throw;
   } catch (...) {
     forget();

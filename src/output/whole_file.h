@@ -38,7 +38,8 @@ class Unfinished {
 class WholeFile {
  public:
   /// Begin the file `path`. Links are followed; if something other than a file is there, such as a terminal, it is
-  /// written to directly. `unfinished` keeps the name that it has until it is whole. Fails with not_writable.
+  /// written to directly. `unfinished` keeps the name that it has until it is whole. Fails with not_writable, also where
+  /// an older file is write-protected.
   explicit WholeFile(const std::string& path, Unfinished* unfinished = nullptr);
   /// Removes the file if it was not committed.
   ~WholeFile();
@@ -50,7 +51,9 @@ class WholeFile {
   void commit();
 
  private:
-  void forget();  // the unfinished name
+  void check_writable() const;  // the older file
+  void begin();                 // unless `written_` is there already
+  void forget();                // the unfinished name
 
   std::string path_;     // as the user gave it
   std::string place_;    // where it is to be: links are followed

@@ -31,7 +31,7 @@ void handle_interruptions() {
   struct sigaction action {};
   action.sa_handler = interrupted;
   sigfillset(&action.sa_mask);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXCPU}) {
+  for (const int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGPIPE, SIGXCPU, SIGUSR1, SIGUSR2}) {
     struct sigaction old {};
     const bool ignored = sigaction(number, nullptr, &old) == 0 && old.sa_handler == SIG_IGN;  // by nohup, for one
     if (!ignored) sigaction(number, &action, nullptr);

@@ -13,6 +13,7 @@
 #include "ground/path.h"
 #include "ground/places.h"
 #include "ground/system_path.h"
+#include "input/letters.h"
 #include "trimora_run/inputs.h"
 #include "trimora_run/result_paths.h"
 #include "trimora_run/voice.h"
@@ -74,6 +75,12 @@ std::string_view finished(std::string_view name) {
   return name.substr(0, stem).ends_with(".part") && stem < name.size() ? name.substr(0, stem - 5) : name;
 }
 
+/// Whether a suffix alone tells results from alignments: -tr does; with b, nd4.fasb may be an alignment beside nd4.fas.
+bool tells_results(const std::string& suffix) {
+  const char first = suffix.front();
+  return static_cast<unsigned char>(first) < 0x80 && !is_letter(first) && !is_digit(first);
+}
+
 /// Whether `name` ends as the results of a run with this suffix do, in any form. What --join puts together does not count.
 bool ends_like_result(std::string_view name, const Settings& settings) {
   if (name.ends_with(".seq.nex") || name.ends_with(".seq.partitions")) return true;
@@ -86,7 +93,9 @@ bool ends_like_result(std::string_view name, const Settings& settings) {
   const bool concatenation = without(".seq");
   without(".codons");
   if (in_form && concatenation) return true;
-  if (name.ends_with(settings.suffix) || name.ends_with("--")) return concatenation || !settings.join;
+  const bool telling = tells_results(settings.suffix);
+  if ((telling && name.ends_with(settings.suffix)) || name.ends_with("--")) return concatenation || !settings.join;
+  if (!telling) return false;
   for (const char* kind : {"Comp", "Mask", "PS", ".htm", ".txt", ".txts", ".columns.tsv"}) {
     if (name.ends_with(settings.suffix + kind)) return true;
   }
@@ -94,15 +103,13 @@ bool ends_like_result(std::string_view name, const Settings& settings) {
 }
 
 /// Leave our own results out of files that were named together, `others` among them, which are no alignments: what ends
-/// like a result, and what this run would write under its name. A file that a result would reach through a link is an
+/// like a result, the concatenations of this run, and its tables. A file that a result would reach through a link is an
 /// input like any other.
 void leave_out_results(Plan& plan, std::vector<std::string> others, const Settings& settings) {
   Places places;
   const auto identity = [&](const std::string& path) { return places.of(path) + '\n' + getpath(path).name_file; };
   std::unordered_set<std::string> written;
-  for (const Job& job : plan.jobs) {
-    for (const std::string& result : results_of(job, settings)) written.insert(identity(result));
-  }
+  for (const Job& job : plan.jobs) written.insert(identity(names_path(job.stem)));
   for (const std::string& result : joined_results(plan, settings)) written.insert(identity(result));
   const auto own = [&](const std::string& path) {
     const std::string name = getpath(stem_of(path, settings)).name_file;

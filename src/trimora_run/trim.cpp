@@ -262,7 +262,7 @@ void trim_into(Outcome& outcome, const Job& job, const Plan& plan, const Setting
     throw Failure{.kind = Failure::Kind::contrary_type,
                   .detail = filled(words_of_run::other_type, {name_of(run.seq_type), name_of(before.first.seq_type)})};
   }
-  if (joined && settings.match == Match::name) check_keys(outcome.chosen.names, outcome.chosen.keys);
+  if (joined && settings.match == Match::name) check_keys(outcome.chosen.names, outcome.chosen.keys, settings.keys());
   if (joined) outcome.why_not_joined = why_not_joined(ali, settings, before);
 
   if (settings.join) {

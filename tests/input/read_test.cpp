@@ -222,6 +222,7 @@ TEST(Read, Nexus) {
     {"interleave_no", data("ntax=2 nchar=4", "interleave=no labels=left", "a AC\nGT\nb ACGT"),               "a=ACGT;b=ACGT;"},
     {"labels_right", data("ntax=2 nchar=2", "labels=right", "AC a\nAC b"),                                    "[refused_format 'NEXUS with names on the right']"},
     {"transposed",   data("ntax=2 nchar=2", "transpose", "a AC\nb AC"),                                       "[refused_format 'NEXUS with TRANSPOSE']"},
+    {"eliminate",    data("ntax=2 nchar=2", "datatype=dna;eliminate 1", "a AC\nb AC"),                        "[refused_format 'NEXUS with ELIMINATE']"},
     {"twice",        data("ntax=2 nchar=2", "datatype=dna", "a AC\nb AC") + "begin data; matrix a A; end; begin sets; charset x=1-2; end;", "a=AC;b=AC; dna more charsets"},
     {"standard",     data("ntax=2 nchar=2", "datatype=Standard symbols=\"01\"", "a 01\nb 01"),                  "[refused_format 'NEXUS with datatype=Standard']"},
     {"mixed",        data("ntax=2 nchar=2", "datatype=mixed(dna:1)", "a 01\nb 01"),                             "[refused_format 'NEXUS with datatype=mixed']"},

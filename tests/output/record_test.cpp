@@ -1,8 +1,11 @@
 #include "output/record.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 
+#include "ground/failure.h"
 #include "output/whole_file.h"
 #include "support.h"
 
@@ -60,6 +63,14 @@ TEST_F(Files, StayAsTheyWereButForTheirContent) {
   write("other.part1", "of somebody else");
   write_whole("other", [](OutputFile& out) { out.put("new"); });
   EXPECT_EQ(text_of("other.part1"), "of somebody else");
+
+  std::filesystem::permissions(".", perms::all);
+  std::filesystem::permissions("other", perms::owner_read);
+  const bool root = seteuid(65534) == 0;  // for whom nothing is protected
+  EXPECT_THROW(write_whole("other", [](OutputFile& out) { out.put("newer"); }), Failure);
+  EXPECT_TRUE(!root || seteuid(0) == 0);
+  EXPECT_EQ(text_of("other"), "new");
+  EXPECT_THROW(OutputFile("other", OutputFile::Old::refused), Failure);
 }
 
 // What a stream keeps until the end may fail there alone.

@@ -6,6 +6,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cd "$scratch"
 set -m # so that what runs in the background hears SIGINT
+ulimit -c 0
 
 fail() { echo "$*" >&2; exit 1; }
 fresh() { # a gene with an older table and page, and a pipe from which a second gene would come
@@ -21,7 +22,7 @@ trim() { # in the background
 wait_for() { for _ in $(seq 500); do [ -e "$1" ] && return; sleep 0.02; done; fail "no $1"; }
 
 # A signal: nothing unfinished is left, nothing old is gone, and the status tells the signal.
-for signal in INT TERM HUP PIPE XCPU; do
+for signal in INT QUIT TERM HUP PIPE XCPU USR1 USR2; do
   fresh
   trim &
   wait_for out/one.fas-tr.fasta
