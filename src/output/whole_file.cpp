@@ -31,8 +31,9 @@ WholeFile::WholeFile(const std::string& path, Unfinished* unfinished)
 void WholeFile::check_writable() const {
   errno = 0;
   std::FILE* old = std::fopen(place_.c_str(), "r+b");
-  if (old == nullptr)
+  if (old == nullptr) {
     throw Failure{.kind = Failure::Kind::not_writable, .file = path_, .error = errno != 0 ? errno : EIO};
+  }
   std::fclose(old);
 }
 
