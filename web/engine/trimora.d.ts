@@ -219,5 +219,18 @@ export interface GeneticCode {
 /** All genetic codes, by their numbers. */
 export function geneticCodes(given?: Pick<Given, "program">): Promise<GeneticCode[]>;
 
+/** How species are found in the names of sequences: a rule under which names of several alignments become the same. */
+export interface NameRule {
+  /** Of trimora-run, beside --match=name: ["--name-end=|"]. */
+  options: string[];
+  /** One of the names, and what is taken of it. */
+  name: string;
+  key: string;
+  /** How many different keys are in two alignments or more. */
+  meeting: number;
+}
+/** The rules that fit these names, a list for each alignment; none where no rule brings enough of them together. */
+export function nameRules(names: string[][], given?: Pick<Given, "program">): Promise<NameRule[]>;
+
 /** b1 and b2 by default for an alignment of `size` sequences. This b1 is also the least. */
 export function standards(size: number, given?: Pick<Given, "program">): Promise<{ b1: number; b2: number }>;
