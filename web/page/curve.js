@@ -1,6 +1,6 @@
 // How many positions are kept over the range of the parameter whose field has the focus, so that one sees where it matters.
 
-import { Dropped, engine } from "./engine.js";
+import { engine, tell } from "./engine.js";
 import { bounds, inForce, parameters } from "./parameters.js";
 import { element, invalid, shares, showWhen, shownRow, size, state } from "./state.js";
 import { number } from "./words.js";
@@ -67,7 +67,7 @@ export function connect() {
         if (parameters.find((one) => one.name === name)?.choices) listed(name, points, nupo);
         else if (possible.length > 1) drawn(name, possible, nupo);
       } catch (error) {
-        if (!(error instanceof Dropped)) throw error;
+        tell(error);
       }
     }, rest);
   });

@@ -86,9 +86,9 @@ const find = (/** @type {string} */ name) => parameters.find((parameter) => para
  * @param {Record<string, string>} values @param {string} name @param {Size} size @returns {number}
  */
 export function inForce(values, name, size) {
-  const value = values[name];
-  if (value?.endsWith("%")) return Math.max(floor(value, size), name === "b1" ? size.b1 : inForce(values, "b1", size));
-  if (value) return Number(value);
+  const value = values[name] ?? "";
+  if (/^\d.*%$/.test(value)) return Math.max(floor(value, size), name === "b1" ? size.b1 : inForce(values, "b1", size));
+  if (/^\d/.test(value)) return Number(value);
   return find(name)?.standard(size, (other) => inForce(values, other, size)) ?? 0;
 }
 

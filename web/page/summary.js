@@ -27,7 +27,7 @@ export function connect() {
     document.title = opened ? `${name} – Trimora` : "Trimora";
   });
 
-  showWhen((now) => [now.table, now.shown, now.failure], (now) => {
+  showWhen((now) => [now.table, now.shown, now.failure, now.values === now.overviewOf], (now) => {
     const row = shownRow(now);
     failure.textContent = now.failure;
     said.replaceChildren();
@@ -40,7 +40,9 @@ export function connect() {
       ` selected (${row.percent} %), in ${plural(row.blocks, "block")}`);
     if (now.table.length < 2) return;
     const sum = (/** @type {string} */ name) => number(now.table.reduce((n, one) => n + (Number(one[name]) || 0), 0));
-    said.append(make("small", {}, ` of ${row.alignment}; ${sum("selected")} of ${sum("positions")} in all ${now.table.length} alignments`));
+    // Of the others, the table tells what earlier values selected until the program has run.
+    const all = now.values === now.overviewOf ? `${sum("selected")} of ${sum("positions")} in all ${now.table.length} alignments` : "the other alignments follow";
+    said.append(make("small", {}, ` of ${row.alignment}; ${all}`));
   });
 
   showWhen((now) => [now.notes, now.printed], (now) => {

@@ -12,7 +12,7 @@ export const number = (/** @type {string | number} */ n) => count.format(Number(
 export const plural = (/** @type {string | number} */ n, /** @type {string} */ word) => `${number(n)} ${word}${Number(n) === 1 ? "" : "s"}`;
 
 /** Which selected block holds position p, from 1; 0: none. @param {import("./state.js").Columns} columns @param {number} p */
-export const blockOf = (columns, p) => columns.blocks.findIndex(({ first, last }) => first <= p && p <= last) + 1;
+const blockOf = (columns, p) => columns.blocks.findIndex(({ first, last }) => first <= p && p <= last) + 1;
 
 /** What became of position p: the block that holds it, and the program's reason. @param {State} now @param {number} p */
 function outcome(now, p) {
