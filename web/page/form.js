@@ -1,7 +1,7 @@
 // The form of the parameters, made of their table.
 
 import { isCodons } from "./layers.js";
-import { bounds, fromLink, inForce, letterNames, parameters, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
+import { bounds, fromLink, inForce, letterNames, parameterOf, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
 import { element, make, shares, show, showWhen, size, state, update } from "./state.js";
 
 const unreadable = "?"; // stands for what was typed where the browser does not hand it out, as it is no number
@@ -108,7 +108,7 @@ export function connect() {
   const form = element("fields", HTMLElement);
   element("presets", HTMLElement).append("Preset ", ...ofPresets());
   for (const name of shownOrder) {
-    const parameter = parameters.find((one) => one.name === name);
+    const parameter = parameterOf(name);
     if (name === "b1") form.append(unit());
     if (parameter) form.append(field(parameter));
   }

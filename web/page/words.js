@@ -47,6 +47,7 @@ export function cellWords(now, i, p) {
 /** The rule of a layer, in a sentence. @param {State} now @param {string} layer */
 export function ruleOf(now, layer) {
   const row = shownRow(now), b = (/** @type {string} */ name) => inForce(now.values, name, size(now));
+  if (row?.b1 === "NA") return "Every column is kept, unless it is a gap in every sequence.";
   return {
     class: `F flank: scores at least b2 = ${row?.b2}. C conserved: at least b1 = ${row?.b1}. · nonconserved: less. – gap position: b5 does not allow its gaps, or it has no known residue.`,
     initial: `Initial blocks run from flank to flank, across at most b3 = ${b("b3")} nonconserved positions in a row; those shorter than b0 = ${b("b0")} are dropped.`,
