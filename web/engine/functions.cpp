@@ -15,6 +15,8 @@
 
 #include "batch/genetic_code.h"
 #include "batch/name_keys.h"
+#include "ground/failure.h"
+#include "input/read.h"
 #include "selection/presets.h"
 #include "selection/selection_state.h"
 #include "trimora/trimora.h"
@@ -195,6 +197,16 @@ EXPORTED Bytes* trimora_name_rules(std::size_t alignments, Texts* texts) {
 }
 
 // ---- Alignments
+
+/// Whether a file that begins with `head` is in a format that is read.
+EXPORTED int trimora_can_read(const char* head, std::size_t size) {
+  try {
+    const trimora::rooms::InputFormat* format = trimora::rooms::Input::memory({head, size}).format();
+    return format != nullptr && format->read != nullptr ? 1 : 0;
+  } catch (const trimora::rooms::Failure&) {
+    return 0;
+  }
+}
 
 EXPORTED Alignment* trimora_read(const char* bytes, std::size_t size) {
   return unless_it_fails([&] { return new Alignment(trimora::read_text({bytes, size})); });

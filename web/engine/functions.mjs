@@ -133,7 +133,7 @@ const withNumbers = (c, given, use) => withRoom(c, given.byteLength, (at) => {
 });
 
 /** Sequences of equal length, each with a name. */
-export class Alignment {
+class Alignment {
   /** @type {string[] | undefined} */ #names;
 
   /** @param {Core} c @param {number} at */
@@ -182,16 +182,25 @@ export class Alignment {
   }
 }
 
+/** Bytes in the core's memory while `use` runs. @template T @param {Core} c @param {Uint8Array} bytes @param {(at: number) => T} use */
+const withBytes = (c, bytes, use) => withRoom(c, bytes.length, (at) => {
+  c.HEAPU8.set(bytes, at);
+  return use(at);
+});
+
+/** @type {Types["canRead"]} */
+export async function canRead(head, given = {}) {
+  const c = await core(given);
+  return withBytes(c, head, (at) => c._trimora_can_read(at, head.length) !== 0);
+}
+
 /** @type {Types["read"]} */
 export async function read(source, given = {}) {
   let bytes = typeof source === "string" ? utf8.encode(source)
     : source instanceof Uint8Array ? source : new Uint8Array(source instanceof ArrayBuffer ? source : await source.arrayBuffer());
   const c = await core(given);
   if (isPacked(bytes)) bytes = await unpacked(bytes);
-  return withRoom(c, bytes.length, (at) => {
-    c.HEAPU8.set(bytes, at);
-    return new Alignment(c, worked(c, c._trimora_read(at, bytes.length)));
-  });
+  return withBytes(c, bytes, (at) => new Alignment(c, worked(c, c._trimora_read(at, bytes.length))));
 }
 
 /** What gzip data hold. @param {Uint8Array} packed */
@@ -239,7 +248,7 @@ export async function alignment(sequences, { kind, ...given } = {}) {
 }
 
 /** What the letters say of each column. */
-export class ColumnCounts {
+class ColumnCounts {
   /** @param {import("./trimora.d.ts").Alignment} ali @param {number} at */
   constructor(ali, at) {
     const { c } = here(ali);
@@ -258,7 +267,7 @@ export function counts(ali, { kind } = {}) {
 }
 
 /** The blocks of one alignment. */
-export class Selection {
+class Selection {
   #source;
   #numbers;
   /** @type {string[] | undefined} */ #reasons;
@@ -292,12 +301,15 @@ export class Selection {
     const source = this.#source, { c, at } = here(source);
     return withNumbers(c, this.#numbers, (given) => {
       const own = source instanceof ColumnCounts ? 0 : worked(c, c._trimora_counts(at, kinds.indexOf(this.kind)));
-      const found = worked(c, c._trimora_reasons(own || at, given, first));
-      if (own) c._trimora_drop_counts(own);
-      const words = string(c, c._trimora_reason_words(found)).split("\n").slice(0, -1);
-      const index = new Uint32Array(view(c, c._trimora_reason_index(found)).slice().buffer);
-      c._trimora_drop_reasons(found);
-      return { words, index };
+      try {
+        const found = worked(c, c._trimora_reasons(own || at, given, first));
+        const words = string(c, c._trimora_reason_words(found)).split("\n").slice(0, -1);
+        const index = new Uint32Array(view(c, c._trimora_reason_index(found)).slice().buffer);
+        c._trimora_drop_reasons(found);
+        return { words, index };
+      } finally {
+        if (own) c._trimora_drop_counts(own);
+      }
     });
   }
   get reasons() {

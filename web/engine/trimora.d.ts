@@ -153,6 +153,12 @@ export interface Selection {
  */
 export function read(source: string | Uint8Array | ArrayBuffer | Blob, given?: Pick<Given, "program">): Promise<Alignment>;
 
+/**
+ * Whether a file is in a format that `read` knows, from its first bytes: 65536 of them, or all. What is compressed has to
+ * be inflated.
+ */
+export function canRead(head: Uint8Array, given?: Pick<Given, "program">): Promise<boolean>;
+
 /** The alignment of these names and letters, which are copied once. Rejects with TrimoraError. */
 export function alignment(sequences: Record<string, string | Uint8Array> | Iterable<[string, string | Uint8Array]>,
                           given?: Pick<Given, "program"> & { kind?: Kind }): Promise<Alignment>;

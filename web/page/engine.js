@@ -41,9 +41,11 @@ class Engine {
   /** What a new worker has to do before it can do the other jobs. @type {import("./worker.js").Job | null} */ #selected = null;
   /** @type {Map<number, {resolve: (result: any) => void, reject: (error: Error) => void}>} */ #waiting = new Map();
   #last = 0;
+  #drops = 0;
 
   /** End whatever is under way. @param {Error} [error] */
   drop(error = new Dropped()) {
+    ++this.#drops;
     this.#worker?.terminate();
     this.#worker = null;
     for (const { reject } of this.#waiting.values()) reject(error);
@@ -61,7 +63,8 @@ class Engine {
    * @param {import("./worker.js").Job} job @returns {Promise<any>}
    */
   async ask(job) {
-    const [program, source] = await parts;
+    const drops = this.#drops, [program, source] = await parts;
+    if (drops !== this.#drops) throw new Dropped();
     if (!this.#worker) {
       this.#worker = new Worker(source);
       this.#worker.onmessage = ({ data: { id, result, error, took } }) => {
@@ -100,6 +103,8 @@ class Engine {
 
 /** For the alignment that is shown, for what the program itself says a little later, and for what is saved. */
 export const engine = new Engine("engine"), background = new Engine("background"), writer = new Engine("writer");
+/** For what is about to be opened. */
+export const reader = new Engine("reader");
 
 /** Work on these files from now on. @param {import("./worker.js").Input[]} files */
 export function open(files) {

@@ -3,7 +3,7 @@
 
 import packedExamples from "packed:examples";
 import { gunzip } from "../engine/gunzip.mjs";
-import { wordsOf } from "./engine.js";
+import { reader, wordsOf } from "./engine.js";
 import { free, natural } from "./names.js";
 import { unpack } from "./packing.js";
 import { fromLink } from "./parameters.js";
@@ -43,12 +43,6 @@ async function unpacked({ name, blob }) {
   }
 }
 
-/** How an alignment begins, in each format that is known in the field; the program decides whether it can be read. */
-const beginnings = /^\s*(>|CLUSTAL|MUSCLE|PROBCONS|# STOCKHOLM|#NEXUS|\d+[ \t]+\d+\s*$|PileUp|!!..)/im;
-
-/** Whether a file begins as an alignment does. @param {string} head its first bytes */
-const looksAligned = (head) => head.replace(/[\0\ufeff\ufffd]/g, "").trimStart().search(beginnings) === 0; // UTF-16 as well
-
 /**
  * Make the files of one gesture into what a run works on. Of several files, take those that begin as alignments do, and a
  * paths file that lists some of them.
@@ -68,8 +62,10 @@ async function arrange(given) {
   if (inputs.length === 1) {
     return { ...batch(inputs, "", false), leftOut: [], renamed };
   }
-  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, headBytes).text()));
-  const alignments = inputs.filter((_, k) => looksAligned(heads[k]));
+  /** @type {boolean[]} */
+  const aligned = await reader.ask({ job: "aligned", heads: inputs.map(({ blob }) => blob.slice(0, headBytes)) });
+  if (!reader.busy) reader.drop();
+  const alignments = inputs.filter((_, k) => aligned[k]);
   const rest = inputs.filter((input) => !alignments.includes(input));
 
   for (const list of rest.filter(({ blob }) => blob.size < 1e7)) {
@@ -97,7 +93,7 @@ const partsOf = (path) => path.replace(/\.gz$/i, "").split(/[/\\]/).filter((part
  * @param {string} list its name @param {string} text @param {import("./worker.js").Input[]} alignments
  */
 function listedIn(list, text, alignments) {
-  const paths = text.split("\n").map((line) => line.replace(/\r$/, "")).filter((line) => line);
+  const paths = text.split("\n").map((line) => line.trim()).filter((line) => line && !line.startsWith("#"));
   /** @type {Map<string, {input: import("./worker.js").Input, parts: string[]}[]>} */
   const byTail = new Map();
   for (const input of alignments) {
@@ -205,9 +201,9 @@ async function listEntries(entries) {
       found.push({ name: entry.fullPath.slice(1), blob });
       return;
     }
-    const reader = entry.createReader();
+    const listing = entry.createReader();
     for (;;) { // some hundred entries at a time
-      const some = await new Promise((resolve, reject) => reader.readEntries(resolve, reject));
+      const some = await new Promise((resolve, reject) => listing.readEntries(resolve, reject));
       if (some.length === 0) return;
       for (const inner of some) await walk(inner);
     }

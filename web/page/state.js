@@ -145,7 +145,11 @@ export function shares(now) {
 }
 
 /** Whether the alignment shown is read as nucleotides. @param {State} now */
-export const isNucleic = ({ values: { t }, kind, letters }) => (t ? t !== "P" : (kind || letters?.kind) ? (kind || letters?.kind) !== "protein" : letters?.nucleotides ?? false);
+export function isNucleic({ values: { t }, kind, letters }) {
+  if (t) return t !== "P";
+  const found = kind || letters?.kind;
+  return found ? found !== "protein" : letters?.nucleotides ?? false;
+}
 
 /** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
 export const matching = (now) => [

@@ -2,7 +2,7 @@
 // changed parameter costs one pass over the columns; and it runs the program itself for what is saved and said.
 
 import { zipSync } from "fflate";
-import { counts, nameRules, read, run, select, standards, TrimoraError } from "trimora";
+import { canRead, counts, nameRules, read, run, select, standards, TrimoraError } from "trimora";
 import { columnsOf, parametersOf } from "./columns.js";
 import * as letters from "./letters.js";
 import { unused } from "./names.js";
@@ -19,6 +19,7 @@ import { overviewIn, readTable, rowsOf } from "./tables.js";
  *   | {job: "find", motif: string, rows: number[], start: number, from: number}
  *   | {job: "fasta", rows: number[], positions: Uint32Array}
  *   | {job: "run", args: string[], only?: string}
+ *   | {job: "aligned", heads: Blob[]}
  *   | {job: "names", alignments: string[]}
  *   | {job: "write", args: string[], only?: string, zip?: {name: string, also: Record<string, Uint8Array>, alone?: boolean}}} Job
  */
@@ -165,6 +166,11 @@ const jobs = {
     if (only !== undefined || !found) return { ...result, rows: found ? readTable(found) : [] };
     const overview = overviewIn(found);
     return { ...result, overview, rows: rowsOf(overview.table) };
+  },
+
+  /** Which files begin as alignments do, by their first bytes. */
+  async aligned({ heads }) {
+    return Promise.all(heads.map(async (head) => canRead(new Uint8Array(await head.arrayBuffer()), { program })));
   },
 
   /** Whether all alignments that can be read have the same names, and by which parts of them more would meet. */
