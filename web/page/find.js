@@ -1,7 +1,7 @@
 // Finds a sequence by its name, a motif in the sequences, or a position.
 
 import { engine, tell } from "./engine.js";
-import { allRows, columnOf, sequenceAt } from "./sight.js";
+import { allRows, columnOf, positionAt, sequenceAt } from "./sight.js";
 import { element, state, update } from "./state.js";
 import { choose } from "./viewer.js";
 
@@ -17,8 +17,9 @@ async function find(text) {
   if (/^\d+$/.test(text)) {
     const p = Number(text);
     if (p < 1 || p > nupo) return `Positions are 1 to ${nupo}.`;
-    choose(state.top, columnOf(state, p));
-    return `Position ${p}.`;
+    const column = columnOf(state, p), there = positionAt(state, column); // elsewhere where only selected ones are shown
+    choose(state.top, column);
+    return there === p ? `Position ${p}.` : `Position ${p} is not selected; this is ${there}.`;
   }
   if (newest.text !== text) Object.assign(newest, { text, row: 0, position: 0 });
   for (let k = 1; k <= n; ++k) {

@@ -354,6 +354,12 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const written = Object.values(native(globins, ["globins.fas", "-p=N", "--format=fasta"]))[0];
     const plain = Buffer.from(written).toString().replace(/^(>.*)\n|\n/gm, (_, name) => (name ? `\n${name}\n` : "")).trim();
     assert.equal(String(await on.page.evaluate("copied")).trim(), plain);
+    for (const [p, there, told] of [[60, 60, "Position 60."], [50, 58, "Position 50 is not selected; this is 58."]]) {
+      await on.page.$eval("input#find", (field, p) => { field.value = String(p); }, p);
+      await on.page.$eval("form#finding", (form) => form.requestSubmit());
+      await on.says("why", `Position ${there}: `);
+      await on.says("found", String(told));
+    }
     await on.press("#trimmed");
   });
 
@@ -386,6 +392,10 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.says("said", "114 of 154");
     await on.press("#redo");
     await on.says("said", `${count} of 154`);
+    await on.press("#undo");
+    await on.says("said", "114 of 154");
+    await on.enter("b4", "11"); // and what was undone is gone
+    await on.page.waitForSelector("#redo[aria-disabled=true]");
     await on.page.evaluate(() => { location.hash = "#example=globins&b3=4"; });
     await on.says("said", `${selected("-b3=4")} of 154`);
     await on.page.waitForFunction(() => !document.getElementById("compare")?.checkVisibility()); // when the example has opened again
@@ -610,11 +620,14 @@ for (const name of Object.keys(browsers)) describe(name, () => {
       await on.page.$eval("input#find", (field, what) => { field.value = what; }, what);
       await on.page.$eval("form#finding", (form) => form.requestSubmit());
     };
-    await on.drop({ "a&b.fas": bytes(`>one<1>\nMKVL--AACDEFGHIKLMNPQRSTVWY\n>two\nMKVLWWAACDEFGHIKLMNPQRSTVWY\n`) });
+    await on.drop({ "a&b.fas": bytes(`>one<1>\nMKVL--AAC-DEFGHIKLMNPQRSTVWY\n>two\nMKVLWWAAC-DEFGHIKLMNPQRSTVWY\n`) });
     await on.says("openh", "a&b.fas");
     await on.settled();
     await find("vlaxc");
     await on.says("found", "one<1>, positions 3 to 9");
+    await find("10");
+    await on.says("why", "Position 10 (column 11 of the file)");
+    await on.says("spoken", "one<1>, D, position 10, column 11, ");
     await find("TWO");
     await on.says("found", "two.");
     const svg = (await on.saved("#asSvg", ".svg")).toString();
