@@ -640,6 +640,18 @@ for (const name of Object.keys(browsers)) describe(name, () => {
 
   test("every canvas stays within the window, whatever the alignment", async () => {
     const row = (/** @type {number} */ k) => `>sequence_${k}\n${"ACDEFGHIKL".repeat(3000)}\n`;
+    await on.page.evaluate(() => {
+      /** @type {Worker[]} */
+      const all = [], Plain = Worker;
+      window.Worker = class extends Plain {
+        /** @param {string | URL} source */
+        constructor(source) {
+          super(source);
+          all.push(this);
+        }
+      };
+      Object.assign(window, { end: () => all.forEach((worker) => worker.onerror?.(new ErrorEvent("error", { message: "it ended" }))) });
+    });
     await on.drop({ "wide.fas": bytes(Array.from({ length: 50 }, (_, k) => row(k)).join("")) });
     await on.says("said", "30,000 of 30,000 positions");
     await on.page.$eval("#viewer", (viewer) => viewer.scrollTo(1e9, 1e9));
@@ -647,6 +659,12 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const sizes = await on.page.$$eval("canvas", (all) => all.map(({ clientWidth, clientHeight }) => [clientWidth, clientHeight]));
     for (const [width, height] of sizes) assert(width <= 1200 && height <= 900, `${width} x ${height}`);
     assert.equal(sizes.length, 3);
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    await on.page.evaluate("end()"); // a worker that ends: the next one reads the letters again
+    await on.page.$eval("#viewer", (viewer) => viewer.scrollTo(9000, 0));
+    await on.settled();
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    assert.match(rowOf(await picture(), "sequence_0"), /^[A-L]{20}/);
   });
 
   test("accessible, wide and narrow, dark and light, in all states", async () => {
