@@ -14,6 +14,9 @@
 #include <vector>
 
 #include "batch/genetic_code.h"
+#include "batch/name_keys.h"
+#include "ground/failure.h"
+#include "input/read.h"
 #include "selection/presets.h"
 #include "selection/selection_state.h"
 #include "trimora/trimora.h"
@@ -103,7 +106,7 @@ std::string json(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) {
     if (c == '"' || c == '\\') quoted += '\\';
-    quoted += c;
+    quoted += static_cast<unsigned char>(c) < ' ' ? ' ' : c;  // JSON has no control character as it is
   }
   return quoted + '"';
 }
@@ -170,7 +173,40 @@ EXPORTED int trimora_standard(int numseq, int b2) {
   return b2 != 0 ? run.flankval : run.negval;
 }
 
+/// The rules that bring names of several alignments together, as JSON. `texts`: the names in each, with a line end after
+/// every one.
+EXPORTED Bytes* trimora_name_rules(std::size_t alignments, Texts* texts) {
+  return unless_it_fails([&] {
+    std::vector<trimora::rooms::Names> genes(alignments);
+    for (trimora::rooms::Names& names : genes) {
+      std::string_view text = texts->next();
+      for (std::size_t end; (end = text.find('\n')) != text.npos; text.remove_prefix(end + 1)) {
+        names.emplace_back(text.substr(0, end));
+      }
+    }
+    std::string all = "[";
+    for (const trimora::rooms::Proposal& each : trimora::rooms::proposals(genes)) {
+      std::string options = trimora::rooms::options_for(each.rule);
+      std::erase(options, '\'');  // which are for a shell
+      all += all.size() > 1 ? ",{" : "{";
+      all += "\"options\":" + json(options) + ",\"name\":" + json(each.name) + ",\"key\":" + json(each.key) +
+             ",\"meeting\":" + std::to_string(each.meeting) + '}';
+    }
+    return handed_text(all + ']');
+  });
+}
+
 // ---- Alignments
+
+/// Whether a file that begins with `head` is in a format that is read.
+EXPORTED int trimora_can_read(const char* head, std::size_t size) {
+  try {
+    const trimora::rooms::InputFormat* format = trimora::rooms::Input::memory({head, size}).format();
+    return format != nullptr && format->read != nullptr ? 1 : 0;
+  } catch (const trimora::rooms::Failure&) {
+    return 0;
+  }
+}
 
 EXPORTED Alignment* trimora_read(const char* bytes, std::size_t size) {
   return unless_it_fails([&] { return new Alignment(trimora::read_text({bytes, size})); });

@@ -133,7 +133,7 @@ const withNumbers = (c, given, use) => withRoom(c, given.byteLength, (at) => {
 });
 
 /** Sequences of equal length, each with a name. */
-export class Alignment {
+class Alignment {
   /** @type {string[] | undefined} */ #names;
 
   /** @param {Core} c @param {number} at */
@@ -182,16 +182,25 @@ export class Alignment {
   }
 }
 
+/** Bytes in the core's memory while `use` runs. @template T @param {Core} c @param {Uint8Array} bytes @param {(at: number) => T} use */
+const withBytes = (c, bytes, use) => withRoom(c, bytes.length, (at) => {
+  c.HEAPU8.set(bytes, at);
+  return use(at);
+});
+
+/** @type {Types["canRead"]} */
+export async function canRead(head, given = {}) {
+  const c = await core(given);
+  return withBytes(c, head, (at) => c._trimora_can_read(at, head.length) !== 0);
+}
+
 /** @type {Types["read"]} */
 export async function read(source, given = {}) {
   let bytes = typeof source === "string" ? utf8.encode(source)
     : source instanceof Uint8Array ? source : new Uint8Array(source instanceof ArrayBuffer ? source : await source.arrayBuffer());
   const c = await core(given);
   if (isPacked(bytes)) bytes = await unpacked(bytes);
-  return withRoom(c, bytes.length, (at) => {
-    c.HEAPU8.set(bytes, at);
-    return new Alignment(c, worked(c, c._trimora_read(at, bytes.length)));
-  });
+  return withBytes(c, bytes, (at) => new Alignment(c, worked(c, c._trimora_read(at, bytes.length))));
 }
 
 /** What gzip data hold. @param {Uint8Array} packed */
@@ -203,15 +212,9 @@ async function unpacked(packed) {
   }
 }
 
-/**
- * Texts in the core's memory while `use` runs: names and letters in turn.
- * @template T @param {Core} c @param {Iterable<[string, string | Uint8Array]> | Record<string, string | Uint8Array>} sequences
- * @param {(texts: number, size: number) => T} use
- */
-function withTexts(c, sequences, use) {
-  const pairs = Symbol.iterator in sequences ? [.../** @type {Iterable<[string, string | Uint8Array]>} */ (sequences)] : Object.entries(sequences);
-  const parts = pairs.flat().map((part) => (typeof part === "string" ? utf8.encode(part) : part));
-  for (const part of parts) if (!(part instanceof Uint8Array)) throw new TypeError("names are text, and letters text or Uint8Array");
+/** Texts in the core's memory while `use` runs. @template T @param {Core} c @param {(string | Uint8Array)[]} texts @param {(at: number) => T} use */
+function withTexts(c, texts, use) {
+  const parts = texts.map((part) => (typeof part === "string" ? utf8.encode(part) : part));
   const size = parts.reduce((n, part) => n + part.length, 0), lengths = 8, bytes = lengths + 4 * parts.length;
   return withRoom(c, bytes + size, (at) => {
     new Uint32Array(c.HEAPU8.buffer, at, 2 + parts.length).set([at + bytes, at + lengths, ...parts.map((part) => part.length)]);
@@ -220,18 +223,32 @@ function withTexts(c, sequences, use) {
       c.HEAPU8.set(part, to);
       to += part.length;
     }
-    return use(at, pairs.length);
+    return use(at);
   });
+}
+
+/**
+ * Names and letters in turn in the core's memory while `use` runs.
+ * @template T @param {Core} c @param {Iterable<[string, string | Uint8Array]> | Record<string, string | Uint8Array>} sequences
+ * @param {(texts: number, size: number) => T} use
+ */
+function withSequences(c, sequences, use) {
+  const pairs = Symbol.iterator in sequences ? [.../** @type {Iterable<[string, string | Uint8Array]>} */ (sequences)] : Object.entries(sequences);
+  const parts = pairs.flat();
+  for (const part of parts) {
+    if (typeof part !== "string" && !(part instanceof Uint8Array)) throw new TypeError("names are text, and letters text or Uint8Array");
+  }
+  return withTexts(c, parts, (texts) => use(texts, pairs.length));
 }
 
 /** @type {Types["alignment"]} */
 export async function alignment(sequences, { kind, ...given } = {}) {
   const number = kindNumber(kind), c = await core(given);
-  return withTexts(c, sequences, (texts, size) => new Alignment(c, worked(c, c._trimora_alignment(size, texts, number))));
+  return withSequences(c, sequences, (texts, size) => new Alignment(c, worked(c, c._trimora_alignment(size, texts, number))));
 }
 
 /** What the letters say of each column. */
-export class ColumnCounts {
+class ColumnCounts {
   /** @param {import("./trimora.d.ts").Alignment} ali @param {number} at */
   constructor(ali, at) {
     const { c } = here(ali);
@@ -250,7 +267,7 @@ export function counts(ali, { kind } = {}) {
 }
 
 /** The blocks of one alignment. */
-export class Selection {
+class Selection {
   #source;
   #numbers;
   /** @type {string[] | undefined} */ #reasons;
@@ -284,12 +301,15 @@ export class Selection {
     const source = this.#source, { c, at } = here(source);
     return withNumbers(c, this.#numbers, (given) => {
       const own = source instanceof ColumnCounts ? 0 : worked(c, c._trimora_counts(at, kinds.indexOf(this.kind)));
-      const found = worked(c, c._trimora_reasons(own || at, given, first));
-      if (own) c._trimora_drop_counts(own);
-      const words = string(c, c._trimora_reason_words(found)).split("\n").slice(0, -1);
-      const index = new Uint32Array(view(c, c._trimora_reason_index(found)).slice().buffer);
-      c._trimora_drop_reasons(found);
-      return { words, index };
+      try {
+        const found = worked(c, c._trimora_reasons(own || at, given, first));
+        const words = string(c, c._trimora_reason_words(found)).split("\n").slice(0, -1);
+        const index = new Uint32Array(view(c, c._trimora_reason_index(found)).slice().buffer);
+        c._trimora_drop_reasons(found);
+        return { words, index };
+      } finally {
+        if (own) c._trimora_drop_counts(own);
+      }
     });
   }
   get reasons() {
@@ -309,9 +329,11 @@ export function select(source, parameters = {}) {
   const given = numbers(parameters), { c, at } = here(source);
   return withNumbers(c, given, (wanted) => {
     const found = worked(c, source instanceof ColumnCounts ? c._trimora_select_counts(at, wanted) : c._trimora_select(at, wanted));
-    const selection = new Selection(source, given, found);
-    c._trimora_drop_selection(found);
-    return selection;
+    try {
+      return new Selection(source, given, found);
+    } finally {
+      c._trimora_drop_selection(found);
+    }
   });
 }
 
@@ -337,7 +359,7 @@ export function supermatrix(alignments) {
 /** @type {Types["codons"]} */
 export function codons(proteins, sequences, { code = 1 } = {}) {
   const { c, at } = here(proteins), number = whole("code", code);
-  return withTexts(c, sequences, (texts, size) => new Alignment(c, worked(c, c._trimora_codons(at, size, texts, number))));
+  return withSequences(c, sequences, (texts, size) => new Alignment(c, worked(c, c._trimora_codons(at, size, texts, number))));
 }
 
 /** @type {Types["write"]} */
@@ -363,6 +385,13 @@ export async function presets(given = {}) {
 export async function geneticCodes(given = {}) {
   const c = await core(given);
   return JSON.parse(string(c, c._trimora_genetic_codes()));
+}
+
+/** @type {Types["nameRules"]} */
+export async function nameRules(names, given = {}) {
+  const c = await core(given), texts = names.map((list) => list.map((name) => `${name}\n`).join(""));
+  const rules = withTexts(c, texts, (at) => JSON.parse(string(c, worked(c, c._trimora_name_rules(texts.length, at)))));
+  return rules.map((/** @type {{options: string}} */ rule) => ({ ...rule, options: rule.options.split(" ") }));
 }
 
 /** @type {Types["standards"]} */

@@ -30,7 +30,9 @@ export interface Core {
   _trimora_options(): number;
   _trimora_presets(): number;
   _trimora_genetic_codes(): number;
+  _trimora_name_rules(alignments: number, texts: number): number;
   _trimora_standard(numseq: number, b2: number): number;
+  _trimora_can_read(head: number, size: number): number;
   _trimora_read(bytes: number, size: number): number;
   _trimora_alignment(size: number, texts: number, kind: number): number;
   _trimora_drop_alignment(ali: number): void;

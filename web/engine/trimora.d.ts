@@ -153,6 +153,12 @@ export interface Selection {
  */
 export function read(source: string | Uint8Array | ArrayBuffer | Blob, given?: Pick<Given, "program">): Promise<Alignment>;
 
+/**
+ * Whether a file is in a format that `read` knows, from its first bytes: 65536 of them, or all. What is compressed has to
+ * be inflated.
+ */
+export function canRead(head: Uint8Array, given?: Pick<Given, "program">): Promise<boolean>;
+
 /** The alignment of these names and letters, which are copied once. Rejects with TrimoraError. */
 export function alignment(sequences: Record<string, string | Uint8Array> | Iterable<[string, string | Uint8Array]>,
                           given?: Pick<Given, "program"> & { kind?: Kind }): Promise<Alignment>;
@@ -218,6 +224,19 @@ export interface GeneticCode {
 }
 /** All genetic codes, by their numbers. */
 export function geneticCodes(given?: Pick<Given, "program">): Promise<GeneticCode[]>;
+
+/** How species are found in the names of sequences: a rule under which names of several alignments become the same. */
+export interface NameRule {
+  /** Of trimora-run, beside --match=name: ["--name-end=|"]. */
+  options: string[];
+  /** One of the names, and what is taken of it. */
+  name: string;
+  key: string;
+  /** How many different keys are in two alignments or more. */
+  meeting: number;
+}
+/** The rules that fit these names, a list for each alignment; none where no rule brings enough of them together. */
+export function nameRules(names: string[][], given?: Pick<Given, "program">): Promise<NameRule[]>;
 
 /** b1 and b2 by default for an alignment of `size` sequences. This b1 is also the least. */
 export function standards(size: number, given?: Pick<Given, "program">): Promise<{ b1: number; b2: number }>;

@@ -18,6 +18,7 @@ export async function compile(bytes) {
   installed ??= url.protocol === "file:" && globalThis.process?.versions?.node
     ? import("node:fs/promises").then(({ readFile }) => readFile(url)).then((wasm) => WebAssembly.compile(wasm))
     : WebAssembly.compileStreaming(fetch(url));
+  installed.catch(() => (installed = undefined)); // the next call tries again
   return installed;
 }
 

@@ -47,6 +47,62 @@ function aminoAcid({ tile, values }, i, p, nupo) {
 export const heightOf = (now, rows) => ruler + rows * cell.height + layers(now).length * layerHeight + 4;
 
 /**
+ * What is in sight, and where.
+ * @typedef {object} Sight
+ * @property {number} first @property {number} last columns
+ * @property {number} top @property {number} end rows, and one past the last
+ * @property {(column: number) => number} x @property {(row: number) => number} y
+ */
+
+/** Numbers above, frames of codons, and lines where positions are left out. @param {import("./surface.js").Surface} surface @param {State} now @param {Sight} sight */
+function drawRuler(surface, now, { first, last, end, x, y }) {
+  const ink = colour("ink"), line = (/** @type {number} */ d, /** @type {string} */ name) => surface.rect(x(d), ruler - 4, 1, y(end) - ruler + 4, colour(name));
+  for (let d = first; d <= last; ++d) {
+    const p = positionAt(now, d);
+    if (p % 10 === 0) {
+      surface.text(x(d) + cell.width / 2, 7, String(p), ink, { align: "center" });
+      surface.rect(x(d) + cell.width / 2, 14, 1, 4, ink);
+    }
+    if (isCodons(now) && codonPositions(p) === 1) line(d, "faint");
+    if (now.trimmed && d > first && positionAt(now, d - 1) !== p - 1) line(d, "window");
+  }
+}
+
+/** @param {import("./surface.js").Surface} surface @param {State} now @param {import("./state.js").Columns} columns @param {Sight} sight */
+function drawLetters(surface, now, columns, { first, last, top, end, x, y }) {
+  const ink = colour("ink"), colours = coloursOf(now), translating = now.translated && isCodons(now), nupo = columns.score.length;
+  for (let row = top; row < end; ++row) {
+    const i = sequenceAt(now, row);
+    for (let d = first; d <= last; ++d) {
+      const p = positionAt(now, d), c = letterAt(now.tile, i, p);
+      if (c === 0) continue; // it is on its way
+      const agrees = !translating && columns.kind[p - 1] >= 2 && capital(c) === columns.residue[p - 1];
+      const of = translating ? "" : colours[capital(c)]; // the colours are those of bases
+      const back = now.palette === "report" ? (agrees ? "black" : "") : of ?? "";
+      if (back) surface.rect(x(d), y(row), cell.width, cell.height, back);
+      const fill = now.palette === "report" ? (agrees ? of ?? "white" : ink) : of ? "black" : ink;
+      const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(now, i, p - 1, nupo) : " ";
+      surface.text(x(d) + cell.width / 2, y(row) + cell.height / 2 + 1, text, fill, { size: 13, align: "center", mono: true });
+    }
+  }
+}
+
+/** The height of a layer. @param {Sight} sight @param {number} k from 0 */
+const above = ({ end, y }, k) => y(end) + 3 + k * layerHeight;
+
+/** @param {import("./surface.js").Surface} surface @param {State} now @param {import("./state.js").Columns} columns @param {Sight} sight */
+function drawLayers(surface, now, columns, sight) {
+  layers(now).forEach(({ key, holds }, k) => {
+    const at = above(sight, k);
+    for (let d = sight.first; d <= sight.last; ++d) {
+      const p = positionAt(now, d), kind = columns.kind[p - 1];
+      if (key === "class") surface.text(sight.x(d) + cell.width / 2, at + 6, signs[kind], colour(classColours[kind]), { size: 12, align: "center", mono: true });
+      else if (holds(p)) surface.rect(sight.x(d), at + 2, cell.width, layerHeight - 5, colour(key === "selected" ? "selected" : "layer"));
+    }
+  });
+}
+
+/**
  * Draw the rows and columns in sight into a width; names take `names` of it.
  * @param {import("./surface.js").Surface} surface @param {State} now
  * @param {{width: number, rows: number, columns: number, names: number}} size
@@ -54,48 +110,20 @@ export const heightOf = (now, rows) => ruler + rows * cell.height + layers(now).
 export function drawAlignment(surface, now, { width, rows, columns: fit, names }) {
   const { columns, letters, first, top } = now;
   if (!columns || !letters) return;
-  const shown = Math.min(rows, letters.names.length - top + 1), last = Math.min(first + fit - 1, extent(now));
-  const nupo = columns.score.length, ink = colour("ink"), colours = coloursOf(now), translating = now.translated && isCodons(now);
-  const x = (/** @type {number} */ column) => names + (column - first) * cell.width, y = (/** @type {number} */ row) => ruler + (row - top) * cell.height;
-  const foot = y(top + shown);
-
+  /** @type {Sight} */
+  const sight = {
+    first, last: Math.min(first + fit - 1, extent(now)), top, end: Math.min(top + rows, letters.names.length + 1),
+    x: (column) => names + (column - first) * cell.width, y: (row) => ruler + (row - top) * cell.height,
+  };
   surface.within(names, 0, width - names, 1e5, () => {
-    for (let d = first; d <= last; ++d) {
-      const p = positionAt(now, d), middle = x(d) + cell.width / 2;
-      if (p % 10 === 0) {
-        surface.text(middle, 7, String(p), ink, { align: "center" });
-        surface.rect(middle, 14, 1, 4, ink);
-      }
-      if (isCodons(now) && codonPositions(p) === 1) surface.rect(x(d), ruler - 4, 1, foot - ruler + 4, colour("faint"));
-      if (now.trimmed && d > first && positionAt(now, d - 1) !== p - 1) surface.rect(x(d), ruler - 4, 1, foot - ruler + 4, colour("window"));
-    }
-    for (let row = top; row < top + shown; ++row) {
-      const i = sequenceAt(now, row), middle = y(row) + cell.height / 2 + 1;
-      for (let d = first; d <= last; ++d) {
-        const p = positionAt(now, d), c = letterAt(now.tile, i, p);
-        if (c === 0) continue; // it is on its way
-        const agrees = !translating && columns.kind[p - 1] >= 2 && capital(c) === columns.residue[p - 1];
-        const of = translating ? "" : colours[capital(c)]; // the colours are those of bases
-        const back = now.palette === "report" ? (agrees ? "black" : "") : of ?? "";
-        if (back) surface.rect(x(d), y(row), cell.width, cell.height, back);
-        const fill = now.palette === "report" ? (agrees ? of ?? "white" : ink) : of ? "black" : ink;
-        const text = !translating ? String.fromCharCode(c) : codonPositions(p) === 2 ? aminoAcid(now, i, p - 1, nupo) : " ";
-        surface.text(x(d) + cell.width / 2, middle, text, fill, { size: 13, align: "center", mono: true });
-      }
-    }
-    layers(now).forEach(({ key, holds }, k) => {
-      const above = foot + 3 + k * layerHeight;
-      for (let d = first; d <= last; ++d) {
-        const p = positionAt(now, d), kind = columns.kind[p - 1];
-        if (key === "class") surface.text(x(d) + cell.width / 2, above + 6, signs[kind], colour(classColours[kind]), { size: 12, align: "center", mono: true });
-        else if (holds(p)) surface.rect(x(d), above + 2, cell.width, layerHeight - 5, colour(key === "selected" ? "selected" : "layer"));
-      }
-    });
+    drawRuler(surface, now, sight);
+    drawLetters(surface, now, columns, sight);
+    drawLayers(surface, now, columns, sight);
   });
   surface.within(0, 0, names - 6, 1e5, () => {
-    for (let row = top; row < top + shown; ++row) {
-      surface.text(4, y(row) + cell.height / 2 + 1, letters.names[sequenceAt(now, row) - 1], ink, { size: 13, mono: true });
+    for (let row = top; row < sight.end; ++row) {
+      surface.text(4, sight.y(row) + cell.height / 2 + 1, letters.names[sequenceAt(now, row) - 1], colour("ink"), { size: 13, mono: true });
     }
-    layers(now).forEach(({ name }, k) => surface.text(4, foot + 3 + k * layerHeight + 6, name, colour("soft")));
+    layers(now).forEach(({ name }, k) => surface.text(4, above(sight, k) + 6, name, colour("soft")));
   });
 }

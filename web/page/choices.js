@@ -3,11 +3,9 @@
 
 import { background, Dropped } from "./engine.js";
 import { inForce, share } from "./parameters.js";
-import { remembered } from "./sight.js";
-import { element, isBatch, isNucleic, make, refill, shares, showWhen, size, sizes, state, update } from "./state.js";
+import { element, isBatch, isNucleic, make, refill, showWhen, size, sizes, state, update } from "./state.js";
 
 const mostAlignments = 3000; // whose names are compared
-const enders = ["|", "_", "@", ".", "-", "/", ":"]; // after which no species' name goes on, perhaps
 
 /** @param {string} key @param {string} label @param {boolean} pressed @param {() => void} then */
 function choice(key, label, pressed, then) {
@@ -39,47 +37,27 @@ function ofType(now) {
 function ofSize(now) {
   const n = size(now);
   const numbers = ["b1", "b2"].filter((name) => /^\d+$/.test(now.values[name] ?? ""));
-  if (sizes(now) < 2 || n.numseq === 0 || (numbers.length === 0 && !shares(now))) return [];
+  if (sizes(now) < 2 || n.numseq === 0 || numbers.length === 0) return [];
   const per = Object.fromEntries(["b1", "b2"].filter((name) => now.values[name]).map((name) => [name, share(inForce(now.values, name, n), n)]));
-  return numbers.length === 0 ? [] : [row("The alignments have different numbers of sequences.",
+  return [row("The alignments have different numbers of sequences.",
     choice("shares", `Make ${numbers.join(" and ")} a share of them: ${Object.values(per).join(", ")}`, false, () => update({ values: { ...state.values, ...per } })))];
 }
 
-/** How many names are in more than one alignment, when each ends at `ender`; 0 where two of an alignment become the same. @param {string[][]} names @param {string} ender */
-function common(names, ender) {
-  /** @type {Map<string, number>} */
-  const seen = new Map();
-  for (const list of names) {
-    const keys = new Set(list.map((name) => (ender ? name.split(ender)[0] : name)));
-    if (keys.size < list.length) return 0;
-    for (const key of keys) seen.set(key, (seen.get(key) ?? 0) + 1);
-  }
-  return [...seen.values()].filter((n) => n > 1).length;
-}
-
-/** What the names of a batch say: whether they are the same everywhere, and where those of species may end. */
-const named = remembered((now) => [now.names], ({ names }) => {
-  if (!names || names.length < 2) return null;
-  const same = names.every((list) => list.length === names[0].length && list.every((name, k) => name === names[0][k]));
-  const first = names.map(([name = ""]) => name).find((name) => enders.some((ender) => name.includes(ender))) ?? "", whole = common(names, "");
-  const told = names.some((list) => list.length === 0) ? "" : same ? "All alignments have the same names. " : "The alignments have different names, or another order. ";
-  return { told, first, enders: enders.filter((ender) => first.includes(ender) && common(names, ender) > whole) };
-});
-
 /** @param {import("./state.js").State} now */
 function ofMatching(now) {
-  const found = named(now);
-  if (!found) return [];
-  const { told, first } = found, { match = "", "name-end": end = "" } = now.outputs;
-  const set = (/** @type {string} */ how, /** @type {string} */ ender = "") => () => {
-    const { match: _, "name-end": __, ...others } = state.outputs;
-    update({ outputs: { ...others, ...(how ? { match: how } : {}), ...(ender ? { "name-end": ender } : {}) } });
+  const { names } = now, { match = "", species = "" } = now.outputs;
+  if (!names || names.readable < 2) return [];
+  const told = names.same ? "All alignments have the same names. " : "The alignments have different names, or another order. ";
+  const set = (/** @type {string} */ how, /** @type {string} */ rule = "") => () => {
+    const { match: _, species: __, ...others } = state.outputs;
+    update({ outputs: { ...others, ...(how ? { match: how } : {}), ...(rule ? { species: rule } : {}) } });
   };
-  const proposed = end && !found.enders.includes(end) ? [...found.enders, end] : found.enders;
+  const rules = names.rules.map(({ options, name, key }) => ({ rule: options.join(" "), words: `the species in the name: ${key} of ${name}` }));
+  if (species && !rules.some(({ rule }) => rule === species)) rules.push({ rule: species, words: `the species in the name: ${species}` });
   return [row(`${told}Put sequences together by`,
     choice("match-", "same names in the same order", !match, set("")),
-    choice("match-name", "name; a missing one becomes ?", match === "name" && !end, set("name")),
-    ...proposed.map((ender) => choice(`match-${ender}`, `name up to “${ender}”: ${first.split(ender)[0]}`, match === "name" && end === ender, set("name", ender))),
+    choice("match-name", "name; a missing one becomes ?", match === "name" && !species, set("name")),
+    ...rules.map(({ rule, words }) => choice(`match${rule}`, words, match === "name" && species === rule, set("name", rule))),
     choice("match-order", "order, whatever the names", match === "order", set("order")))];
 }
 

@@ -1,7 +1,7 @@
 // How many positions are kept over the range of the parameter whose field has the focus, so that one sees where it matters.
 
-import { Dropped, engine } from "./engine.js";
-import { bounds, inForce, parameters } from "./parameters.js";
+import { engine, tell } from "./engine.js";
+import { bounds, inForce, parameterOf } from "./parameters.js";
 import { element, invalid, shares, showWhen, shownRow, size, state } from "./state.js";
 import { number } from "./words.js";
 
@@ -11,7 +11,7 @@ const height = 44;
 
 /** Values of a parameter over its slider's range, or its choices. @param {string} name @returns {string[]} */
 function range(name) {
-  const parameter = parameters.find((one) => one.name === name);
+  const parameter = parameterOf(name);
   if (!parameter) return [];
   if (parameter.choices) return Object.keys(parameter.choices);
   const { least, most: largest } = bounds(state.values, name, size(state)), end = Math.min(largest, parameter.slider ?? largest);
@@ -21,7 +21,7 @@ function range(name) {
 
 /** What each choice keeps. @param {string} name @param {[string, number][]} points @param {number} nupo */
 function listed(name, points, nupo) {
-  const { choices = {} } = parameters.find((one) => one.name === name) ?? {};
+  const { choices = {} } = parameterOf(name) ?? {};
   const words = points.map(([value, kept]) => `${choices[value]} ${kept < 0 ? "not possible" : number(kept)}`);
   element(`${name}-curve`, HTMLElement).textContent = `Kept of ${number(nupo)} positions: ${words.join(", ")}.`;
 }
@@ -64,10 +64,10 @@ export function connect() {
         if (mine !== turn) return;
         const points = list.map((value, k) => /** @type {[string, number]} */ ([value, kept[k]]));
         const possible = points.filter(([, n]) => n >= 0).map(([value, n]) => /** @type {[number, number]} */ ([Number(value), n]));
-        if (parameters.find((one) => one.name === name)?.choices) listed(name, points, nupo);
+        if (parameterOf(name)?.choices) listed(name, points, nupo);
         else if (possible.length > 1) drawn(name, possible, nupo);
       } catch (error) {
-        if (!(error instanceof Dropped)) throw error;
+        tell(error);
       }
     }, rest);
   });

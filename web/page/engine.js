@@ -3,6 +3,7 @@
 import packedWorker from "packed:worker";
 import packedProgram from "packed:wasm";
 import { unpack } from "./packing.js";
+import { update } from "./state.js";
 
 /** What is said when memory ends, in the engine or in the program. */
 export const noMemory = "This browser does not give a page enough memory for this run. The installed program needs far " +
@@ -12,6 +13,14 @@ const outOfMemory = /memory|alloc|RangeError|out of bounds|too large/i;
 
 /** Thrown into what waits for a run that was dropped. */
 export class Dropped extends Error {}
+
+/** @param {unknown} error */
+export const wordsOf = (error) => (error instanceof Error ? error.message : String(error));
+
+/** Say what became of a job whose result is missing; a dropped one is missed by nobody. @param {unknown} error */
+export function tell(error) {
+  if (!(error instanceof Dropped)) update({ notice: wordsOf(error) });
+}
 
 /** The program, compiled once for all workers, and where a worker finds its code. */
 const parts = Promise.all([
@@ -24,16 +33,19 @@ const parts = Promise.all([
 /** One worker. */
 class Engine {
   #name;
-  /** @param {string} name of its time in the browser's own measurements */
+  /** @param {string} name of the event that says how long a job took */
   constructor(name) {
     this.#name = name;
   }
   /** @type {Worker | null} */ #worker = null;
+  /** What a new worker has to do before it can do the other jobs. @type {import("./worker.js").Job | null} */ #selected = null;
   /** @type {Map<number, {resolve: (result: any) => void, reject: (error: Error) => void}>} */ #waiting = new Map();
   #last = 0;
+  #drops = 0;
 
   /** End whatever is under way. @param {Error} [error] */
   drop(error = new Dropped()) {
+    ++this.#drops;
     this.#worker?.terminate();
     this.#worker = null;
     for (const { reject } of this.#waiting.values()) reject(error);
@@ -51,12 +63,13 @@ class Engine {
    * @param {import("./worker.js").Job} job @returns {Promise<any>}
    */
   async ask(job) {
-    const [program, source] = await parts;
+    const drops = this.#drops, [program, source] = await parts;
+    if (drops !== this.#drops) throw new Dropped();
     if (!this.#worker) {
       this.#worker = new Worker(source);
       this.#worker.onmessage = ({ data: { id, result, error, took } }) => {
         if (error && outOfMemory.test(error)) return this.drop(new Error(noMemory));
-        if (took !== undefined) performance.mark(this.#name, { detail: took }); // for whoever measures
+        if (took !== undefined) dispatchEvent(new CustomEvent(this.#name, { detail: took })); // for whoever measures
         if (error) this.#waiting.get(id)?.reject(new Error(sentence(error)));
         else this.#waiting.get(id)?.resolve(result);
         this.#waiting.delete(id);
@@ -66,8 +79,17 @@ class Engine {
         this.drop(new Error(sentence(event.message)));
       };
       this.#post({ job: "open", program, inputs }).catch(() => {});
+      if (this.#selected && job.job !== "select") this.#post(this.#selected).catch(() => {});
     }
-    return this.#post(job);
+    const result = await this.#post(job);
+    if (job.job === "select" && result.failure === undefined) this.#selected = job;
+    return result;
+  }
+
+  /** Forget the alignment that was shown, and end whatever is under way. */
+  close() {
+    this.#selected = null;
+    this.drop();
   }
 
   /** @param {import("./worker.js").Job} job */
@@ -81,12 +103,12 @@ class Engine {
 
 /** For the alignment that is shown, for what the program itself says a little later, and for what is saved. */
 export const engine = new Engine("engine"), background = new Engine("background"), writer = new Engine("writer");
+/** For what is about to be opened. */
+export const reader = new Engine("reader");
 
 /** Work on these files from now on. @param {import("./worker.js").Input[]} files */
 export function open(files) {
-  engine.drop();
-  background.drop();
-  writer.drop();
+  for (const one of [engine, background, writer]) one.close();
   inputs = files;
 }
 

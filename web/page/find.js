@@ -1,9 +1,11 @@
 // Finds a sequence by its name, a motif in the sequences, or a position.
 
-import { engine } from "./engine.js";
-import { allRows, columnOf, sequenceAt } from "./sight.js";
+import { engine, tell } from "./engine.js";
+import { allRows, columnOf, positionAt, sequenceAt } from "./sight.js";
 import { element, state, update } from "./state.js";
 import { choose } from "./viewer.js";
+
+const longest = 1000; // letters of a motif
 
 const newest = { text: "", row: 0, position: 0 }; // where the last one was found
 
@@ -15,8 +17,9 @@ async function find(text) {
   if (/^\d+$/.test(text)) {
     const p = Number(text);
     if (p < 1 || p > nupo) return `Positions are 1 to ${nupo}.`;
-    choose(state.top, columnOf(state, p));
-    return `Position ${p}.`;
+    const column = columnOf(state, p), there = positionAt(state, column); // elsewhere where only selected ones are shown
+    choose(state.top, column);
+    return there === p ? `Position ${p}.` : `Position ${p} is not selected; this is ${there}.`;
   }
   if (newest.text !== text) Object.assign(newest, { text, row: 0, position: 0 });
   for (let k = 1; k <= n; ++k) {
@@ -27,6 +30,7 @@ async function find(text) {
     return `${name}.`;
   }
   if (!/^[A-Za-z.?*]+$/.test(text)) return "Not found.";
+  if (text.length > longest) return `A motif may have ${longest} letters; this one has ${text.length}.`;
   const found = await engine.ask({ job: "find", motif: text, rows: allRows(state), start: Math.max(newest.row - 1, 0), from: newest.position });
   if (!found || letters !== state.letters) return "Not found.";
   const { row, first, last } = found, to = columnOf(state, last);
@@ -42,8 +46,9 @@ export function connect() {
     event.preventDefault();
     try {
       found.textContent = await find(field.value.trim());
-    } catch {
-      found.textContent = ""; // something else was opened
+    } catch (error) {
+      found.textContent = "";
+      tell(error);
     }
   });
 }

@@ -1,8 +1,10 @@
 // The form of the parameters, made of their table.
 
 import { isCodons } from "./layers.js";
-import { bounds, fromLink, inForce, letterNames, parameters, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
+import { bounds, fromLink, inForce, letterNames, parameterOf, presetOf, presets, share, shareBounds, shownOrder, toLink } from "./parameters.js";
 import { element, make, shares, show, showWhen, size, state, update } from "./state.js";
+
+const unreadable = "?"; // stands for what was typed where the browser does not hand it out, as it is no number
 
 /** Set one value, "" for the default. The program wants shares of both b1 and b2, or of neither. @param {string} name @param {string} value */
 function set(name, value) {
@@ -18,8 +20,9 @@ function inUnit(values, per) {
   const n = size(state), changed = { ...values };
   for (const name of per === null || n.numseq === 0 ? [] : ["b1", "b2"]) {
     const value = values[name];
-    if (value && per && !value.endsWith("%")) changed[name] = share(Number(value), n);
-    if (value && !per && value.endsWith("%")) changed[name] = String(inForce(values, name, n));
+    if (!/^\d/.test(value ?? "")) continue;
+    if (per && !value.endsWith("%")) changed[name] = share(Number(value), n);
+    if (!per && value.endsWith("%")) changed[name] = String(inForce(values, name, n));
   }
   return changed;
 }
@@ -58,7 +61,7 @@ function field({ name, label, effect, choices, slider }) {
   const range = choices ? null : make("input", { type: "range", step: "1" });
   range?.setAttribute("aria-label", `${name}, slider`);
   for (const input of range ? [control, range] : [control]) {
-    input.addEventListener("input", () => set(name, input.value));
+    input.addEventListener("input", () => set(name, input.validity.badInput ? unreadable : input.value));
   }
   const wrong = make("p", { id: `${name}-wrong`, className: "wrong" });
   wrong.setAttribute("role", "alert");
@@ -74,14 +77,14 @@ function field({ name, label, effect, choices, slider }) {
       const { least, most } = per ? shareBounds(now.values, name, n) : numbers;
       const standard = inForce({ ...now.values, [name]: "" }, name, n), force = inForce(now.values, name, n);
       // Never a number that is not in force: a default is no whole share.
-      const number = per || !known ? value.replace(/%$/, "") : String(force);
-      const typed = document.activeElement === control && value.replace(/%$/, "") === control.value;
+      const number = value.startsWith(unreadable) ? "" : per || !known ? value.replace(/%$/, "") : String(force);
+      const typed = document.activeElement === control && (control.validity.badInput || value.replace(/%$/, "") === control.value);
       if (!typed) control.value = number;
       control.placeholder = per || !known ? "default" : "";
       control.min = range.min = String(least);
       control.max = String(most);
       range.max = String(Math.min(most, slider ?? most));
-      range.value = per && value === "" ? String(Math.ceil((standard * 100) / n.numseq)) : number;
+      range.value = number || String(per ? Math.ceil((standard * 100) / n.numseq) : force);
       range.disabled = !known;
       const what = per ? `. In force here: ${force} of ${n.numseq} sequences. Default ${standard}, from ${least} % to ${most} %` : `. Default ${standard}, from ${least} to ${most}`;
       extent.textContent = known ? what : "";
@@ -105,7 +108,7 @@ export function connect() {
   const form = element("fields", HTMLElement);
   element("presets", HTMLElement).append("Preset ", ...ofPresets());
   for (const name of shownOrder) {
-    const parameter = parameters.find((one) => one.name === name);
+    const parameter = parameterOf(name);
     if (name === "b1") form.append(unit());
     if (parameter) form.append(field(parameter));
   }

@@ -10,14 +10,14 @@ const together = 600; // milliseconds within which changes of one setting are on
 /** @type {Settings | null} */ let present = null;
 let changed = 0;
 let changing = ""; // the settings that the last change was about
-let stepping = false;
 
 /** @param {Settings[]} from @param {Settings[]} to */
 function step(from, to) {
   const target = from.pop();
   if (!target || !present) return;
   to.push(present);
-  stepping = true;
+  present = target;
+  changing = "";
   update(target);
 }
 
@@ -34,10 +34,9 @@ export function connect() {
   });
   let opened = state.opened;
   showWhen((now) => [now.values, now.outputs, now.asShares, now.opened], ({ values, outputs, asShares, ...now }) => {
-    const settings = { values, outputs, asShares }, before = present;
-    present = settings;
-    if (stepping || !before || now.opened !== opened) stepping = false;
-    else {
+    const before = present, same = before?.values === values && before.outputs === outputs && before.asShares === asShares;
+    present = same ? before : { values, outputs, asShares };
+    if (!same && before && now.opened === opened) {
       const names = Object.keys({ ...values, ...before.values }).filter((name) => values[name] !== before.values[name]).join();
       if (performance.now() - changed > together || past.length === 0 || names === "" || names !== changing) past.push(before);
       changing = names;

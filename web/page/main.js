@@ -3,7 +3,7 @@
 import * as choices from "./choices.js";
 import * as compare from "./compare.js";
 import * as curve from "./curve.js";
-import { background, Dropped, engine, noMemory, open } from "./engine.js";
+import { background, Dropped, engine, noMemory, open, wordsOf } from "./engine.js";
 import * as find from "./find.js";
 import * as form from "./form.js";
 import * as history from "./history.js";
@@ -33,9 +33,6 @@ const linesOf = (stderr) => stderr.split("\n").filter((line) => line)
   .map((line) => line.replace(/^trimora-run: /, "").replace(" in /here", "") // the engine's own folder
     .replace(/another code: --code=/, "another code: choose it under “Genetic code”")
     .replace(/there is not enough memory( \(.*\))?/, noMemory));
-
-/** @param {unknown} error */
-const wordsOf = (error) => (error instanceof Error ? error.message : String(error));
 
 /** The table with the line of the alignment that is shown; the other columns of an earlier line stay. @param {Row} row */
 function tableWith(row) {
@@ -98,7 +95,7 @@ function confirm() {
       // A file that is no alignment is not the first thing to see of a batch, but one of its notes.
       const instead = batch && !state.overview && !state.columns && shown?.status !== "ok" && made.rows.find((/** @type {Row} */ row) => row.status === "ok");
       update({ ...(instead ? { ...unread, shown: instead.alignment } : {}), table: made.rows, overview: made.overview ?? null, overviewOf: values, notes: lines, printed: made.stdout,
-        failure: other ? `The page selects ${live.selected} positions and the program ${shown.selected}. That must not be: do not use this result, and report it.` : "" });
+        failure: other ? `The page selects ${live.selected} positions and the program ${shown.selected}. This should never happen: please do not use this result, and report it.` : "" });
     } catch (error) {
       if (!(error instanceof Dropped)) update(state.columns ? { notes: [wordsOf(error)] } : { failure: wordsOf(error) });
     }
@@ -115,7 +112,7 @@ showWhen((now) => [now.opened], ({ opened }) => {
 });
 for (const part of [history, form, opening, choices, summary, plot, map, tiles, viewer, find, compare, curve, picture, saving]) part.connect();
 showWhen((now) => [now.opened, now.values, now.shown], select);
-showWhen((now) => [now.opened, now.values, now.outputs.match, now.outputs["name-end"], joining(now).join()], confirm);
+showWhen((now) => [now.opened, now.values, matching(now).join(), joining(now).join()], confirm);
 showWhen((now) => [now.running], (now) => document.body.classList.toggle("running", now.running));
 showWhen((now) => [invalid(now)], (now) => {
   document.body.classList.toggle("invalid", invalid(now));

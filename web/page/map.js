@@ -1,4 +1,4 @@
-// The whole alignment in little: where its letters agree and where there are gaps, its selected blocks below, and a frame
+// The whole alignment in miniature: where its letters agree and where there are gaps, its selected blocks below, and a frame
 // around what the window shows. Dragging moves the window, over rows as well.
 
 import { engine } from "./engine.js";
@@ -95,7 +95,7 @@ export function connect() {
   showWhen((now) => [now.letters, now.columns], again);
   showWhen((now) => [now.first, now.width, now.top, now.height, now.trimmed], draw);
   showWhen((now) => [now.columns], (now) => {
-    canvas().setAttribute("aria-label", `The whole alignment in little, with ${now.columns?.blocks.length ?? 0} selected blocks, which are listed below`);
+    canvas().setAttribute("aria-label", `The whole alignment in miniature, with ${now.columns?.blocks.length ?? 0} selected blocks, which are listed below`);
   });
   watchTheme(again);
   new ResizeObserver(() => {

@@ -3,7 +3,8 @@
 
 import packedExamples from "packed:examples";
 import { gunzip } from "../engine/gunzip.mjs";
-import { free } from "./names.js";
+import { reader, wordsOf } from "./engine.js";
+import { free, natural } from "./names.js";
 import { unpack } from "./packing.js";
 import { fromLink } from "./parameters.js";
 import { element, showWhen, state, unread, update } from "./state.js";
@@ -19,7 +20,7 @@ import { element, showWhen, state, unread, update } from "./state.js";
  */
 
 /** Of a file: its letters, a second copy of them and what is written fit into 32 bits. */
-export const mostBytes = 1.5e9;
+const mostBytes = 1.5e9;
 
 const headBytes = 65536; // of a file, which tell what it is
 
@@ -31,8 +32,6 @@ const examples = [
     files: ["primates_mt_1.fas", "primates_mt_2.fas"] },
 ];
 
-const natural = new Intl.Collator("en", { numeric: true }).compare;
-
 /** Unpack gzip, known by its first two bytes. @param {import("./worker.js").Input} input */
 async function unpacked({ name, blob }) {
   const [first, second] = new Uint8Array(await blob.slice(0, 2).arrayBuffer());
@@ -43,12 +42,6 @@ async function unpacked({ name, blob }) {
     throw new Error(`${name} is compressed, but cannot be unpacked: it is damaged or incomplete.`);
   }
 }
-
-/** How an alignment begins, in each format that is known in the field; the program decides whether it can be read. */
-const beginnings = /^\s*(>|CLUSTAL|MUSCLE|PROBCONS|# STOCKHOLM|#NEXUS|\d+[ \t]+\d+\s*$|PileUp|!!..)/im;
-
-/** Whether a file begins as an alignment does. @param {string} head its first bytes */
-const looksAligned = (head) => head.replace(/[\0\ufeff\ufffd]/g, "").trimStart().search(beginnings) === 0; // UTF-16 as well
 
 /**
  * Make the files of one gesture into what a run works on. Of several files, take those that begin as alignments do, and a
@@ -66,47 +59,68 @@ async function arrange(given) {
     inputs.push({ name: found, blob });
   }
   inputs.sort((a, b) => natural(a.name, b.name));
-  const [only] = inputs;
   if (inputs.length === 1) {
-    return { inputs, alignments: [only.name], file: only.name, made: false, bytes: only.blob.size, leftOut: [], renamed };
+    return { ...batch(inputs, "", false), leftOut: [], renamed };
   }
-  const heads = await Promise.all(inputs.map(({ blob }) => blob.slice(0, headBytes).text()));
-  const alignments = inputs.filter((_, k) => looksAligned(heads[k]));
+  /** @type {boolean[]} */
+  const aligned = await reader.ask({ job: "aligned", heads: inputs.map(({ blob }) => blob.slice(0, headBytes)) });
+  if (!reader.busy) reader.drop();
+  const alignments = inputs.filter((_, k) => aligned[k]);
   const rest = inputs.filter((input) => !alignments.includes(input));
-  const sum = (/** @type {import("./worker.js").Input[]} */ files) => files.reduce((n, { blob }) => n + blob.size, 0);
 
-  // Listed paths lead to dropped files by their last part, since a browser tells no folders of single files.
-  const tail = (/** @type {string} */ path) => path.split(/[/\\]/).pop() ?? path;
   for (const list of rest.filter(({ blob }) => blob.size < 1e7)) {
-    const paths = (await list.blob.text()).split("\n").map((line) => line.replace(/\r$/, "")).filter((line) => line);
-    const found = paths.map((path) =>
-      alignments.find(({ name }) => name === path) ?? alignments.find(({ name }) => tail(name) === tail(path)));
-    if (!found.some((input) => input)) continue;
-    const missing = paths.filter((_, k) => !found[k]);
-    if (missing.length > 0) {
-      throw new Error(`${list.name} lists ${missing[0]}${missing.length > 1 ? ` and ${missing.length - 1} more` : ""}, ` +
-        "which did not come with it: drop the paths file together with all its alignments.");
-    }
-    const inOrder = paths.map((path, k) =>
-      ({ name: path.replace(/^([.]*[/\\])+/, ""), blob: /** @type {import("./worker.js").Input} */ (found[k]).blob }));
-    return { ...batch(inOrder, tail(list.name)), made: false, leftOut: rest.filter((f) => f !== list).map(({ name }) => name), renamed };
+    const inOrder = listedIn(list.name, await list.blob.text(), alignments);
+    if (inOrder) return { ...batch(inOrder, partsOf(list.name)[0], false), leftOut: rest.filter((f) => f !== list).map(({ name }) => name), renamed };
   }
   if (alignments.length === 0) throw new Error("None of these files begins as an alignment does. FASTA, for example, begins with >.");
-  const leftOut = rest.map(({ name }) => name);
-  const [first] = alignments;
-  if (alignments.length > 1) return { ...batch(alignments, free("paths.txt", isTaken)), made: true, leftOut, renamed };
-  return { inputs: alignments, alignments: [first.name], file: first.name, made: false, bytes: sum(alignments), leftOut, renamed };
+  return { ...batch(alignments, free("paths.txt", isTaken), true), leftOut: rest.map(({ name }) => name), renamed };
+}
 
-  /** @param {import("./worker.js").Input[]} files @param {string} file the paths file */
-  function batch(files, file) {
-    const names = files.map(({ name }) => name);
-    const paths = new Blob([names.map((name) => `${name}\n`).join("")]);
-    return { inputs: [...files, { name: file, blob: paths }], alignments: names, file, bytes: sum(files) };
+/** One alignment, or several and the paths file that lists them. @param {import("./worker.js").Input[]} files @param {string} list @param {boolean} made */
+function batch(files, list, made) {
+  const alignments = files.map(({ name }) => name), bytes = files.reduce((n, { blob }) => n + blob.size, 0);
+  if (files.length === 1) return { inputs: files, alignments, file: alignments[0], made: false, bytes };
+  const paths = new Blob([alignments.map((name) => `${name}\n`).join("")]);
+  return { inputs: [...files, { name: list, blob: paths }], alignments, file: list, made, bytes };
+}
+
+/** The parts of a path, the last one first and without .gz. @param {string} path */
+const partsOf = (path) => path.replace(/\.gz$/i, "").split(/[/\\]/).filter((part) => !/^\.*$/.test(part)).reverse();
+
+/**
+ * The dropped alignments in the order of a paths file, under the paths that it gives; null: it lists none of them. A path
+ * leads to the file whose path ends like it for the longest, since a browser does not tell from where files come.
+ * @param {string} list its name @param {string} text @param {import("./worker.js").Input[]} alignments
+ */
+function listedIn(list, text, alignments) {
+  const paths = text.split("\n").map((line) => line.trim()).filter((line) => line && !line.startsWith("#"));
+  /** @type {Map<string, {input: import("./worker.js").Input, parts: string[]}[]>} */
+  const byTail = new Map();
+  for (const input of alignments) {
+    const parts = partsOf(input.name), others = byTail.get(parts[0]) ?? [];
+    byTail.set(parts[0], [...others, { input, parts }]);
   }
+  const found = paths.map((path) => {
+    const wanted = partsOf(path), near = byTail.get(wanted[0]) ?? [], exact = near.find(({ parts }) => parts.join() === wanted.join());
+    const alike = near.map(({ parts }) => [...wanted, ""].findIndex((part, k) => part !== parts[k])), most = Math.max(...alike);
+    const best = exact ? [exact] : near.filter((_, k) => alike[k] === most);
+    return best.length === 1 ? best[0].input : undefined;
+  });
+  if (!found.some((input) => input)) return null;
+  /** @type {Map<import("./worker.js").Input | undefined, string>} */
+  const firstPath = new Map();
+  found.forEach((input, k) => firstPath.set(input, firstPath.get(input) ?? partsOf(paths[k]).join()));
+  const missing = paths.filter((path, k) => !found[k] || firstPath.get(found[k]) !== partsOf(path).join()); // another's file is not its own
+  if (missing.length > 0) {
+    throw new Error(`${list} lists ${missing[0]}${missing.length > 1 ? ` and ${missing.length - 1} more` : ""}, ` +
+      "which did not come with it: drop the paths file together with all its alignments.");
+  }
+  return paths.map((path, k) => ({ name: path.replace(/^([.]*[/\\])+/, ""), blob: /** @type {import("./worker.js").Input} */ (found[k]).blob }));
 }
 
 /** The type of sequence that came with an example; the next alignment does not keep it. */
 let lent = "";
+let gestures = 0; // of them, only the last one counts
 
 /**
  * Open the files of one gesture.
@@ -114,12 +128,13 @@ let lent = "";
  * @param {Record<string, string>} [values] that come with it
  */
 async function open(coming, example, values) {
-  const type = example?.type;
+  const type = example?.type, gesture = ++gestures;
   try {
     update({ notice: "Reading …" });
     const given = await coming;
     if (given.length === 0) return update({ notice: "There was no file." });
     const { leftOut, renamed, ...arranged } = await arrange(given);
+    if (gesture !== gestures) return;
     const opened = { ...arranged, example: example?.key ?? "" };
     if (opened.bytes > mostBytes) {
       throw new Error(`This is ${(opened.bytes / 1e9).toFixed(1)} GB; a page can work on ${mostBytes / 1e9} GB at most. ` +
@@ -133,7 +148,7 @@ async function open(coming, example, values) {
     });
     lent = type ?? "";
   } catch (error) {
-    update({ notice: error instanceof Error ? error.message : String(error) });
+    if (gesture === gestures) update({ notice: wordsOf(error) });
   }
 }
 
@@ -186,9 +201,9 @@ async function listEntries(entries) {
       found.push({ name: entry.fullPath.slice(1), blob });
       return;
     }
-    const reader = entry.createReader();
+    const listing = entry.createReader();
     for (;;) { // some hundred entries at a time
-      const some = await new Promise((resolve, reject) => reader.readEntries(resolve, reject));
+      const some = await new Promise((resolve, reject) => listing.readEntries(resolve, reject));
       if (some.length === 0) return;
       for (const inner of some) await walk(inner);
     }
@@ -204,8 +219,7 @@ async function filesOf(names) {
 }
 
 /** Open an example, with the values that an address gives or with its own. @param {(typeof examples)[0]} example @param {Record<string, string>} [values] */
-const openExample = (example, values) =>
-  open(filesOf(example.files), example, values);
+const openExample = (example, values) => open(filesOf(example.files), example, values);
 
 /** Open the example that the address names, if it is another one. */
 function fromAddress() {
@@ -247,9 +261,11 @@ export function connect() {
     if (!event.relatedTarget) document.body.classList.remove("dragging");
   });
   document.addEventListener("drop", (event) => {
-    event.preventDefault();
     document.body.classList.remove("dragging");
-    if (event.dataTransfer) open(listed(event.dataTransfer));
+    const withFiles = event.dataTransfer?.types.includes("Files");
+    if (!withFiles && event.target === pasted) return; // text that is dragged there
+    event.preventDefault();
+    if (withFiles && event.dataTransfer) open(listed(event.dataTransfer));
   });
 
   const notice = element("notice", HTMLElement), details = element("opening", HTMLDetailsElement);

@@ -79,17 +79,17 @@ export const parameters = [
 /** In the order in which people think of them. */
 export const shownOrder = ["t", "code", "b1", "b2", "b3", "b4", "b0", "b5", "b6"];
 
-const find = (/** @type {string} */ name) => parameters.find((parameter) => parameter.name === name);
+export const parameterOf = (/** @type {string} */ name) => parameters.find((parameter) => parameter.name === name);
 
 /**
  * The number in force for a parameter of numbers. A share of b1 or b2 that is too small is the least that they may be.
  * @param {Record<string, string>} values @param {string} name @param {Size} size @returns {number}
  */
 export function inForce(values, name, size) {
-  const value = values[name];
-  if (value?.endsWith("%")) return Math.max(floor(value, size), name === "b1" ? size.b1 : inForce(values, "b1", size));
-  if (value) return Number(value);
-  return find(name)?.standard(size, (other) => inForce(values, other, size)) ?? 0;
+  const value = values[name] ?? "";
+  if (/^\d.*%$/.test(value)) return Math.max(floor(value, size), name === "b1" ? size.b1 : inForce(values, "b1", size));
+  if (/^\d/.test(value)) return Number(value);
+  return parameterOf(name)?.standard(size, (other) => inForce(values, other, size)) ?? 0;
 }
 
 /** The sequences in a share of them. @param {string} per @param {Size} size */
@@ -101,7 +101,7 @@ const floor = (per, { numseq }) => Math.floor((numseq * Number(per.slice(0, -1))
  */
 export function bounds(values, name, size) {
   const [least, most, whyLeast, whyMost] =
-    find(name)?.range(size, (other) => inForce(values, other, size), values) ?? [0, 0, "", ""];
+    parameterOf(name)?.range(size, (other) => inForce(values, other, size), values) ?? [0, 0, "", ""];
   const value = inForce(values, name, size), text = values[name] ?? "", { b1 = "", b2 = "" } = values;
   const because = (/** @type {string} */ why) => (why && ` (${why})`);
   let wrong = "";

@@ -3,7 +3,7 @@
 import { cell, drawAlignment, heightOf } from "./alignment.js";
 import { drawPlot, frameOf, plotHeight } from "./plot.js";
 import { download } from "./save.js";
-import { element, state } from "./state.js";
+import { element, state, update } from "./state.js";
 import { asSvg, onCanvas } from "./surface.js";
 import { colour } from "./theme.js";
 import { fitting, nameWidth } from "./viewer.js";
@@ -42,6 +42,9 @@ export function connect() {
     const ctx = /** @type {CanvasRenderingContext2D} */ (canvas.getContext("2d"));
     ctx.scale(dots, dots);
     draw(onCanvas(ctx), width, height, rows);
-    canvas.toBlob(async (blob) => blob && download(`${state.shown}.png`, new Uint8Array(await blob.arrayBuffer()), "image/png"));
+    canvas.toBlob(async (blob) => {
+      if (blob) download(`${state.shown}.png`, new Uint8Array(await blob.arrayBuffer()), "image/png");
+      else update({ notice: "The picture is too large for this browser. Take SVG, or a smaller window." });
+    });
   });
 }

@@ -42,41 +42,36 @@ export function differences(now) {
   return found;
 }
 
-/** @param {import("./surface.js").Surface} surface @param {State} now @param {Frame} frame */
-export function drawPlot(surface, now, { left, top, width, height, from, to }) {
-  const { columns } = now, row = shownRow(now), n = numseq(now);
-  if (!columns || !row || n === 0) return;
-  const cell = width / (to - from + 1), x = (/** @type {number} */ p) => left + (p - from) * cell;
-  const y = (/** @type {number} */ score) => top + height * (1 - score / (n * 1.08)), base = top + height, ink = colour("ink");
+/** The score at a height. @param {Frame} frame @param {number} n sequences @returns {(score: number) => number} */
+const heightIn = ({ top, height }, n) => (score) => top + height * (1 - score / (n * 1.08));
 
-  surface.within(left, top, width, height, () => {
-    for (const { first, last } of columns.blocks) {
-      if (last >= from && first <= to) surface.rect(x(first), top, x(last + 1) - x(first), height, colour("selected-soft"));
+/** A bar for each position. @param {import("./surface.js").Surface} surface @param {import("./state.js").Columns} columns @param {Frame} frame @param {number} n */
+function drawBars(surface, columns, frame, n) {
+  const { left, top, width, height, from, to } = frame, cell = width / (to - from + 1), y = heightIn(frame, n), base = top + height;
+  if (cell >= 1) {
+    for (let p = from; p <= to; ++p) {
+      const kind = columns.kind[p - 1], fill = colour(classColours[kind]), bar = cell * (cell < 3 ? 1 : fullness[kind] * 0.9), x = left + (p - from) * cell + (cell - bar) / 2;
+      if (kind === 0) surface.rect(x, base - 4, bar, 4, fill);
+      else surface.rect(x, y(columns.score[p - 1]), bar, base - y(columns.score[p - 1]), fill);
     }
-    for (const { first, last, gained } of differences(now)) {
-      if (last >= from && first <= to) surface.rect(x(first), top, x(last + 1) - x(first), height, colour(gained ? "gained" : "lost"));
+    return;
+  }
+  // More positions than pixels: in each pixel the mean score, and the class that most of its positions have.
+  for (let pixel = 0; pixel < width; ++pixel) {
+    const a = Math.floor(from + pixel / cell), b = Math.max(a, Math.min(Math.floor(from + (pixel + 1) / cell) - 1, to)), count = [0, 0, 0, 0];
+    let sum = 0;
+    for (let p = a; p <= b; ++p) {
+      sum += columns.score[p - 1];
+      ++count[columns.kind[p - 1]];
     }
-    if (cell >= 1) {
-      for (let p = from; p <= to; ++p) {
-        const kind = columns.kind[p - 1], fill = colour(classColours[kind]), bar = cell * (cell < 3 ? 1 : fullness[kind] * 0.9);
-        if (kind === 0) surface.rect(x(p) + (cell - bar) / 2, base - 4, bar, 4, fill);
-        else surface.rect(x(p) + (cell - bar) / 2, y(columns.score[p - 1]), bar, base - y(columns.score[p - 1]), fill);
-      }
-    } else { // more positions than pixels: in each pixel the mean score, and the class that most of its positions have
-      for (let pixel = 0; pixel < width; ++pixel) {
-        const a = Math.floor(from + pixel / cell), b = Math.max(a, Math.min(Math.floor(from + (pixel + 1) / cell) - 1, to)), count = [0, 0, 0, 0];
-        let sum = 0;
-        for (let p = a; p <= b; ++p) {
-          sum += columns.score[p - 1];
-          ++count[columns.kind[p - 1]];
-        }
-        const mean = y(sum / (b - a + 1)), most = count.indexOf(Math.max(...count));
-        surface.rect(left + pixel, Math.min(mean, base - 2), 1, Math.max(base - mean, 2), colour(classColours[most]));
-      }
-    }
-    const view = { from: positionAt(now, now.first), to: positionAt(now, now.first + now.width - 1) };
-    if (view.from > 1 || view.to < columns.score.length) surface.frame(x(view.from), top + 1, x(view.to + 1) - x(view.from), height - 2, colour("window"));
-  });
+    const mean = y(sum / (b - a + 1)), most = count.indexOf(Math.max(...count));
+    surface.rect(left + pixel, Math.min(mean, base - 2), 1, Math.max(base - mean, 2), colour(classColours[most]));
+  }
+}
+
+/** Axes, and the lines of b1 and b2. @param {import("./surface.js").Surface} surface @param {import("./state.js").Row} row @param {Frame} frame @param {number} n */
+function drawAxes(surface, row, frame, n) {
+  const { left, top, width, height, from, to } = frame, cell = width / (to - from + 1), y = heightIn(frame, n), base = top + height, ink = colour("ink");
   for (const [name, dash] of /** @type {[string, number[]][]} */ ([["b1", [2, 3]], ["b2", [8, 4]]])) {
     if (row[name] === "NA") continue; // every column is kept
     surface.line(left, y(Number(row[name])), left + width, y(Number(row[name])), ink, dash);
@@ -86,12 +81,31 @@ export function drawPlot(surface, now, { left, top, width, height, from, to }) {
   surface.line(left, top, left, base, colour("line"));
   const across = steps.find((step) => step * cell >= 60) ?? 1e7, up = steps.find((step) => step * height >= 30 * n) ?? n;
   for (let p = Math.max(across === 1 ? 1 : across, Math.ceil(from / across) * across); p <= to; p += across) {
-    surface.rect(x(p) + cell / 2, base, 1, 4, ink);
-    surface.text(x(p) + cell / 2, base + 11, String(p), ink, { align: "center" });
+    const x = left + (p - from) * cell + cell / 2;
+    surface.rect(x, base, 1, 4, ink);
+    surface.text(x, base + 11, String(p), ink, { align: "center" });
   }
   for (let score = 0; score <= n; score += up) surface.text(left - 5, y(score), String(score), ink, { align: "right" });
   surface.text(left + width / 2, base + 26, "position", ink, { align: "center" });
   surface.text(left, base + 26, "score (sequences)", colour("soft"), { align: "left" });
+}
+
+/** @param {import("./surface.js").Surface} surface @param {State} now @param {Frame} frame */
+export function drawPlot(surface, now, frame) {
+  const { columns } = now, row = shownRow(now), n = numseq(now);
+  if (!columns || !row || n === 0) return;
+  const { left, top, width, height, from, to } = frame, x = (/** @type {number} */ p) => left + (p - from) * (width / (to - from + 1));
+  const shade = (/** @type {number} */ first, /** @type {number} */ last, /** @type {string} */ name) => {
+    if (last >= from && first <= to) surface.rect(x(first), top, x(last + 1) - x(first), height, colour(name));
+  };
+  surface.within(left, top, width, height, () => {
+    for (const { first, last } of columns.blocks) shade(first, last, "selected-soft");
+    for (const { first, last, gained } of differences(now)) shade(first, last, gained ? "gained" : "lost");
+    drawBars(surface, columns, frame, n);
+    const view = { from: positionAt(now, now.first), to: positionAt(now, now.first + now.width - 1) };
+    if (view.from > 1 || view.to < columns.score.length) surface.frame(x(view.from), top + 1, x(view.to + 1) - x(view.from), height - 2, colour("window"));
+  });
+  drawAxes(surface, row, frame, n);
 }
 
 const canvas = () => element("scores", HTMLCanvasElement);

@@ -1,9 +1,9 @@
 // Takes results home: the files of the program, the report in a frame, the command line, the link.
 
-import { Dropped, writer } from "./engine.js";
+import { Dropped, wordsOf, writer } from "./engine.js";
+import { unused } from "./names.js";
 import { options, toLink } from "./parameters.js";
-import { element, invalid, isBatch, joining, make, matching, show, showWhen, state, update } from "./state.js";
-import { free, isTaken } from "./names.js";
+import { element, invalid, isBatch, joining, make, matching, show, showWhen, shownRow, state, update } from "./state.js";
 import { copy } from "./viewer.js";
 
 const mostListed = 20; // alignments that the command line names
@@ -36,16 +36,15 @@ const choices = {
 const defaults = Object.fromEntries(OPTIONS.filter(({ standard }) => standard === "Y").map(({ name }) => [name.slice(1), "Y"]));
 
 const failures = () => state.table.some(({ status }) => status !== "ok");
-const possible = () => outputs.filter(({ when }) => (when !== "batch" || isBatch(state)) && (when !== "blocks" || !state.values.preset));
-/** The name of a file of the run as a whole. @param {string} name */
-const unused = (name) => free(name, (one) => isTaken(state.opened?.inputs ?? [], one));
+/** @param {Record<string, string>} values of the parameters */
+const possible = (values) => outputs.filter(({ when }) => (when !== "batch" || isBatch(state)) && (when !== "blocks" || !values.preset));
 
-/** The options that choose exactly these outputs. @param {(option: string) => boolean} wanted */
-function choice(wanted) {
+/** The options that choose exactly these outputs. @param {(option: string) => boolean} wanted @param {Record<string, string>} values */
+function choice(wanted, values) {
   const chosen = [];
-  for (const { option, on, file } of possible()) {
+  for (const { option, on, file } of possible(values)) {
     if (wanted(option) === (option in defaults)) continue;
-    chosen.push(wanted(option) ? `-${option}${on && `=${file ? unused(on) : on}`}` : `-${option}=N`);
+    chosen.push(wanted(option) ? `-${option}${on && `=${file ? unused(on, state.opened?.inputs ?? []) : on}`}` : `-${option}=N`);
   }
   for (const name in choices) {
     if (state.outputs[name]) chosen.push(`--${name}=${state.outputs[name]}`);
@@ -56,7 +55,7 @@ function choice(wanted) {
 }
 
 /** The arguments of trimora-run for these outputs. @param {(option: string) => boolean} chosen @param {Record<string, string>} [values] */
-const args = (chosen, values = state.values) => [state.opened?.file ?? "", ...options(values), ...choice(chosen)];
+const args = (chosen, values = state.values) => [state.opened?.file ?? "", ...options(values), ...choice(chosen, values)];
 const wanted = (/** @type {string} */ option) => option in state.outputs;
 
 /** An argument as a shell takes it. @param {string} text */
@@ -81,20 +80,21 @@ export function download(name, bytes, type = "application/octet-stream") {
 /**
  * Run the program and take what it wrote.
  * @param {string[]} given arguments
- * @param {{name: string, also: Record<string, Uint8Array>, alone?: boolean}} [packed] makes one zip of all
+ * @param {{zip?: {name: string, also: Record<string, Uint8Array>, alone?: boolean}, only?: string}} [how] `zip` makes one of
+ *   all, and `only` leaves the program one input
  * @returns {Promise<Record<string, Uint8Array> | null>}
  */
-async function write(given, packed) {
+async function write(given, how) {
   const said = element("saved", HTMLElement);
   said.textContent = "Running …";
   try {
-    const { status, stderr, files } = await writer.ask({ job: "write", args: given, zip: packed });
-    writer.drop(); // with its memory
+    const { status, stderr, files } = await writer.ask({ job: "write", args: given, ...how });
+    if (!writer.busy) writer.drop(); // with its memory
     const names = Object.keys(files), whole = status === 0 || failures();
     said.textContent = !whole ? stderr.replace(/^trimora-run: /gm, "") : names.length === 0 ? "Nothing was written." : "";
     return whole && names.length > 0 ? files : null;
   } catch (error) {
-    said.textContent = error instanceof Dropped ? "Not saved, since something was changed meanwhile." : error instanceof Error ? error.message : String(error);
+    said.textContent = error instanceof Dropped ? "Not saved, since something else was opened meanwhile." : wordsOf(error);
     return null;
   }
 }
@@ -111,7 +111,7 @@ function zip() {
 async function saveOne(option) {
   const { file } = outputs.find((one) => one.option === option) ?? {}, together = (/** @type {string} */ other) => /^[acw]$/.test(other) && wanted(other);
   const needed = option === "-partitions" ? (/** @type {string} */ other) => other === "a" : option === "-overview" ? together : () => false;
-  save(await write(args((other) => other === option || needed(other)), isBatch(state) ? { ...zip(), alone: file } : undefined));
+  save(await write(args((other) => other === option || needed(other)), isBatch(state) ? { zip: { ...zip(), alone: file } } : undefined));
 }
 
 /** Hand what was written to the downloads. @param {Record<string, Uint8Array> | null} files */
@@ -121,12 +121,13 @@ function save(files) {
   element("saved", HTMLElement).textContent = `Handed to the browser's downloads: ${Object.keys(files).join(", ")}`;
 }
 
+/** Show the report of the alignment that is shown. */
 async function report() {
-  const files = await write(args((option) => option === "p"));
-  if (!files) return;
-  const name = Object.keys(files).find((one) => one.startsWith(state.shown)) ?? Object.keys(files)[0];
-  const url = URL.createObjectURL(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (files[name])], { type: "text/html" }));
+  const files = await write([state.shown, ...options(state.values), "-s=N"], { only: state.shown });
   const frame = element("frame", HTMLIFrameElement), dialog = element("report", HTMLDialogElement);
+  if (!files || dialog.open) return;
+  const [content] = Object.values(files);
+  const url = URL.createObjectURL(new Blob([/** @type {Uint8Array<ArrayBuffer>} */ (content)], { type: "text/html" }));
   frame.src = url; // sandboxed: nothing in it runs, whatever names the sequences have
   dialog.showModal();
   dialog.addEventListener("close", () => {
@@ -154,7 +155,7 @@ export function connect() {
     list.append(row);
     show((now) => {
       box.checked = option in now.outputs;
-      row.hidden = !possible().some((output) => output.option === option);
+      row.hidden = !possible(now.values).some((output) => output.option === option);
     });
   }
   for (const [name, values] of Object.entries(choices)) {
@@ -164,9 +165,10 @@ export function connect() {
       const { [name]: _, ...others } = state.outputs;
       update({ outputs: select.value ? { ...others, [name]: select.value } : others });
     });
+    show((now) => (select.value = now.outputs[name] ?? ""));
   }
   for (const [id, option] of [["saveOverview", "-overview"], ["saveTable", "-table"]]) element(id, HTMLButtonElement).addEventListener("click", () => saveOne(option));
-  element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted), zip())));
+  element("zip", HTMLButtonElement).addEventListener("click", async () => save(await write(args(wanted), { zip: zip() })));
   const openReport = element("openReport", HTMLButtonElement);
   openReport.addEventListener("click", report);
   element("closeReport", HTMLButtonElement).addEventListener("click", () => element("report", HTMLDialogElement).close());
@@ -180,11 +182,11 @@ export function connect() {
   copying("copyCommand", commandLine, "Command line");
   copying("copyLink", () => `${location.href.split("#")[0]}#${toLink(state.values, state.opened?.example)}`, "Link with these settings");
 
-  showWhen((now) => [now.opened, now.values, now.outputs, now.table], (now) => {
+  showWhen((now) => [now.opened, now.values, now.outputs, now.table, now.shown], (now) => {
     if (!now.opened) return;
-    command.textContent = commandLine() || "A value is not possible. Mend it, and the command is here.";
+    command.textContent = commandLine() || "A value is not possible. Correct it to see the command.";
     for (const id of ["copyCommand", "copyLink", "zip"]) element(id, HTMLButtonElement).disabled = invalid(now);
-    const small = now.table.every((row) => !(Number(row.sequences) * Number(row.positions) > mostReport));
+    const { sequences, positions } = shownRow(now) ?? {}, small = !(Number(sequences) * Number(positions) > mostReport);
     openReport.disabled = !small || invalid(now);
     openReport.hidden = Boolean(now.values.preset); // there is none
     openReport.title = small ? "" : "The report of so large an alignment is too long for a page: save it instead";

@@ -1,6 +1,8 @@
 // What the alignment's window shows: which position is in which of its columns, and which sequence in which of its rows.
 // Counting  columns and rows of the window from 1, like positions and sequences
 
+import { natural } from "./names.js";
+
 /** @typedef {import("./state.js").State} State */
 
 /**
@@ -69,8 +71,6 @@ export function wanted(now) {
   return { rows: all, positions: Uint32Array.from(positions) };
 }
 
-const natural = new Intl.Collator("en", { numeric: true }).compare;
-
 /** The sequences in the order of the rows. */
 const rows = remembered((now) => [now.letters, now.order, now.gaps], ({ letters, order, gaps }) => {
   if (!letters || order === "file" || (order === "gaps" && !gaps)) return null;
@@ -84,9 +84,6 @@ export const allRows = (now) => rows(now) ?? (now.letters?.names ?? []).map((_, 
 
 /** The sequence in a row. @param {State} now @param {number} row */
 export const sequenceAt = (now, row) => rows(now)?.[row - 1] ?? row;
-
-/** The row of a sequence. @param {State} now @param {number} i */
-export const rowOf = (now, i) => (rows(now)?.indexOf(i) ?? i - 1) + 1;
 
 /** @param {number} n @param {number} most */
 export const within = (n, most) => Math.max(1, Math.min(n, most));

@@ -36,6 +36,12 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {Uint8Array} bytes
  */
 
+/**
+ * The names in a batch: in how many alignments they could be read, whether they are the same everywhere, and the rules by
+ * which more of them meet.
+ * @typedef {{readable: number, same: boolean, rules: import("trimora").NameRule[]}} Naming
+ */
+
 /** A line of `--table`, by the names of its header. @typedef {Record<string, string>} Row */
 
 /**
@@ -73,7 +79,7 @@ export const kinds = ["gap position", "nonconserved", "conserved", "flank"];
  * @property {boolean} translated whether it shows the amino acids of codons
  * @property {import("./compare.js").Pinned | null} pinned the other one of two settings that are compared
  * @property {string} focused parameter whose field has the focus; "": none
- * @property {string[][] | null} names of the sequences of each alignment of a batch, where they could be read
+ * @property {Naming | null} names what those of the sequences of a batch say, when they are read
  */
 
 /** @type {State} */
@@ -139,12 +145,16 @@ export function shares(now) {
 }
 
 /** Whether the alignment shown is read as nucleotides. @param {State} now */
-export const isNucleic = ({ values: { t }, kind, letters }) => (t ? t !== "P" : (kind || letters?.kind) ? (kind || letters?.kind) !== "protein" : letters?.nucleotides ?? false);
+export function isNucleic({ values: { t }, kind, letters }) {
+  if (t) return t !== "P";
+  const found = kind || letters?.kind;
+  return found ? found !== "protein" : letters?.nucleotides ?? false;
+}
 
 /** How sequences are put together, which decides as well whether b1 and b2 fit all alignments. @param {State} now */
 export const matching = (now) => [
   ...(now.outputs.match ? [`--match=${now.outputs.match}`] : []),
-  ...(now.outputs.match === "name" && now.outputs["name-end"] ? [`--name-end=${now.outputs["name-end"]}`] : []),
+  ...(now.outputs.match === "name" && now.outputs.species ? now.outputs.species.split(" ") : []),
 ];
 
 /** What is put together. @param {State} now */

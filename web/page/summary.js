@@ -1,6 +1,7 @@
 // Says what was selected: the count, the notes of the program, the alignments of a batch, the blocks.
 
 import { overview } from "../../src/output/overview/overview.js";
+import { layers } from "./layers.js";
 import { element, make, refill, showWhen, shownRow, state, unread, update } from "./state.js";
 import { go } from "./viewer.js";
 import { explain, number, plural, ruleOf } from "./words.js";
@@ -11,13 +12,9 @@ const rows = 1000; // notes, at most
 /** The alignment in a row of the overview. @param {number} row */
 const pathOf = (row) => String(state.overview?.table.rows[row][0]);
 
-export function connect() {
-  const said = element("said", HTMLElement), notes = element("notes", HTMLElement);
-  const failure = element("failure", HTMLElement), printed = element("printed", HTMLElement);
-  const batch = element("batch", HTMLElement), why = element("why", HTMLElement), whyHere = element("whyHere", HTMLElement);
-  const blocks = element("blocks", HTMLElement);
+/** The heading, which says what is open. */
+function connectHeading() {
   const heading = element("openh", HTMLElement);
-
   showWhen((now) => [now.opened, now.table, now.shown], (now) => {
     const row = shownRow(now), opened = now.opened;
     const what = row?.status === "ok" ? `, ${plural(row.sequences, "sequence")}, ${plural(row.positions, "position")}` : "";
@@ -26,8 +23,12 @@ export function connect() {
     heading.textContent = !opened ? "Open an alignment" : `${name}${!many ? what : opened.made ? "" : `, ${many}`} – open another`;
     document.title = opened ? `${name} – Trimora` : "Trimora";
   });
+}
 
-  showWhen((now) => [now.table, now.shown, now.failure], (now) => {
+/** How much is selected, or why nothing can be. */
+function connectCount() {
+  const said = element("said", HTMLElement), failure = element("failure", HTMLElement);
+  showWhen((now) => [now.table, now.shown, now.failure, now.values === now.overviewOf], (now) => {
     const row = shownRow(now);
     failure.textContent = now.failure;
     said.replaceChildren();
@@ -40,16 +41,25 @@ export function connect() {
       ` selected (${row.percent} %), in ${plural(row.blocks, "block")}`);
     if (now.table.length < 2) return;
     const sum = (/** @type {string} */ name) => number(now.table.reduce((n, one) => n + (Number(one[name]) || 0), 0));
-    said.append(make("small", {}, ` of ${row.alignment}; ${sum("selected")} of ${sum("positions")} in all ${now.table.length} alignments`));
+    // Of the others, the table tells what earlier values selected until the program has run.
+    const all = now.values === now.overviewOf ? `${sum("selected")} of ${sum("positions")} in all ${now.table.length} alignments` : "the other alignments follow";
+    said.append(make("small", {}, ` of ${row.alignment}; ${all}`));
   });
+}
 
+/** What the program says. */
+function connectNotes() {
+  const notes = element("notes", HTMLElement), printed = element("printed", HTMLElement);
   showWhen((now) => [now.notes, now.printed], (now) => {
     notes.replaceChildren(...now.notes.slice(0, rows).map((line) => make("li", {}, line)));
     if (now.notes.length > rows) notes.append(make("li", {}, `and ${number(now.notes.length - rows)} more`));
     printed.textContent = now.printed;
   });
+}
 
-  const place = element("overview", HTMLElement);
+/** The overview of a batch. */
+function connectBatch() {
+  const batch = element("batch", HTMLElement), place = element("overview", HTMLElement);
   showWhen((now) => [now.overview, now.opened], (now) => {
     batch.hidden = !now.overview;
     if (!now.overview) return place.replaceChildren();
@@ -63,7 +73,11 @@ export function connect() {
     for (const button of place.querySelectorAll("button.open")) button.setAttribute("aria-pressed", String(button.getAttribute("data-key") === state.shown));
   });
   showWhen((now) => [now.values === now.overviewOf], (now) => place.setAttribute("aria-busy", String(now.values !== now.overviewOf)));
+}
 
+/** The selected blocks, each as a button that goes there. */
+function connectBlocks() {
+  const blocks = element("blocks", HTMLElement);
   showWhen((now) => [now.columns], (now) => {
     const found = now.columns?.blocks ?? [];
     refill(blocks, ...found.slice(0, listed).map(({ first, last }, k) => {
@@ -77,16 +91,24 @@ export function connect() {
     if (empty > 0) blocks.append(` and ${plural(empty, "block")} without a whole codon, which b4 = 5 or more leaves out`);
     else if (found.length === 0 && now.columns) blocks.append("none: lower b2 or b4, allow gaps with b5, or check the type of sequence");
   });
+}
 
+/** Why a position is selected or not, and the rules of the layers. */
+function connectReasons() {
+  const why = element("why", HTMLElement), whyHere = element("whyHere", HTMLElement);
   showWhen((now) => [now.at, now.columns, now.layer, now.table], (now) => {
     const words = explain(now, now.at);
     whyHere.textContent = now.layer ? ruleOf(now, now.layer) : words;
     why.textContent = words || "Point at a position in the plot or in the alignment to see why it is selected or not.";
   });
-
-  const hint = element("lines", HTMLElement);
-  showWhen((now) => [now.table, now.shown], (now) => {
+  const hint = element("lines", HTMLElement), rules = element("rules", HTMLElement);
+  showWhen((now) => [now.table, now.shown, now.columns, now.values], (now) => {
     const row = shownRow(now);
     hint.textContent = row && row.b1 !== "NA" ? `b1 = ${row.b1}, b2 = ${row.b2} of ${row.sequences} sequences` : "";
+    rules.replaceChildren(...Array.from(new Set(layers(now).map(({ key }) => ruleOf(now, key))), (words) => make("li", {}, words)));
   });
+}
+
+export function connect() {
+  for (const part of [connectHeading, connectCount, connectNotes, connectBatch, connectBlocks, connectReasons]) part();
 }

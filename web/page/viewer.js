@@ -3,7 +3,7 @@
 
 import { cell, drawAlignment, heightOf, layerHeight, ruler } from "./alignment.js";
 import { isCodons, layers } from "./layers.js";
-import { engine } from "./engine.js";
+import { engine, tell } from "./engine.js";
 import { columnOf, extent, positionAt, reveal, sequenceAt, wanted, within } from "./sight.js";
 import { element, showWhen, state, update } from "./state.js";
 import { onCanvas } from "./surface.js";
@@ -59,9 +59,11 @@ function draw() {
   }
 }
 
+let placed = { left: 0, top: 0 }; // where the scroll bars are, as far as the state knows
+
 /** Bring the scroll bars to where the state is, and the size of what they scroll over. */
 function align() {
-  const box = scroller(), { letters, columns, first, top } = state, names = nameWidth();
+  const box = scroller(), { letters, columns } = state, names = nameWidth();
   box.setAttribute("aria-busy", String(!letters || wanted(state) !== null));
   if (!letters || !columns) return;
   const whole = ruler + letters.names.length * cell.height + layersHeight();
@@ -69,11 +71,12 @@ function align() {
   const space = element("space", HTMLElement);
   space.style.width = `${names + (extent(state) * cell.width) / stretch()}px`;
   space.style.height = `${whole}px`;
-  const now = scrolled();
+  const { columns: width, rows: height } = fitting(), now = scrolled();
+  const first = within(state.first, extent(state) - width + 1), top = within(state.top, letters.names.length - height + 1);
   if (now.first !== first) box.scrollLeft = ((first - 1) * cell.width) / stretch();
   if (now.top !== top) box.scrollTop = (top - 1) * cell.height;
-  const { columns: width, rows: height } = fitting();
-  if (width !== state.width || height !== state.height) update({ width, height });
+  placed = { left: box.scrollLeft, top: box.scrollTop };
+  if (first !== state.first || top !== state.top || width !== state.width || height !== state.height) update({ first, top, width, height });
   draw();
 }
 
@@ -121,7 +124,9 @@ export async function copy(text) {
 }
 
 async function copyMarked() {
-  const text = await markedText(), lines = text.split(">").length - 1;
+  const text = await markedText().catch(tell);
+  if (text === undefined) return;
+  const lines = text.split(">").length - 1;
   const done = text !== "" && await copy(text);
   element("copied", HTMLElement).textContent = text === "" ? "Too much to copy: mark less, or save it below."
     : done ? `Copied ${lines} sequence${lines === 1 ? "" : "s"} as FASTA.` : "The browser did not let the page copy.";
@@ -167,6 +172,9 @@ let touch = null;
 export function connect() {
   const box = scroller();
   box.addEventListener("scroll", () => {
+    const { scrollLeft: left, scrollTop: upper } = box;
+    if (left === placed.left && upper === placed.top) return; // the state did it, and may have gone on since
+    placed = { left, top: upper };
     const { first, top } = scrolled();
     if (first !== state.first || top !== state.top) update({ first, top });
   });
@@ -203,13 +211,14 @@ export function connect() {
 
   for (const name of /** @type {const} */ (["order", "palette"])) {
     const select = element(name, HTMLSelectElement);
-    select.addEventListener("change", () => update({ [name]: select.value, marked: null, top: 1 }));
+    select.addEventListener("change", () => update({ [name]: select.value, ...(name === "order" ? { marked: null, top: 1 } : {}) }));
+    showWhen((now) => [now[name]], (now) => (select.value = now[name])); // browsers keep what was chosen before a reload
   }
   for (const name of /** @type {const} */ (["trimmed", "translated"])) {
     const button = element(name, HTMLButtonElement);
     button.addEventListener("click", () => {
       const p = positionAt(state, state.first);
-      update({ [name]: !state[name], marked: null });
+      update({ [name]: !state[name], ...(name === "trimmed" ? { marked: null } : {}) });
       update({ first: columnOf(state, p) });
     });
     showWhen((now) => [now[name]], (now) => button.setAttribute("aria-pressed", String(now[name])));

@@ -12,7 +12,7 @@ export const number = (/** @type {string | number} */ n) => count.format(Number(
 export const plural = (/** @type {string | number} */ n, /** @type {string} */ word) => `${number(n)} ${word}${Number(n) === 1 ? "" : "s"}`;
 
 /** Which selected block holds position p, from 1; 0: none. @param {import("./state.js").Columns} columns @param {number} p */
-export const blockOf = (columns, p) => columns.blocks.findIndex(({ first, last }) => first <= p && p <= last) + 1;
+const blockOf = (columns, p) => columns.blocks.findIndex(({ first, last }) => first <= p && p <= last) + 1;
 
 /** What became of position p: the block that holds it, and the program's reason. @param {State} now @param {number} p */
 function outcome(now, p) {
@@ -47,6 +47,7 @@ export function cellWords(now, i, p) {
 /** The rule of a layer, in a sentence. @param {State} now @param {string} layer */
 export function ruleOf(now, layer) {
   const row = shownRow(now), b = (/** @type {string} */ name) => inForce(now.values, name, size(now));
+  if (row?.b1 === "NA") return "Every column is kept, unless it is a gap in every sequence.";
   return {
     class: `F flank: scores at least b2 = ${row?.b2}. C conserved: at least b1 = ${row?.b1}. · nonconserved: less. – gap position: b5 does not allow its gaps, or it has no known residue.`,
     initial: `Initial blocks run from flank to flank, across at most b3 = ${b("b3")} nonconserved positions in a row; those shorter than b0 = ${b("b0")} are dropped.`,

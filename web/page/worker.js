@@ -2,10 +2,10 @@
 // changed parameter costs one pass over the columns; and it runs the program itself for what is saved and said.
 
 import { zipSync } from "fflate";
-import { counts, read, run, select, standards, TrimoraError } from "trimora";
+import { canRead, counts, nameRules, read, run, select, standards, TrimoraError } from "trimora";
 import { columnsOf, parametersOf } from "./columns.js";
 import * as letters from "./letters.js";
-import { isTaken } from "./names.js";
+import { unused } from "./names.js";
 import { overviewIn, readTable, rowsOf } from "./tables.js";
 
 /** @typedef {{name: string, blob: Blob}} Input */
@@ -19,11 +19,13 @@ import { overviewIn, readTable, rowsOf } from "./tables.js";
  *   | {job: "find", motif: string, rows: number[], start: number, from: number}
  *   | {job: "fasta", rows: number[], positions: Uint32Array}
  *   | {job: "run", args: string[], only?: string}
+ *   | {job: "aligned", heads: Blob[]}
  *   | {job: "names", alignments: string[]}
- *   | {job: "write", args: string[], zip?: {name: string, also: Record<string, Uint8Array>, alone?: boolean}}} Job
+ *   | {job: "write", args: string[], only?: string, zip?: {name: string, also: Record<string, Uint8Array>, alone?: boolean}}} Job
  */
 
 const text = new TextDecoder();
+const mostRuled = 200; // alignments whose names are tried, evenly from all
 
 /** @type {WebAssembly.Module} */ let program;
 /** @type {Input[]} */ let inputs = [];
@@ -47,13 +49,6 @@ async function files(only) {
     if (only === undefined || name === only) found[name] = bytes[name] ??= new Uint8Array(await blob.arrayBuffer());
   }
   return found;
-}
-
-/** A name that no input has. */
-function unusedName() {
-  let name = "table";
-  while (isTaken(inputs, name)) name += "-";
-  return name;
 }
 
 /** Read the alignment that is looked at from now on. @param {string} name */
@@ -80,6 +75,14 @@ function told(error) {
   if (error instanceof TrimoraError && error.kind !== "out_of_memory") return error.message;
   if (error instanceof RangeError && /has to be/.test(error.message)) return error.message; // a value that it does not allow
   throw error;
+}
+
+/** How many names, up to the first blank, are in two alignments or more. @param {string[][]} all */
+function meeting(all) {
+  /** @type {Map<string, number>} */
+  const seen = new Map();
+  for (const list of all) for (const name of new Set(list.map((one) => one.split(/\s/)[0]))) seen.set(name, (seen.get(name) ?? 0) + 1);
+  return [...seen.values()].filter((n) => n > 1).length;
 }
 
 /** The alignment shown, for jobs that follow its selection. */
@@ -157,7 +160,7 @@ const jobs = {
 
   /** What became of the alignments of a run, and what the program says; nothing else is written. */
   async run({ args, only }) {
-    const name = unusedName(), asked = only === undefined ? `--overview=${name}` : `--table=${name}`;
+    const name = unused("table", inputs), asked = only === undefined ? `--overview=${name}` : `--table=${name}`;
     const made = await run(await files(only), [...args, "-s=N", "-p=N", asked], { program });
     const result = { status: made.status, stdout: text.decode(made.stdout), stderr: text.decode(made.stderr) }, found = made.files[name];
     if (only !== undefined || !found) return { ...result, rows: found ? readTable(found) : [] };
@@ -165,15 +168,34 @@ const jobs = {
     return { ...result, overview, rows: rowsOf(overview.table) };
   },
 
-  /** The names in each alignment, up to the first blank: the lines that begin with ">". */
+  /** Which files begin as alignments do, by their first bytes. */
+  async aligned({ heads }) {
+    return Promise.all(heads.map(async (head) => canRead(new Uint8Array(await head.arrayBuffer()), { program })));
+  },
+
+  /** Whether all alignments that can be read have the same names, and by which parts of them more would meet. */
   async names({ alignments }) {
-    const all = await files();
-    return alignments.map((name) => Array.from(text.decode(all[name]).matchAll(/^>(?:[A-Z]\d;)?[ \t]*(\S*)/gm), ([, found]) => found));
+    /** @type {string[][]} */
+    const all = [];
+    for (const name of alignments) {
+      const input = inputs.find((one) => one.name === name);
+      try {
+        const ali = await read(/** @type {Input} */ (input).blob, { program });
+        all.push(ali.names);
+        ali.free();
+      } catch (error) {
+        told(error);
+      }
+    }
+    const plain = all.map((list) => list.map((name) => name.split(/\s/)[0]).join("\n")), every = Math.ceil(all.length / mostRuled);
+    const some = all.filter((_, k) => k % every === 0), whole = meeting(some);
+    const rules = (await nameRules(some, { program })).filter((rule) => rule.meeting > whole);
+    return { readable: all.length, same: plain.every((names) => names === plain[0]), rules };
   },
 
   /** Every file that the run writes, or one zip of them; with `alone`, a single one as it is. */
-  async write({ args, zip }) {
-    const { status, stderr, files: written } = await run(await files(), args, { program }), size = Object.keys(written).length;
+  async write({ args, only, zip }) {
+    const { status, stderr, files: written } = await run(await files(only), args, { program }), size = Object.keys(written).length;
     const given = zip && size > (zip.alone ? 1 : 0) ? { [zip.name]: zipSync({ ...written, ...zip.also }) } : written;
     return { status, stderr: text.decode(stderr), files: given };
   },

@@ -6,7 +6,7 @@ import { gzipSync } from "node:zlib";
 import { bytes, engine, globins, run } from "./harness.mjs";
 
 const { TrimoraError, alignment, codons, counts, geneticCodes, options, presets, read, select, standards, supermatrix, trim, write } = engine;
-const { columnsOf, parametersOf } = await import("../page/columns.js");
+const { columnsOf, parametersOf } = await import("../page/columns.js"), { layers } = await import("../page/layers.js"), { state } = await import("../page/state.js");
 
 /** Numbers that look random and are the same each time. @param {number} seed */
 function random(seed) {
@@ -73,6 +73,8 @@ test("from the counts of columns follows what the program selects, column by col
       assert.equal(Number(row[header.indexOf(name)]), value, name);
     }
     assert.deepEqual(select(whole, parametersOf(values)).reasons, found.reasons); // with the letters, the same
+    const shown = layers({ ...state, columns, values }), [last, left] = shown.slice(-2).map(({ holds }) => positions.map((_, p) => holds(p + 1)));
+    assert.deepEqual(last, left, "the last step of the method leaves what is selected");
     selected += found.columns.length;
     whole.free();
   }

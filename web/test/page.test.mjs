@@ -8,7 +8,7 @@ import { gzipSync } from "node:zlib";
 import axe from "axe-core";
 import { unzipSync } from "fflate";
 import { browsers } from "./browsers.mjs";
-import { bytes, example, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
+import { bytes, engine, example, folderOf, genes, globins, listOf, native, openPage, pageFile } from "./harness.mjs";
 
 /** Positions that the native program selects in the globins. @param {string[]} args */
 function selected(...args) {
@@ -102,6 +102,10 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const paths = { "list.txt": bytes("data/primates_mt_2.fas\nprimates_mt_1.fas\n") };
     await on.drop({ ...paths, "primates_mt_2.fas.gz": members(genes["primates_mt_2.fas"]), "primates_mt_1.fas": genes["primates_mt_1.fas"] });
     await on.says("openh", "list.txt, 2 alignments");
+    await on.drop({ "list.txt": bytes("data/primates_mt_1.fas.gz\n"), "primates_mt_1.fas": genes["primates_mt_1.fas"] });
+    await on.says("printed", "primates_mt_1.fas.gz: 12 sequences");
+    await on.drop({ "list.txt": bytes("a/primates_mt_1.fas\nb/primates_mt_1.fas\n"), "primates_mt_1.fas": genes["primates_mt_1.fas"] });
+    await on.says("notice", "lists b/primates_mt_1.fas, which did not come with it");
     await on.drop(genes);
     await on.enter("t", "D");
     await on.says("said", "881 of 898 in all 2 alignments");
@@ -120,9 +124,25 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.says("said", "447 of 450 positions"); // not of the first one, which has nothing to see
     await on.press("[data-key='bad.fas']");
     await on.says("failure", "bad.fas");
-    await on.press("[data-key='primates_mt_1.fas']");
-    await on.says("said", "447 of 450 positions");
+    await on.press("[data-key='primates_mt_2.fas']");
+    await on.says("said", "434 of 448 positions");
     await on.says("command", "--keep-going");
+    await on.press("#openReport");
+    await on.page.waitForSelector("dialog[open]");
+    const frame = await (await on.page.$("iframe#frame"))?.contentFrame();
+    await frame?.waitForSelector("h2");
+    assert.match(String(await frame?.$eval("body", (body) => body.textContent)), /primates_mt_2\.fas/);
+    await on.press("#closeReport");
+    const handed = await on.page.evaluate(async () => {
+      /** @type {string[]} */
+      const names = [], { click } = HTMLAnchorElement.prototype;
+      HTMLAnchorElement.prototype.click = function () { names.push(this.download); };
+      for (const box of ["s", "k"]) /** @type {HTMLElement} */ (document.querySelector(`#outputs li:has(#out-${box}) button`)).click();
+      while (names.length < 2) await new Promise((done) => setTimeout(done, 20));
+      HTMLAnchorElement.prototype.click = click;
+      return names;
+    });
+    assert.equal(handed.length, 2); // at once, and neither is lost
   });
 
   test("in a batch of several sizes b1 and b2 are shares", async () => {
@@ -204,20 +224,25 @@ for (const name of Object.keys(browsers)) describe(name, () => {
   });
 
   test("what only a person can decide is a button", async () => {
-    const rename = (/** @type {Uint8Array} */ gene, /** @type {string} */ end) => bytes(Buffer.from(gene).toString().replace(/^>(\S+).*/gm, `>$1|${end}`));
-    await on.drop({ "one.fas": rename(genes["primates_mt_1.fas"], "nad"), "two.fas": rename(genes["primates_mt_2.fas"], "cox") });
-    await on.press("#defaults");
-    await on.says("choices", "look like nucleotides");
-    await on.press("[data-key=t-D]");
-    await on.says("said", "881 of 898 in all");
-    await on.says("choices", "up to “|”");
-    await on.press("[data-key='match-|']");
-    await on.tick("a");
-    await on.settled();
-    assert.match(String(await on.text("command")), /trimora-run paths.txt -t=D -s=N -p=N -a=Y --match=name '--name-end=\|'$/);
-    const joined = Object.keys(await on.zip());
-    assert.equal(joined.length, 2, joined.join());
-    await on.press("[data-key=match-]");
+    const rename = (/** @type {Uint8Array} */ gene, /** @type {string} */ to) => bytes(Buffer.from(gene).toString().replace(/^>(\S+).*/gm, `>${to}`));
+    /** @type {[string, string, string, string, string][]} */
+    const cases = [["$1|nad", "$1|cox", "--name-end=|", "'--name-end=|'", "Tarsius_syrichta of Tarsius_syrichta|nad"], ["nad_$1", "cox_$1", "--name-begin=_", "--name-begin=_", "Tarsius_syrichta of nad_Tarsius_syrichta"]];
+    for (const [one, two, rule, typed, words] of cases) {
+      const phylip = engine.write(await engine.read(rename(genes["primates_mt_2.fas"], two)), "phylip");
+      await on.drop({ "one.fas": rename(genes["primates_mt_1.fas"], one), "two.phy": phylip });
+      await on.press("#defaults");
+      await on.says("choices", words);
+      await on.says("choices", "look like nucleotides");
+      await on.press("[data-key=t-D]");
+      await on.says("said", "881 of 898 in all");
+      await on.press(`[data-key='match${rule}']`);
+      await on.tick("a");
+      await on.settled();
+      await on.page.waitForFunction((typed) => document.getElementById("command")?.textContent?.endsWith(`trimora-run paths.txt -t=D -s=N -p=N -a=Y --match=name ${typed}`), {}, typed);
+      const joined = Object.keys(await on.zip());
+      assert.equal(joined.length, 2, joined.join());
+      await on.press("[data-key=match-]");
+    }
   });
 
   test("a value that is not possible greys the old result and is in no command", async () => {
@@ -227,9 +252,17 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.doesNotMatch(String(await on.text("command")), /trimora-run/);
     assert.deepEqual(await on.page.$$eval("#copyCommand, #copyLink, #zip", (buttons) => buttons.map((button) => button.hasAttribute("disabled"))), [true, true, true]);
     assert.equal(await on.page.$eval("#said", (said) => getComputedStyle(said).opacity < "0.5"), true);
+    await on.press("#pin"); // which nothing can be compared with
     await on.press("#undo");
     await on.says("command", "trimora-run globins.fas");
     await on.settled();
+    assert.equal(await on.page.$eval("#compare", (box) => box.checkVisibility()), false);
+    await on.page.focus("#b3");
+    await on.page.keyboard.type("e"); // "8e", of which the browser tells only that it is no number
+    await on.says("b3-wrong", "whole number");
+    assert.doesNotMatch(String(await on.text("command")), /trimora-run/);
+    await on.press("#defaults");
+    await on.says("command", "trimora-run globins.fas");
   });
 
   test("a screen reader hears the cell, and a touch chooses it", async () => {
@@ -321,6 +354,12 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const written = Object.values(native(globins, ["globins.fas", "-p=N", "--format=fasta"]))[0];
     const plain = Buffer.from(written).toString().replace(/^(>.*)\n|\n/gm, (_, name) => (name ? `\n${name}\n` : "")).trim();
     assert.equal(String(await on.page.evaluate("copied")).trim(), plain);
+    for (const [p, there, told] of [[60, 60, "Position 60."], [50, 58, "Position 50 is not selected; this is 58."]]) {
+      await on.page.$eval("input#find", (field, p) => { field.value = String(p); }, p);
+      await on.page.$eval("form#finding", (form) => form.requestSubmit());
+      await on.says("why", `Position ${there}: `);
+      await on.says("found", String(told));
+    }
     await on.press("#trimmed");
   });
 
@@ -333,10 +372,30 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     await on.says("compare", `${114 - count} positions only with the pinned`);
     await on.says("compare", `${count} of 154`);
     await on.page.waitForFunction(() => location.hash === "#b3=3");
+    for (const names of ["-b3=3,defaults", "defaults,-b3=3"]) {
+      await on.page.$eval("[data-key=swap]", (swap) => /** @type {HTMLElement} */ (swap).focus());
+      await on.page.keyboard.press("Enter");
+      await on.page.waitForFunction((names) => Array.from(document.querySelectorAll("#compare:not([aria-busy=true]) th"), (cell) => cell.nextSibling?.textContent).join() === names, {}, names);
+      assert.equal(await on.page.evaluate(() => document.activeElement?.getAttribute("data-key")), "swap");
+    }
+    await on.says("said", `${count} of 154`);
+    await on.page.evaluate(() => { for (const id of ["undo", "undo", "redo", "redo"]) document.getElementById(id)?.click(); }); // within a frame
+    await on.says("said", `${count} of 154`);
+    await on.page.select("#format", "phylip");
     await on.press("#undo");
+    await on.settled();
+    assert.equal(await on.page.$eval("#format", (format) => /** @type {HTMLSelectElement} */ (format).value), "");
+    for (let k = 0; k < 3 && /-b3=3/.test(String(await on.text("command"))); ++k) { // swapping at once is one step
+      await on.press("#undo");
+      await on.settled();
+    }
     await on.says("said", "114 of 154");
     await on.press("#redo");
     await on.says("said", `${count} of 154`);
+    await on.press("#undo");
+    await on.says("said", "114 of 154");
+    await on.enter("b4", "11"); // and what was undone is gone
+    await on.page.waitForSelector("#redo[aria-disabled=true]");
     await on.page.evaluate(() => { location.hash = "#example=globins&b3=4"; });
     await on.says("said", `${selected("-b3=4")} of 154`);
     await on.page.waitForFunction(() => !document.getElementById("compare")?.checkVisibility()); // when the example has opened again
@@ -463,14 +522,22 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert(box);
     await on.page.mouse.move(box.x + 5, box.y + 5);
     await on.page.mouse.down();
-    await on.page.mouse.move(box.x + box.width * 0.5, box.y + 45, { steps: 4 });
+    await on.page.mouse.move(box.x + box.width * 0.9, box.y + 85, { steps: 4 });
+    await on.page.$eval("#map", async (map) => { // the last step comes before the window's own scrolling is told
+      const { left, top, width } = map.getBoundingClientRect(), frame = () => new Promise((done) => requestAnimationFrame(done));
+      const move = (/** @type {number} */ share, /** @type {number} */ y) =>
+        map.dispatchEvent(new PointerEvent("pointermove", { buttons: 1, bubbles: true, clientX: left + width * share, clientY: top + y }));
+      for (const [share, y] of [[0.7, 70], [0.5, 45]]) {
+        await frame();
+        move(share, y);
+      }
+    });
     await on.page.mouse.up();
     await on.says("why", "Position 50");
-    await on.page.waitForFunction(() => {
-      const { scrollLeft = 0, scrollTop = 0 } = document.getElementById("viewer") ?? {};
-      return scrollLeft > 3000 && scrollTop > 300;
-    });
+    await on.settled();
     await on.page.waitForSelector("#viewer[aria-busy=false]");
+    const [left, top] = await on.page.$eval("#viewer", (viewer) => [viewer.scrollLeft, viewer.scrollTop]);
+    assert(left > 3000 && left < 4600 && top > 300, `${left}, ${top}`);
     const svg = await picture();
     assert.match(svg, />500<\/text>/);
     assert.match(svg, />s60<\/text>/);
@@ -553,11 +620,14 @@ for (const name of Object.keys(browsers)) describe(name, () => {
       await on.page.$eval("input#find", (field, what) => { field.value = what; }, what);
       await on.page.$eval("form#finding", (form) => form.requestSubmit());
     };
-    await on.drop({ "a&b.fas": bytes(`>one<1>\nMKVL--AACDEFGHIKLMNPQRSTVWY\n>two\nMKVLWWAACDEFGHIKLMNPQRSTVWY\n`) });
+    await on.drop({ "a&b.fas": bytes(`>one<1>\nMKVL--AAC-DEFGHIKLMNPQRSTVWY\n>two\nMKVLWWAAC-DEFGHIKLMNPQRSTVWY\n`) });
     await on.says("openh", "a&b.fas");
     await on.settled();
     await find("vlaxc");
     await on.says("found", "one<1>, positions 3 to 9");
+    await find("10");
+    await on.says("why", "Position 10 (column 11 of the file)");
+    await on.says("spoken", "one<1>, D, position 10, column 11, ");
     await find("TWO");
     await on.says("found", "two.");
     const svg = (await on.saved("#asSvg", ".svg")).toString();
@@ -570,6 +640,18 @@ for (const name of Object.keys(browsers)) describe(name, () => {
 
   test("every canvas stays within the window, whatever the alignment", async () => {
     const row = (/** @type {number} */ k) => `>sequence_${k}\n${"ACDEFGHIKL".repeat(3000)}\n`;
+    await on.page.evaluate(() => {
+      /** @type {Worker[]} */
+      const all = [], Plain = Worker;
+      window.Worker = class extends Plain {
+        /** @param {string | URL} source */
+        constructor(source) {
+          super(source);
+          all.push(this);
+        }
+      };
+      Object.assign(window, { end: () => all.forEach((worker) => worker.onerror?.(new ErrorEvent("error", { message: "it ended" }))) });
+    });
     await on.drop({ "wide.fas": bytes(Array.from({ length: 50 }, (_, k) => row(k)).join("")) });
     await on.says("said", "30,000 of 30,000 positions");
     await on.page.$eval("#viewer", (viewer) => viewer.scrollTo(1e9, 1e9));
@@ -577,6 +659,12 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     const sizes = await on.page.$$eval("canvas", (all) => all.map(({ clientWidth, clientHeight }) => [clientWidth, clientHeight]));
     for (const [width, height] of sizes) assert(width <= 1200 && height <= 900, `${width} x ${height}`);
     assert.equal(sizes.length, 3);
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    await on.page.evaluate("end()"); // a worker that ends: the next one reads the letters again
+    await on.page.$eval("#viewer", (viewer) => viewer.scrollTo(9000, 0));
+    await on.settled();
+    await on.page.waitForSelector("#viewer[aria-busy=false]");
+    assert.match(rowOf(await picture(), "sequence_0"), /^[A-L]{20}/);
   });
 
   test("accessible, wide and narrow, dark and light, in all states", async () => {
@@ -633,7 +721,8 @@ for (const name of Object.keys(browsers)) describe(name, () => {
 });
 
 test("a folder that is dropped is opened, with what is in its folders", async (t) => {
-  const on = await openPage("chromium"), folder = folderOf({ "all/one.fas": genes["primates_mt_1.fas"], "all/more/two.fas": genes["primates_mt_2.fas"] });
+  const on = await openPage("chromium"), folder = folderOf({ "all/one.fas": genes["primates_mt_1.fas"], "all/more/two.fas": genes["primates_mt_2.fas"],
+    "listed/a/x.fas": genes["primates_mt_1.fas"], "listed/b/x.fas": genes["primates_mt_2.fas"], "listed/list.txt": bytes("b/x.fas\na/x.fas\n") });
   t.after(async () => {
     await on.close();
     rmSync(folder, { recursive: true });
@@ -641,6 +730,12 @@ test("a folder that is dropped is opened, with what is in its folders", async (t
   await on.dropPaths([`${folder}/all`]);
   await on.says("overview", "all/more/two.fas");
   await on.says("overview", "all/one.fas");
+  await on.dropPaths([`${folder}/listed`]); // with two files of one name
+  for (const [path, said] of [["b/x.fas", "434 of 448"], ["a/x.fas", "447 of 450"]]) {
+    await on.says("overview", path);
+    await on.press(`[data-key='${path}']`);
+    await on.says("said", said);
+  }
 });
 
 test("when memory ends, a sentence says so, with a command that helps, and the page goes on", async (t) => {
