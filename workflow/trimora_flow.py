@@ -14,7 +14,6 @@ import re
 import shlex
 import shutil
 import subprocess
-from functools import cache
 from hashlib import sha256
 from pathlib import Path
 
@@ -117,12 +116,12 @@ def plan(settings, results, home):
     options, members = read_options(settings["options"], settings["match"], program), read_paths(settings["paths"])
     # Those that treat each alignment as if it were alone.
     trimming = [word for word in options if not re.match("(?i)-[acw]=|--(match|name|partitions|model)", word)]
-    digest = sha256(Path(program).read_bytes()).hexdigest()
+    program = [program, sha256(Path(program).read_bytes()).hexdigest()]
     hashes = {int(sha256(os.fsencode(path)).hexdigest(), 16): path for path in sorted(members) if members[path][1] != "-"}
-    folders = [write_members(results / "groups", [program, digest], trimming, [members[path] for path in group])
+    folders = [write_members(results / "groups", program, trimming, [members[path] for path in group])
                for group in divide(hashes, settings["group_size"]) if group]
-    whole = [program, digest, Path(settings["paths"]).name, *(folder.name for folder in folders)]
-    folders.append(write_members(results / "joins", whole, options, members.values()))
+    program += [Path(settings["paths"]).name, *(folder.name for folder in folders)]  # which the join depends on, too
+    folders.append(write_members(results / "joins", program, options, members.values()))
     show(folders[-1])
     atexit.register(lambda: [os.write(2, file.read_bytes()) for folder in folders for file in folder.glob("refused")])
     return folders
@@ -131,7 +130,6 @@ def plan(settings, results, home):
 # The jobs. Each has the folder that its log is in.
 
 
-@cache
 def memory(folder, most):
     """Megabytes for the largest alignment of a folder, or for the sum of all."""
     return 1000 + 3 * most(int(size) for _, size, _ in read(folder / "members.tsv")[2:] if size != "-") // 1_000_000
@@ -184,16 +182,15 @@ def run(part, program, options, files, start="."):
 
 def trim(part, program, options, members):
     """A batch over links, so that what is written beside an alignment is in part/alignments."""
-    home = f"{part}/alignments"
     for folder in {os.path.dirname(place(path)) for path, *_ in members}:
-        os.makedirs(f"{home}/{folder}", exist_ok=True)
+        os.makedirs(f"{part}/alignments/{folder}", exist_ok=True)
     for path, *_ in members:
-        os.symlink(os.path.abspath(path), f"{home}/{place(path)}")
-    run(part, program[0], options, [place(path) for path, *_ in members], home)
-    subprocess.run(["find", home, "-type", "l", "-delete"], check=True)
+        os.symlink(os.path.abspath(path), f"{part}/alignments/{place(path)}")
+    run(part, program[0], options, [place(path) for path, *_ in members], part / "alignments")
+    subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
 
 
-def concatenate(part, program, options, table, made):
+def concatenate(part, program, options, table):
     """Puts together what the groups have made. What they have not written in FASTA the program selects once more."""
     said = {key.lower(): value for key, _, value in (word.partition("=") for word in options)}
     yes = {key for key, value in {"-s": "y", **said}.items() if value[:1].lower() == "y"}
@@ -203,7 +200,7 @@ def concatenate(part, program, options, table, made):
     for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", frame, "--"), ("-c", "", ""):
         how = ["--join", f"--name={name}{ending}"] if fasta and written in yes else [f"{option}=y", f"--name={name}"]
         paths = [path for path, row in table.items() if row["status"] == "ok" and option in yes]
-        files = [f"{made[path]}{ending}.fasta" if "--join" in how else path for path in paths]
+        files = [f"{table[path]['alignment']}{ending}.fasta" for path in paths] if "--join" in how else paths
         for path, row in zip(paths, run(part, program[0], [*common, *how], files) if files else []):
             if row["status"] == "failed":
                 table[path].update(status="failed", message=row["message"])
@@ -216,20 +213,21 @@ def concatenate(part, program, options, table, made):
 
 def join(part, program, options, members):
     """One table, the concatenations of what went through, and links to what was made of each alignment."""
-    done, made, groups = {}, {}, groups_of(part.parent)
-    for group in groups:
-        for (path, *_), row in zip(read(group / "members.tsv")[2:], read_table(group / "made" / "table.tsv")):
-            done[path], made[path] = row, f"{group}/made/alignments/{row['alignment']}"
+    done = {}
+    for group in groups_of(part.parent):
+        for row in read_table(group / "made/table.tsv"):
+            done[row["alignment"]] = {**row, "alignment": f"{group}/made/alignments/{row['alignment']}"}
+        for folder, _, files in os.walk(group / "made/alignments"):
+            links = part / os.path.relpath(folder, group / "made")
+            links.mkdir(exist_ok=True)
+            target = os.path.relpath(folder, links)
+            for file in files:
+                os.symlink(f"{target}/{file}", f"{links}/{file}")
+    # With the columns of the rows above.
     none = {**dict.fromkeys(row, "NA"), "status": "failed", "message": "there is no such file to read"}
-    table = {path: {**done.get(path, none), "alignment": path} for path, *_ in members}
-    concatenate(part, program, options, table, made)
-    write(part / "table.tsv", [none, *(row.values() for row in table.values())])
-    for group, (folder, _, files) in ((g, walk) for g in groups for walk in os.walk(g / "made/alignments")):
-        links = part / os.path.relpath(folder, group / "made")
-        links.mkdir(exist_ok=True)
-        target = os.path.relpath(folder, links)
-        for file in files:
-            os.symlink(f"{target}/{file}", f"{links}/{file}")
+    table = {path: done.get(place(path), none) for path, *_ in members}
+    concatenate(part, program, options, table)
+    write(part / "table.tsv", [none.keys(), *({**row, "alignment": path}.values() for path, row in table.items())])
 
 
 def show(folder):
