@@ -3,7 +3,7 @@
 Whether a result is fresh follows from its place, not from what the engine remembers. A group of alignments has a folder named
 by the hash of all that decides its bytes, and so has the join of all groups. Its `members.tsv` is written before anything is
 submitted, and a job reads nothing else: the program and its sha256, for the join also the name of the list and the folders of
-the groups; the options; then path, size and time of each alignment. What a job makes is called `made` when it is whole.
+the groups; the options; then path, size and time of each alignment. What a job makes is renamed to `made` once it is whole.
 """
 import atexit
 import contextlib
@@ -14,7 +14,6 @@ import re
 import shlex
 import shutil
 import subprocess
-from functools import cache
 from hashlib import sha256
 from pathlib import Path
 
@@ -25,7 +24,7 @@ NOT_TAKEN = re.compile(r"--(match|table|keep-going|into|strict|join|species|min-
 
 @contextlib.contextmanager
 def plainly(folder=None):
-    """Says the sentence of a refusal last. That of a job is left in its folder for the main process."""
+    """Prints the sentence of a refusal last. A job leaves it in its folder as well, for the main process to print."""
     try:
         yield
     except (Refused, OSError, ValueError) as reason:
@@ -40,6 +39,7 @@ def plainly(folder=None):
 
 
 def write(file, lines):
+    """The file is there only when it is whole."""
     beside = file.with_name(f"{file.name}.{os.getpid()}")
     beside.write_bytes(os.fsencode("".join("\t".join(line) + "\n" for line in lines)))
     beside.rename(file)
@@ -61,7 +61,7 @@ def look(path):
 
 
 def place(path):
-    """Of the link to an alignment, and so of its results, in the folder of all of them."""
+    """Where the link to an alignment is, and so its results, below the folder alignments."""
     return path.lstrip("/").replace("../", "__/")
 
 
@@ -75,7 +75,7 @@ def read_options(text, match, program):
         raise Refused("options: they have to say -t=P, -t=D or -t=C (protein, DNA, codons), and may name no file or folder, "
                       "nor say --match (a setting), --keep-going, --strict or --table (which the workflow decides) or filter")
     words += [f"--match={match}"] + ["--format=fasta"] * (not any(word.startswith("--format=") for word in words))
-    # Status 1 says that there is no such file.
+    # If it takes the options, it ends with status 1, since there is no such file.
     if (tried := subprocess.run([program, "/dev/null/none", *words], input=b"", capture_output=True)).returncode != 1:
         raise Refused(f"options: {os.fsdecode(tried.stderr).split(chr(10))[0] or text + ' would trim nothing'}")
     return words
@@ -102,7 +102,7 @@ def divide(paths, size, bit=0):
 
 
 def write_members(parent, program, options, members):
-    """Returns the folder of these members. Where the program is does not decide anything, and is not in its name."""
+    """Returns the folder of these members. Where the program is decides nothing, so it is not in the hash."""
     folder = parent / sha256(repr([program[1:], options, *members]).encode()).hexdigest()[:20]
     folder.mkdir(parents=True, exist_ok=True)
     write(folder / "members.tsv", [program, options, *members])
@@ -115,14 +115,14 @@ def plan(settings, results, home):
     places = f"{os.environ.get('PATH')}:{home}/../build/release:{home}/../../../bin"  # built, installed with the workflow
     program = os.path.abspath(shutil.which(settings["program"], path=places) or settings["program"])
     options, members = read_options(settings["options"], settings["match"], program), read_paths(settings["paths"])
-    # Those that treat each alignment as if it were alone.
+    # A group is not made anew when only the options of the join change.
     trimming = [word for word in options if not re.match("(?i)-[acw]=|--(match|name|partitions|model)", word)]
-    digest = sha256(Path(program).read_bytes()).hexdigest()
+    program = [program, sha256(Path(program).read_bytes()).hexdigest()]
     hashes = {int(sha256(os.fsencode(path)).hexdigest(), 16): path for path in sorted(members) if members[path][1] != "-"}
-    folders = [write_members(results / "groups", [program, digest], trimming, [members[path] for path in group])
+    folders = [write_members(results / "groups", program, trimming, [members[path] for path in group])
                for group in divide(hashes, settings["group_size"]) if group]
-    whole = [program, digest, Path(settings["paths"]).name, *(folder.name for folder in folders)]
-    folders.append(write_members(results / "joins", whole, options, members.values()))
+    program += [Path(settings["paths"]).name, *(folder.name for folder in folders)]  # which the join depends on, too
+    folders.append(write_members(results / "joins", program, options, members.values()))
     show(folders[-1])
     atexit.register(lambda: [os.write(2, file.read_bytes()) for folder in folders for file in folder.glob("refused")])
     return folders
@@ -131,7 +131,6 @@ def plan(settings, results, home):
 # The jobs. Each has the folder that its log is in.
 
 
-@cache
 def memory(folder, most):
     """Megabytes for the largest alignment of a folder, or for the sum of all."""
     return 1000 + 3 * most(int(size) for _, size, _ in read(folder / "members.tsv")[2:] if size != "-") // 1_000_000
@@ -168,7 +167,7 @@ def make(folder):
 
 
 def run(part, program, options, files, start="."):
-    """A batch over files seen from the folder `start`, put together beside part/list. Returns its table."""
+    """Runs a batch over files seen from the folder `start`. Concatenations are beside part/list. Returns the table."""
     write(part / "list", [[file] for file in files])
     command = [program, f"{part.absolute()}/list", *options, "--keep-going", "--quiet", f"--table={part.absolute()}/table.tsv"]
     done = subprocess.run(command, cwd=start, stdin=subprocess.DEVNULL, capture_output=True)
@@ -184,52 +183,53 @@ def run(part, program, options, files, start="."):
 
 def trim(part, program, options, members):
     """A batch over links, so that what is written beside an alignment is in part/alignments."""
-    home = f"{part}/alignments"
     for folder in {os.path.dirname(place(path)) for path, *_ in members}:
-        os.makedirs(f"{home}/{folder}", exist_ok=True)
+        os.makedirs(f"{part}/alignments/{folder}", exist_ok=True)
     for path, *_ in members:
-        os.symlink(os.path.abspath(path), f"{home}/{place(path)}")
-    run(part, program[0], options, [place(path) for path, *_ in members], home)
-    subprocess.run(["find", home, "-type", "l", "-delete"], check=True)
+        os.symlink(os.path.abspath(path), f"{part}/alignments/{place(path)}")
+    run(part, program[0], options, [place(path) for path, *_ in members], part / "alignments")
+    subprocess.run(["find", part, "-type", "l", "-delete"], check=True)
 
 
-def concatenate(part, program, options, table, made):
+def concatenate(part, program, options, table):
     """Puts together what the groups have made. What they have not written in FASTA the program selects once more."""
-    said = {key.lower(): value for key, _, value in (word.partition("=") for word in options)}
-    yes = {key for key, value in {"-s": "y", **said}.items() if value[:1].lower() == "y"}
+    given = {key.lower(): value for key, _, value in (word.partition("=") for word in options)}
+    wanted = {key for key, value in {"-s": "y", **given}.items() if value[:1].lower() == "y"}
     common = [word for word in options if not re.match("(?i)-[acw]=|--columns", word)] + [f"-{file}=n" for file in "spkdnu"]
-    fasta = "fasta" in said["--format"].lower().split(",") and {row["selected"] for row in table.values()} - {"0", "NA"}
-    name, species, frame = said.get("--name", program[2]), 0, "" if said["-t"][0] in "cC" else "-u"  # which codons would lose
-    for option, written, ending in ("-a", "-s", said.get("-e", "-tr")), ("-w", frame, "--"), ("-c", "", ""):
-        how = ["--join", f"--name={name}{ending}"] if fasta and written in yes else [f"{option}=y", f"--name={name}"]
-        paths = [path for path, row in table.items() if row["status"] == "ok" and option in yes]
-        files = [f"{made[path]}{ending}.fasta" if "--join" in how else path for path in paths]
+    fasta = "fasta" in given["--format"].lower().split(",") and {row["selected"] for row in table.values()} - {"0", "NA"}
+    # Ungapped codons are always selected once more: their files have lost the reading frame.
+    name, species, ungapped = given.get("--name", program[2]), 0, "" if given["-t"][0] in "cC" else "-u"
+    for option, written, ending in ("-a", "-s", given.get("-e", "-tr")), ("-w", ungapped, "--"), ("-c", "", ""):
+        how = ["--join", f"--name={name}{ending}"] if fasta and written in wanted else [f"{option}=y", f"--name={name}"]
+        paths = [path for path, row in table.items() if row["status"] == "ok" and option in wanted]
+        files = [f"{table[path]['alignment']}{ending}.fasta" for path in paths] if "--join" in how else paths
         for path, row in zip(paths, run(part, program[0], [*common, *how], files) if files else []):
             if row["status"] == "failed":
                 table[path].update(status="failed", message=row["message"])
             elif row["positions"] != "0":
                 species = species or int(row["species"]) + int(row["absent_before"]) // int(row["positions"])
     for row in (row for row in table.values() if species and row["status"] == "ok"):
-        absent = species - int(row["species"])  # which only all together know
+        absent = species - int(row["species"])  # a group does not know the species of the others
         row.update(absent_before=str(absent * int(row["positions"])), absent=str(absent * int(row["selected"])))
 
 
 def join(part, program, options, members):
     """One table, the concatenations of what went through, and links to what was made of each alignment."""
-    done, made, groups = {}, {}, groups_of(part.parent)
-    for group in groups:
-        for (path, *_), row in zip(read(group / "members.tsv")[2:], read_table(group / "made" / "table.tsv")):
-            done[path], made[path] = row, f"{group}/made/alignments/{row['alignment']}"
+    done = {}
+    for group in groups_of(part.parent):
+        for row in read_table(group / "made/table.tsv"):
+            done[row["alignment"]] = {**row, "alignment": f"{group}/made/alignments/{row['alignment']}"}
+        for folder, _, files in os.walk(group / "made/alignments"):
+            links = part / os.path.relpath(folder, group / "made")
+            links.mkdir(exist_ok=True)
+            target = os.path.relpath(folder, links)
+            for file in files:
+                os.symlink(f"{target}/{file}", f"{links}/{file}")
+    # With the columns of any row above.
     none = {**dict.fromkeys(row, "NA"), "status": "failed", "message": "there is no such file to read"}
-    table = {path: {**done.get(path, none), "alignment": path} for path, *_ in members}
-    concatenate(part, program, options, table, made)
-    write(part / "table.tsv", [none, *(row.values() for row in table.values())])
-    for group, (folder, _, files) in ((g, walk) for g in groups for walk in os.walk(g / "made/alignments")):
-        links = part / os.path.relpath(folder, group / "made")
-        links.mkdir(exist_ok=True)
-        target = os.path.relpath(folder, links)
-        for file in files:
-            os.symlink(f"{target}/{file}", f"{links}/{file}")
+    table = {path: done.get(place(path), none) for path, *_ in members}
+    concatenate(part, program, options, table)
+    write(part / "table.tsv", [none.keys(), *({**row, "alignment": path}.values() for path, row in table.items())])
 
 
 def show(folder):

@@ -56,7 +56,8 @@ same() { # same GENES OPTIONS [STATUS]: one batch over the alignments that went 
   differences=$(diff -r -x "$1" -x table.tsv "$single" "$results" |
     grep -Ev '^Only in .*: (alignments|groups|joins)$') || true
   [ -z "$differences" ] || fail "$1: not the concatenations of a single batch: $differences"
-  awk -F '\t' 'NR == 1 { while ($++status != "status"); } $status != "failed"' "$results/table.tsv" | cmp - "$single/table.tsv" || fail "$1: not the table of a single batch"
+  awk -F '\t' 'NR == 1 { while ($++status != "status"); } $status != "failed"' "$results/table.tsv" |
+    cmp - "$single/table.tsv" || fail "$1: not the table of a single batch"
 }
 cut_genes() { # cut_genes GENES AWK: seven of them, of 100 positions each, by the example; AWK changes the records
   mkdir "$1" "$1/more"
