@@ -8,7 +8,6 @@ dna_letters <- local({
   letters[codes + 1] <- charToRaw(paste(names(codes), collapse = ""))
   letters
 })
-same_letters <- as.raw(0:255)
 
 is_file <- function(x) is.character(x) && length(x) == 1 && is.null(names(x)) && is.null(dim(x))
 
@@ -16,7 +15,7 @@ is_file <- function(x) is.character(x) && length(x) == 1 && is.null(names(x)) &&
 in_library <- function(x) {
   if (is_file(x)) return(told(.Call(trimora_read, path.expand(x))))
   kind <- NA_integer_
-  letters <- same_letters
+  letters <- NULL
   if (inherits(x, "phyDat")) {
     need_phangorn()
     type <- attr(x, "type")
