@@ -10,7 +10,9 @@ need debootstrap
 scratch=$(mktemp -d)
 root=${1:-$scratch/root}
 trap 'rm -rf "$scratch"' EXIT
-[ -e "$root/etc/debian_version" ] || debootstrap --variant=minbase stable "$root" >"$scratch/log" || { cat "$scratch/log"; exit 2; }
+# The wheel is for the Python of the Debian that it was built on.
+[ -e "$root/etc/debian_version" ] || debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" \
+  >"$scratch/log" || { cat "$scratch/log"; exit 2; }
 cp -R /etc/apt/. "$root/etc/apt" # where this machine gets its packages
 rm -rf "$root/packages" "$root/work"
 mkdir -p "$root/packages" "$root/work"
