@@ -125,16 +125,17 @@ export async function openPage(name, flags = [], hash = "") {
     /** The file that the page saves when a button is clicked. @param {string} button @param {string} ending of its name */
     async saved(button, ending) {
       await page.$eval(button, (element) => /** @type {HTMLElement} */ (element).click());
-      /** @type {string[]} */
-      let found = [];
       const end = performance.now() + patience;
-      while (performance.now() < end && !(found.length === 1 && found[0].endsWith(ending))) { // browsers begin under another name
+      while (performance.now() < end) {
         await new Promise((done) => setTimeout(done, 50));
-        found = readdirSync(downloads);
+        const [file, ...others] = readdirSync(downloads);
+        if (others.length > 0 || !file?.endsWith(ending)) continue; // browsers begin under another name
+        const content = readFileSync(`${downloads}/${file}`);
+        if (content.length === 0) continue; // or keep the place for it
+        rmSync(`${downloads}/${file}`);
+        return content;
       }
-      const content = readFileSync(`${downloads}/${found[0]}`);
-      rmSync(`${downloads}/${found[0]}`);
-      return content;
+      throw new Error(`${button} saved ${readdirSync(downloads).join(", ") || "nothing"}; the page says: ${await this.text("saved")}`);
     },
     /** The content of the zip that the page saves. @returns {Promise<Files>} */
     async zip() {

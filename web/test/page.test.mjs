@@ -570,7 +570,7 @@ for (const name of Object.keys(browsers)) describe(name, () => {
     assert.equal(await names(), "bad.fas");
     await search("");
     await on.drop(files);
-    await on.says("overview", "3 alignments");
+    await on.says("overview", "3 alignments: 3 trimmed"); // no longer of the four
     await on.tick("a");
     await on.says("overview", "Put together: 3 alignments, 2 species");
     const given = { ...files, "paths.txt": listOf("g2.fas", "g10.fas", "overview.html") };
