@@ -111,7 +111,7 @@ class Letters {
 
   /// Replace bytes by their letters.
   void operator()(char* to, std::size_t size) const {
-    const std::uint16_t* const pairs = pairs_.data();  // a byte that is written could be of this pointer
+    const std::uint16_t* const pairs = pairs_.data();  // in a local, or each write of a byte would have it read again
     const std::size_t even = size - size % 2;
     for (std::size_t p = 0; p < even; p += 2) {
       std::uint16_t number;
